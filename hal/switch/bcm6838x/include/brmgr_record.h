@@ -1,0 +1,267 @@
+/// @file
+/// Records that cross the boundary to the bridge-manager driver. Each record has one field table,
+/// from which come its structure, the assertions on its layout, the decoder of the tools and the
+/// reference page docs/records.md. The command codes are in brmgr_cmd.h.
+///
+/// All fields are in the processor's byte order, which on the target is big-endian, and naturally
+/// aligned. A builder zeroes the record, then sets fields; reserved bytes are sent as zero.
+#ifndef BRMGR_RECORD_H
+#define BRMGR_RECORD_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+/// @def BRMGR_STATIC_ASSERT
+/// The assertion at compile time of the language in use.
+#ifdef __cplusplus
+#define BRMGR_STATIC_ASSERT static_assert
+#else
+#define BRMGR_STATIC_ASSERT _Static_assert
+#endif
+
+/// Index that names no object, in every record and table; index 0 is a valid object.
+#define BRMGR_INDEX_NONE 0xFFFFFFFFU
+
+/// Direction of classes, flows and actions.
+enum {
+  BRMGR_DIR_DOWNSTREAM = 0,  ///< from the PON side towards the UNI ports
+  BRMGR_DIR_UPSTREAM = 1     ///< towards the PON side
+};
+
+/// Forwarding decision of a flow.
+enum {
+  BRMGR_FORWARD_PASS = 1,  ///< forward the frame; every VLAN flow
+  BRMGR_FORWARD_TRAP = 2,  ///< hand the frame to the unit itself; the flows made at start-up
+  BRMGR_FORWARD_ACL = 4    ///< access control; the QoS flows of that kind
+};
+
+/// Tag operations of a VLAN action, combined by OR.
+enum {
+  BRMGR_TAG_PUSH = 0x1,               ///< push tag[0]
+  BRMGR_TAG_POP = 0x4,                ///< remove the outer tag
+  BRMGR_TAG_REPLACE_VID = 0x8,        ///< replace the outer VID by tag[0].vid
+  BRMGR_TAG_REPLACE_PRIORITY = 0x100  ///< replace the outer priority by tag[0].pbit
+};
+
+// clang-format off
+/// Key fields of an ingress class: X(bit of fieldMask, NAME, field of IngressFlowRule with the key).
+#define BRMGR_KEY_LIST(X)                          \
+  X(0x00001, SOURCE_IP,      srcIp)                \
+  X(0x00002, DESTINATION_IP, dstIp)                \
+  X(0x00020, L4_SOURCE,      l4SrcPort)            \
+  X(0x00040, L4_DESTINATION, l4DstPort)            \
+  X(0x00080, OUTER_VID,      outerVid)             \
+  X(0x00200, DESTINATION_MAC, dstMac)              \
+  X(0x00400, SOURCE_MAC,     srcMac)               \
+  X(0x00800, ETHERTYPE,      etherType)            \
+  X(0x01000, IP_PROTOCOL,    ipProtocol)           \
+  X(0x02000, DSCP,           dscp)                 \
+  X(0x08000, INGRESS_PORT,   ingressPort)          \
+  X(0x10000, OUTER_PBIT,     outerPbit)            \
+  X(0x40000, VLAN_NUM,       vlanNum)
+// clang-format on
+
+/// BRMGR_KEY_OUTER_VID and its siblings.
+enum {
+/// @cond
+#define BRMGR_DECLARE_KEY(bit, name, field) BRMGR_KEY_##name = (bit),
+  BRMGR_KEY_LIST(BRMGR_DECLARE_KEY)
+#undef BRMGR_DECLARE_KEY
+  /// @endcond
+};
+
+// Field tables: FIELD(record, offset, type, name, array suffix or nothing, format, access,
+// meaning). The formats are those of the decoder: DEC, HEX, INDEX, DIR, KEYS, FORWARD, TAG_OPS,
+// MAC, IP, BYTES, TAG (a nested VlanTagSpec) and RESERVED. Access says who fills the field: CALLER,
+// DRIVER (sent as a placeholder, filled by the driver), BOTH (a proposal that the driver may
+// change) or NOBODY (sent as zero).
+/// @cond
+// clang-format off
+#define DRV_INIT_RECORD_FIELDS(FIELD, R)                                                              \
+  FIELD(R, 0,   uint32_t, reserved0,       ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 4,   uint32_t, fePortNum,       ,     DEC,      CALLER, "number of Fast-Ethernet ports")   \
+  FIELD(R, 8,   uint32_t, gePortNum,       ,     DEC,      CALLER, "number of Gigabit-Ethernet ports") \
+  FIELD(R, 12,  uint8_t,  reserved12,      [20], RESERVED, NOBODY, "zero")
+
+#define FEATURE_RECORD_FIELDS(FIELD, R)                                                               \
+  FIELD(R, 0,   uint32_t, value,           ,     DEC,      CALLER, "value of the platform's feature switch 27")
+
+#define INGRESS_CLASS_CFG_FIELDS(FIELD, R)                                                            \
+  FIELD(R, 0,   uint32_t, type,            ,     DEC,      CALLER, "always 2")                        \
+  FIELD(R, 4,   uint32_t, fieldMask,       ,     KEYS,     CALLER, "key fields that the class compares") \
+  FIELD(R, 8,   uint32_t, priority,        ,     DEC,      CALLER, "order among the classes of one direction; the highest is tried first") \
+  FIELD(R, 12,  uint8_t,  reserved12,      [12], RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 24,  uint32_t, dir,             ,     DIR,      CALLER, "1 upstream, 0 downstream")        \
+  FIELD(R, 28,  uint32_t, icIndex,         ,     INDEX,    BOTH,   "the class's index: the caller's choice, or another that the driver returns")
+
+#define INGRESS_CLASS_DEL_FIELDS(FIELD, R)                                                            \
+  FIELD(R, 0,   uint32_t, dir,             ,     DIR,      CALLER, "1 upstream, 0 downstream")        \
+  FIELD(R, 4,   uint32_t, icIndex,         ,     INDEX,    CALLER, "the class to delete")
+
+#define INGRESS_FLOW_RULE_FIELDS(FIELD, R)                                                            \
+  FIELD(R, 0,   uint32_t, srcIpVersion,    ,     DEC,      CALLER, "source address: 0 IPv4, 1 IPv6")  \
+  FIELD(R, 4,   uint8_t,  srcIp,           [16], IP,       CALLER, "source IP address in network order; IPv4 in the first four bytes") \
+  FIELD(R, 20,  uint32_t, dstIpVersion,    ,     DEC,      CALLER, "destination address: 0 IPv4, 1 IPv6") \
+  FIELD(R, 24,  uint8_t,  dstIp,           [16], IP,       CALLER, "destination IP address in network order; IPv4 in the first four bytes") \
+  FIELD(R, 40,  uint16_t, l4SrcPort,       ,     DEC,      CALLER, "layer-4 source port")             \
+  FIELD(R, 42,  uint16_t, l4DstPort,       ,     DEC,      CALLER, "layer-4 destination port")        \
+  FIELD(R, 44,  uint8_t,  ipProtocol,      ,     DEC,      CALLER, "IP protocol number")              \
+  FIELD(R, 45,  uint8_t,  reserved45,      ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 46,  uint16_t, outerVid,        ,     DEC,      CALLER, "outer VLAN identifier; 0 where the class does not compare it") \
+  FIELD(R, 48,  uint8_t,  reserved48,      [2],  RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 50,  uint8_t,  dstMac,          [6],  MAC,      CALLER, "destination MAC address")         \
+  FIELD(R, 56,  uint8_t,  srcMac,          [6],  MAC,      CALLER, "source MAC address")              \
+  FIELD(R, 62,  uint16_t, etherType,       ,     HEX,      CALLER, "EtherType behind the VLAN tags")  \
+  FIELD(R, 64,  uint8_t,  dscp,            ,     DEC,      CALLER, "IPv4 TOS byte or DSCP")           \
+  FIELD(R, 65,  uint8_t,  reserved65,      [3],  RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 68,  uint32_t, ingressPort,     ,     DEC,      CALLER, "data-path port of the UNI; 0 in downstream flows") \
+  FIELD(R, 72,  uint8_t,  outerPbit,       ,     DEC,      CALLER, "priority of the outer tag, 0..7") \
+  FIELD(R, 73,  uint8_t,  reserved73,      ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 74,  uint8_t,  vlanNum,         ,     DEC,      CALLER, "number of VLAN tags: 0, 1 or 2")  \
+  FIELD(R, 75,  uint8_t,  reserved75,      [13], RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 88,  uint32_t, result88,        ,     DEC,      CALLER, "result word; 0 in every flow")    \
+  FIELD(R, 92,  uint8_t,  result92,        ,     DEC,      CALLER, "result byte; 0 in every flow")    \
+  FIELD(R, 93,  uint8_t,  reserved93,      [3],  RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 96,  uint32_t, forward,         ,     FORWARD,  CALLER, "forwarding decision: 1 pass, 2 trap, 4 access control") \
+  FIELD(R, 100, uint32_t, reserved100,     ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 104, uint32_t, result104,       ,     DEC,      CALLER, "result word; 1 in upstream flows and in downstream performance-mode flows, else 0") \
+  FIELD(R, 108, uint32_t, result108,       ,     DEC,      CALLER, "result word; 2 in downstream performance-mode flows, else 0") \
+  FIELD(R, 112, uint32_t, queue,           ,     DEC,      CALLER, "traffic queue")                   \
+  FIELD(R, 116, uint8_t,  reserved116,     [4],  RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 120, uint8_t,  remark,          ,     DEC,      CALLER, "1 in QoS re-marking flows, else 0") \
+  FIELD(R, 121, uint8_t,  remarkPriority,  ,     DEC,      CALLER, "priority given by a QoS re-marking flow, else 0") \
+  FIELD(R, 122, uint8_t,  reserved122,     [6],  RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 128, uint32_t, result128,       ,     DEC,      CALLER, "result word; 0 in every flow")    \
+  FIELD(R, 132, uint8_t,  reserved132,     [8],  RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 140, uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, 1 upstream")        \
+  FIELD(R, 144, uint32_t, icIndex,         ,     INDEX,    CALLER, "the class to which the flow belongs") \
+  FIELD(R, 148, uint32_t, flowIndex,       ,     INDEX,    DRIVER, "sent as none; the driver returns the new flow's index") \
+  FIELD(R, 152, uint32_t, vlanActionIndex, ,     INDEX,    CALLER, "VLAN action applied to matching frames, or none") \
+  FIELD(R, 156, uint32_t, policer,         ,     INDEX,    CALLER, "UNI port whose policer applies, or none") \
+  FIELD(R, 160, uint32_t, refCount,        ,     DEC,      NOBODY, "sent as zero and ignored by the driver; references in the library's tables")
+
+#define INGRESS_FLOW_DEL_FIELDS(FIELD, R)                                                             \
+  FIELD(R, 0,   uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, 1 upstream")        \
+  FIELD(R, 4,   uint32_t, icIndex,         ,     INDEX,    CALLER, "the flow's class")                \
+  FIELD(R, 8,   uint32_t, flowIndex,       ,     INDEX,    CALLER, "the flow to delete")
+
+#define VLAN_TAG_SPEC_FIELDS(FIELD, R)                                                                \
+  FIELD(R, 0,   uint16_t, vid,             ,     DEC,      CALLER, "VLAN identifier, 0..4095")        \
+  FIELD(R, 2,   uint8_t,  pbit,            ,     DEC,      CALLER, "priority code point, 0..7")       \
+  FIELD(R, 3,   uint8_t,  reserved3,       ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 4,   uint16_t, tpid,            ,     HEX,      CALLER, "tag protocol identifier")
+
+#define VLAN_ACTION_RULE_FIELDS(FIELD, R)                                                             \
+  FIELD(R, 0,   uint32_t, cmd,             ,     TAG_OPS,  CALLER, "tag operations: 0x1 push tag[0], 0x4 pop, 0x8 replace the VID, 0x100 replace the priority") \
+  FIELD(R, 4,   VlanTagSpec, tag,          [2],  TAG,      CALLER, "tag contents; tag[1] is zero in every action built here") \
+  FIELD(R, 16,  uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, any other value upstream") \
+  FIELD(R, 20,  uint32_t, vlanActionIndex, ,     INDEX,    DRIVER, "sent as none; the driver returns the new action's index")
+
+#define VLAN_ACTION_DEL_FIELDS(FIELD, R)                                                              \
+  FIELD(R, 0,   uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, any other value upstream") \
+  FIELD(R, 4,   uint32_t, vlanActionIndex, ,     INDEX,    CALLER, "the action to delete")
+
+#define PORT_ADMIN_RECORD_FIELDS(FIELD, R)                                                            \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port: the UNI port number plus 1") \
+  FIELD(R, 4,   uint8_t,  reserved4,       [40], RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 44,  uint8_t,  enable,          ,     DEC,      CALLER, "1 administratively up, 0 down")   \
+  FIELD(R, 45,  uint8_t,  reserved45,      [3],  RESERVED, NOBODY, "zero")
+
+#define PORT_LOOPBACK_RECORD_FIELDS(FIELD, R)                                                         \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port: the UNI port number plus 1") \
+  FIELD(R, 4,   uint8_t,  enable,          ,     DEC,      CALLER, "1 loopback on, 0 off")            \
+  FIELD(R, 5,   uint8_t,  reserved5,       [43], RESERVED, NOBODY, "zero")
+
+#define PORT_ISOLATE_RECORD_FIELDS(FIELD, R)                                                          \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port being configured")    \
+  FIELD(R, 4,   uint32_t, peerPort,        ,     DEC,      CALLER, "peer device port, 2..5")          \
+  FIELD(R, 8,   uint32_t, isolate,         ,     DEC,      CALLER, "1 the two ports may not exchange traffic, 0 they may") \
+  FIELD(R, 12,  uint32_t, word12,          ,     DEC,      CALLER, "always 2")
+
+#define PORT_STP_RECORD_FIELDS(FIELD, R)                                                              \
+  FIELD(R, 0,   uint32_t, portIndex,       ,     DEC,      CALLER, "port index, from 0")              \
+  FIELD(R, 4,   uint32_t, enable,          ,     DEC,      CALLER, "spanning tree on the port, as the caller gave it") \
+  FIELD(R, 8,   uint32_t, reserved8,       ,     RESERVED, NOBODY, "zero")
+
+#define PORT_MIRROR_RECORD_FIELDS(FIELD, R)                                                           \
+  FIELD(R, 0,   uint32_t, selector,        ,     DEC,      CALLER, "mirrored port selector, 0")       \
+  FIELD(R, 4,   uint32_t, destinationPort, ,     DEC,      CALLER, "device port that receives the copies, 2..5") \
+  FIELD(R, 8,   uint32_t, enable,          ,     DEC,      CALLER, "mirroring, as the caller gave it") \
+  FIELD(R, 12,  uint32_t, direction,       ,     DEC,      CALLER, "0, 1 or 2 for the modes 2, 1 and 3")
+
+#define MAC_LIMIT_RECORD_FIELDS(FIELD, R)                                                             \
+  FIELD(R, 0,   uint16_t, limit,           ,     DEC,      CALLER, "number of MAC addresses that may be learned")
+
+#define MAC_LEARN_RECORD_FIELDS(FIELD, R)                                                             \
+  FIELD(R, 0,   uint32_t, value,           ,     DEC,      CALLER, "learning switch or clear value, as the caller gave it")
+
+/// Every record, and the tag nested in one: X(record, FIELD TABLE, size in bytes, what it is).
+#define BRMGR_RECORD_LIST(X)                                                                          \
+  X(DrvInitRecord,   DRV_INIT_RECORD_FIELDS,   32,  "Port counts handed over at start-up.")           \
+  X(FeatureRecord,   FEATURE_RECORD_FIELDS,    4,   "Feature switch handed over at start-up.")        \
+  X(IngressClassCfg, INGRESS_CLASS_CFG_FIELDS, 32,  "An ingress class: which key fields its flows compare.") \
+  X(IngressClassDel, INGRESS_CLASS_DEL_FIELDS, 8,   "Names an ingress class to delete.")              \
+  X(IngressFlowRule, INGRESS_FLOW_RULE_FIELDS, 164, "A flow of an ingress class: key values, then the result for matching frames.") \
+  X(IngressFlowDel,  INGRESS_FLOW_DEL_FIELDS,  12,  "Names a flow to delete.")                        \
+  X(VlanTagSpec,     VLAN_TAG_SPEC_FIELDS,     6,   "One VLAN tag inside a VLAN action.")             \
+  X(VlanActionRule,  VLAN_ACTION_RULE_FIELDS,  24,  "A VLAN action: how the tags of a matching frame are edited.") \
+  X(VlanActionDel,   VLAN_ACTION_DEL_FIELDS,   8,   "Names a VLAN action to delete.")                 \
+  X(PortAdminRecord, PORT_ADMIN_RECORD_FIELDS, 48,  "Administrative state of a port.")                \
+  X(PortLoopbackRecord, PORT_LOOPBACK_RECORD_FIELDS, 48, "Loopback of a port.")                       \
+  X(PortIsolateRecord, PORT_ISOLATE_RECORD_FIELDS, 16, "Isolation of two ports from each other.")     \
+  X(PortStpRecord,   PORT_STP_RECORD_FIELDS,   12,  "Spanning tree of a port.")                       \
+  X(PortMirrorRecord, PORT_MIRROR_RECORD_FIELDS, 16, "Port mirroring.")                               \
+  X(MacLimitRecord,  MAC_LIMIT_RECORD_FIELDS,  2,   "Learning limit of the MAC table.")               \
+  X(MacLearnRecord,  MAC_LEARN_RECORD_FIELDS,  4,   "Learning switch of the MAC table.")
+
+/// Which record a command carries: X(command NAME, record).
+#define BRMGR_COMMAND_RECORD_LIST(X)       \
+  X(INIT,            DrvInitRecord)        \
+  X(IC_CREATE,       IngressClassCfg)      \
+  X(IC_DEL,          IngressClassDel)      \
+  X(FLOW_ADD,        IngressFlowRule)      \
+  X(FLOW_DEL,        IngressFlowDel)       \
+  X(VLAN_ACTION_ADD, VlanActionRule)       \
+  X(VLAN_ACTION_DEL, VlanActionDel)        \
+  X(QUEUE_SCHEDULE,  IngressFlowRule)      \
+  X(FEATURE,         FeatureRecord)        \
+  X(PORT_ADMIN,      PortAdminRecord)      \
+  X(PORT_LOOPBACK,   PortLoopbackRecord)   \
+  X(PORT_ISOLATE,    PortIsolateRecord)    \
+  X(PORT_STP,        PortStpRecord)        \
+  X(PORT_MIRROR,     PortMirrorRecord)     \
+  X(MAC_LIMIT,       MacLimitRecord)       \
+  X(MAC_LEARN,       MacLearnRecord)
+// clang-format on
+
+#define BRMGR_DECLARE_FIELD(record, offset, type, name, array, format, access, text) \
+  type name array;
+#define BRMGR_ASSERT_FIELD(record, offset, type, name, array, format, access, text) \
+  BRMGR_STATIC_ASSERT(offsetof(record, name) == (offset), #record "." #name " is misplaced");
+#define BRMGR_DECLARE_RECORD(record, fields, size, text)                                  \
+  typedef struct record {                                                                 \
+    fields(BRMGR_DECLARE_FIELD, record)                                                   \
+  } record;                                                                               \
+  BRMGR_STATIC_ASSERT(sizeof(record) == (size), #record " has another size on the wire"); \
+  fields(BRMGR_ASSERT_FIELD, record)
+
+BRMGR_RECORD_LIST(BRMGR_DECLARE_RECORD)
+
+#undef BRMGR_DECLARE_FIELD
+#undef BRMGR_ASSERT_FIELD
+#undef BRMGR_DECLARE_RECORD
+/// @endcond
+
+/// The argument of the device's ioctl: 16 bytes on the target. On a 64-bit development machine
+/// `buf` is as wide as a pointer there, and nothing else changes.
+typedef struct BrmgrRequest {
+  uint32_t cmd;   ///< command code, 0..182
+  uint32_t len;   ///< length of the command record in bytes; 0 where the command has none
+  uint32_t flag;  ///< BRMGR_FLAG_READ_BACK or BRMGR_FLAG_INPUT
+  void* buf;      ///< the command record; null where the command has none
+} BrmgrRequest;
+
+BRMGR_STATIC_ASSERT(sizeof(void*) != 4 || sizeof(BrmgrRequest) == 16,
+                    "BrmgrRequest has another size on the target");
+
+#endif

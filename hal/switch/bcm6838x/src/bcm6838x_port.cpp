@@ -1,0 +1,211 @@
+/// @file
+/// Port control by device commands: administrative state, negotiation mode, loopback, isolation,
+/// learning, spanning tree, frame size and mirroring. What needs the PHY's registers is in
+/// bcm6838x_port_link.cpp.
+#include <cstddef>
+#include <cstdint>
+
+#include <bcm6838x_port.h>
+#include <brmgr_cmd.h>
+#include <brmgr_record.h>
+#include <platform_chip.h>
+#include <platform_config.h>
+#include <platform_log.h>
+#include <platform_vos.h>
+
+#include "bcm6838x_port_internal.h"
+#include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_log.h"
+
+PortMirrorRecord g_mirror_cfg = {};
+
+namespace {
+
+constexpr uint32_t kMaxPort = 5;        ///< highest port of administrative state and loopback
+constexpr uint32_t kMaxSwitchPort = 4;  ///< highest port of isolation and mirroring
+constexpr uint32_t kAdminStates = 32;
+
+/// Last administrative state given to each port, by UNI port number.
+uint32_t sg_portAdminState[kAdminStates] = {};
+
+bool IsPort(uint32_t uni, uint32_t max) {
+  return uni >= 1 && uni <= max;
+}
+
+/// Media types of the chip vendor's tool, by negotiation mode.
+constexpr const char* kMediaTypes[] = {"10HD", "100HD", "auto", "10FD", "100FD", "auto", "auto"};
+
+constexpr uint32_t kNegModes = sizeof(kMediaTypes) / sizeof(kMediaTypes[0]);
+
+void SendIsolation(uint32_t uni, uint32_t peerPort, uint32_t isolate) {
+  constexpr uint32_t kWord12 = 2;
+  PortIsolateRecord record = {};
+  record.port = DevicePort(uni);
+  record.peerPort = peerPort;
+  record.isolate = isolate;
+  record.word12 = kWord12;
+  SendCommand(BRMGR_CMD_PORT_ISOLATE, record, BRMGR_FLAG_INPUT);
+}
+
+}  // namespace
+
+uint32_t BCM6838X_InitPort(void) {
+  g_mirror_cfg = {};
+  for (uint32_t& state : sg_portAdminState) {
+    state = 1;
+  }
+  for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
+    const auto index = static_cast<uint8_t>(i);
+    VOS_System("/bin/ethctl eth%hhu reg 24 0xf077 > /dev/null 2>&1", index);
+    VOS_System("/bin/ethctl eth%hhu reg 28 0x9000 > /dev/null 2>&1", index);
+  }
+  return BCM6838X_OK;
+}
+
+int32_t BCM6838X_SetPortAdminState(uint32_t port, uint32_t state) {
+  const uint32_t uni = UniPort(port);
+  if (!IsPort(uni, kMaxPort)) {
+    return BCM6838X_FAILED;
+  }
+  PortAdminRecord record = {};
+  record.port = DevicePort(uni);
+  record.enable = state != 0 ? 1 : 0;
+  SendCommand(BRMGR_CMD_PORT_ADMIN, record, BRMGR_FLAG_INPUT);
+  const int32_t result = BCM6838X_PhyPowerDown(uni, state == 0 ? 1 : 0);
+  sg_portAdminState[uni] = state;
+  return result;
+}
+
+uint32_t BCM6838X_SetPortNegMode(uint32_t port, uint32_t mode) {
+  if (mode >= kNegModes) {
+    return BCM6838X_FAILED;
+  }
+  const uint32_t uni = UniPort(port);
+  VOS_System("ethctl eth%d media-type %s", AsInt(uni) - 1, kMediaTypes[mode]);
+  if (uni < kAdminStates) {
+    BCM6838X_SetPortAdminState(uni, sg_portAdminState[uni]);
+  }
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortLoopback(uint32_t port, uint32_t on) {
+  const uint32_t uni = UniPort(port);
+  if (!IsPort(uni, kMaxPort)) {
+    return BCM6838X_FAILED;
+  }
+  PortLoopbackRecord record = {};
+  record.port = DevicePort(uni);
+  record.enable = on != 0 ? 1 : 0;
+  SendCommand(BRMGR_CMD_PORT_LOOPBACK, record, BRMGR_FLAG_INPUT);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortIsolateMask(uint32_t port, uint32_t mask) {
+  const uint32_t uni = UniPort(port);
+  if (!IsPort(uni, kMaxSwitchPort)) {
+    return BCM6838X_FAILED;
+  }
+  for (uint32_t peer = 1; peer <= kMaxSwitchPort; ++peer) {
+    const bool named = ((mask >> (peer - 1)) & 1U) != 0;
+    // A mask of 0 releases the port from all others; any other mask only adds isolation, towards
+    // the port itself too when it says so.
+    if (mask == 0 ? peer != uni : named) {
+      SendIsolation(uni, DevicePort(peer), mask == 0 ? 0 : 1);
+    }
+  }
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortMacLearn(uint32_t /*port*/, uint32_t enable) {
+  HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), enable=%d\r\n", AsInt(enable));
+  MacLearnRecord record = {};
+  record.value = enable;
+  SendCommand(BRMGR_CMD_MAC_LEARN, record, BRMGR_FLAG_INPUT);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortLimitMacNum(uint32_t /*port*/, uint32_t limit) {
+  MacLimitRecord record = {};
+  record.limit = static_cast<uint16_t>(limit);
+  HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), limit=%d\r\n", record.limit);
+  SendCommand(BRMGR_CMD_MAC_LIMIT, record, BRMGR_FLAG_INPUT);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
+  constexpr uint32_t kStpModule = 0xA3C0;
+  constexpr uint32_t kStpEnableMessage = 0x1509;
+  for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
+    PortStpRecord record = {};
+    record.portIndex = i;  // counted from 0 here, which is intended
+    record.enable = enable;
+    VOS_MsgSend(kStpModule, kStpEnableMessage, &record, sizeof(record));
+    SendCommand(BRMGR_CMD_PORT_STP, record, BRMGR_FLAG_INPUT);
+  }
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortStpState(uint32_t port, uint32_t stpState) {
+  constexpr uint32_t kCaptureFeature = 27;
+  constexpr uint32_t kBlocking = 1;
+  constexpr uint32_t kForwarding = 4;
+  if (SF_GetFeature(kCaptureFeature) != 1 || (stpState != kBlocking && stpState != kForwarding)) {
+    return BCM6838X_OK;
+  }
+  return static_cast<uint32_t>(BCM6838X_SetPortAdminState(port, stpState == kForwarding ? 1 : 0));
+}
+
+uint32_t BCM6838X_SetPortMtu(uint32_t port, uint32_t mtu) {
+  constexpr uint32_t kFirstJumboMtu = 1519;
+  uint32_t value = (mtu & 0xFFFF) >= kFirstJumboMtu ? 1 : 0;
+  bcm_port_jumbo_control_set(0, UniPort(port) - 1, &value);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortMirrorDestport(uint32_t port) {
+  const uint32_t uni = UniPort(port);
+  if (!IsPort(uni, kMaxSwitchPort)) {
+    return BCM6838X_FAILED;
+  }
+  g_mirror_cfg.destinationPort = DevicePort(uni);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortMirrorMode(const uint8_t* modes) {
+  /// Direction word of the modes 1, 2 and 3.
+  constexpr uint32_t kDirections[] = {1, 0, 2};
+  constexpr size_t kModes = sizeof(kDirections) / sizeof(kDirections[0]);
+  if (modes == nullptr) {
+    HAL_LOG_NULL_POINTER();
+    return BCM6838X_FAILED;
+  }
+  // One record serves all ports, so the last one wins, which is intended.
+  for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
+    if (modes[i] == 0) {
+      continue;
+    }
+    g_mirror_cfg.selector = 0;
+    if (modes[i] <= kModes) {
+      g_mirror_cfg.direction = kDirections[modes[i] - 1];
+    }
+  }
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortMirrorEnable(uint32_t enable) {
+  g_mirror_cfg.enable = enable;
+  SendCommand(BRMGR_CMD_PORT_MIRROR, g_mirror_cfg, BRMGR_FLAG_INPUT);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_GetGlobalLinkState(uint32_t /*port*/, ...) {
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_GetGlobalNegResult(uint32_t /*port*/, ...) {
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPortAuthMode(uint32_t /*port*/, ...) {
+  return BCM6838X_OK;
+}

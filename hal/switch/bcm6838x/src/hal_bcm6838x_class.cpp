@@ -1,0 +1,118 @@
+/// @file
+/// The default ingress classes, and the flows that make the data path trap the unit's own traffic.
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include <brmgr_cmd.h>
+#include <brmgr_record.h>
+#include <hal_bcm6838x.h>
+#include <platform_vos.h>
+
+#include "hal_bcm6838x_channel.h"
+
+namespace {
+
+constexpr uint32_t kMacSize = 6;
+
+/// What the default classes differ in.
+struct DefaultClass {
+  uint32_t fieldMask;
+  uint32_t priority;
+  uint32_t dir;
+  uint32_t icIndex;
+};
+
+constexpr uint32_t kPortAndTags = BRMGR_KEY_INGRESS_PORT | BRMGR_KEY_VLAN_NUM;
+constexpr uint32_t kPortVidAndTags = kPortAndTags | BRMGR_KEY_OUTER_VID;
+
+/// Index of the class of either direction that compares the destination MAC address.
+constexpr uint32_t kDstMacClass = 2;
+
+constexpr DefaultClass kNormalClasses[] = {
+    {kPortAndTags, 1, BRMGR_DIR_UPSTREAM, 0},
+    {kPortVidAndTags, 2, BRMGR_DIR_UPSTREAM, 1},
+    {BRMGR_KEY_DESTINATION_MAC, 3, BRMGR_DIR_UPSTREAM, kDstMacClass},
+    {kPortVidAndTags | BRMGR_KEY_OUTER_PBIT, 4, BRMGR_DIR_UPSTREAM, 3},
+    {kPortAndTags | BRMGR_KEY_OUTER_PBIT, 5, BRMGR_DIR_UPSTREAM, 4},
+    {kPortAndTags, 1, BRMGR_DIR_DOWNSTREAM, 0},
+    {kPortVidAndTags, 2, BRMGR_DIR_DOWNSTREAM, 1},
+    {BRMGR_KEY_DESTINATION_MAC, 3, BRMGR_DIR_DOWNSTREAM, kDstMacClass},
+};
+
+constexpr DefaultClass kPerformanceClasses[] = {
+    {BRMGR_KEY_INGRESS_PORT, 6, BRMGR_DIR_UPSTREAM, 0},
+    {BRMGR_KEY_INGRESS_PORT, 3, BRMGR_DIR_DOWNSTREAM, 0},
+};
+
+uint32_t CreateClass(const DefaultClass& wanted) {
+  constexpr uint32_t kClassType = 2;
+  IngressClassCfg record = {};
+  record.type = kClassType;
+  record.fieldMask = wanted.fieldMask;
+  record.priority = wanted.priority;
+  record.dir = wanted.dir;
+  record.icIndex = wanted.icIndex;
+  return SendCommand(BRMGR_CMD_IC_CREATE, record, BRMGR_FLAG_READ_BACK);
+}
+
+/// Creates all classes of a table, whatever the driver answers, and returns the last answer.
+template <size_t count>
+uint32_t CreateClasses(const DefaultClass (&classes)[count]) {
+  uint32_t result = BCM6838X_OK;
+  for (const DefaultClass& wanted : classes) {
+    result = CreateClass(wanted);
+  }
+  return result;
+}
+
+void AddTrapFlow(uint32_t dir, const uint8_t (&mac)[kMacSize]) {
+  IngressFlowRule record = {};
+  memcpy(record.dstMac, mac, sizeof(record.dstMac));
+  record.forward = BRMGR_FORWARD_TRAP;
+  record.dir = dir;
+  record.icIndex = kDstMacClass;
+  record.flowIndex = BRMGR_INDEX_NONE;
+  record.vlanActionIndex = BRMGR_INDEX_NONE;
+  record.policer = BRMGR_INDEX_NONE;
+  SendCommand(BRMGR_CMD_FLOW_ADD, record, BRMGR_FLAG_READ_BACK);
+}
+
+void TrapUnitAddresses() {
+  uint8_t first[kMacSize] = {};
+  uint8_t second[kMacSize] = {};
+  if (VOS_OntInfoGetMac(first, second) != 0) {
+    return;
+  }
+  constexpr uint32_t kDirections[] = {BRMGR_DIR_DOWNSTREAM, BRMGR_DIR_UPSTREAM};
+  for (const uint32_t dir : kDirections) {
+    AddTrapFlow(dir, first);
+    AddTrapFlow(dir, second);
+  }
+}
+
+void TrapReservedAddresses() {
+  // The bridge group address of IEEE 802.1D (7.12.3), and a second one whose last byte 0x23 is
+  // intended.
+  constexpr uint8_t kBridgeGroup[kMacSize] = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x00};
+  constexpr uint8_t kSecondGroup[kMacSize] = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x23};
+  AddTrapFlow(BRMGR_DIR_UPSTREAM, kBridgeGroup);
+  AddTrapFlow(BRMGR_DIR_UPSTREAM, kSecondGroup);
+}
+
+}  // namespace
+
+uint32_t BCM6838X_StreamPortIndexUniToRdpa(uint32_t port) {
+  return (port & 0xFF) + 1;
+}
+
+uint32_t BCM6838X_RdpaIcInit(void) {
+  const uint32_t result = CreateClasses(kNormalClasses);
+  TrapUnitAddresses();
+  TrapReservedAddresses();
+  return result;
+}
+
+uint32_t BCM6838X_RdpaIcInit_Perf(void) {
+  return CreateClasses(kPerformanceClasses);
+}
