@@ -1,0 +1,60 @@
+/// @file
+/// The table of outcomes.
+#include "datapath/outcome.h"
+
+#include <array>
+#include <cstddef>
+
+namespace virtual_onu {
+namespace {
+
+constexpr std::array kOutcomes = {
+    OutcomeInfo{Outcome::FlowForward, "flow_forward", Disposition::Forward,
+                "a flow matched and forwards the frame"},
+    OutcomeInfo{Outcome::FlowTrap, "flow_trap", Disposition::Trap,
+                "a flow matched and hands the frame to the unit itself"},
+    OutcomeInfo{Outcome::FlowAccessControl, "flow_access_control", Disposition::Drop,
+                "an access-control flow matched"},
+    OutcomeInfo{Outcome::NoClass, "no_class", Disposition::Drop,
+                "the direction has no ingress class"},
+    OutcomeInfo{Outcome::NoFlow, "no_flow", Disposition::Drop,
+                "no flow of any class of the direction matched"},
+    OutcomeInfo{Outcome::UnknownDecision, "unknown_decision", Disposition::Drop,
+                "the matching flow's forwarding decision is none of pass, trap and access control"},
+    OutcomeInfo{Outcome::UnknownVlanAction, "unknown_vlan_action", Disposition::Drop,
+                "the matching flow names a VLAN action that does not exist"},
+    OutcomeInfo{Outcome::RuntFrame, "runt_frame", Disposition::Drop,
+                "the frame is shorter than an Ethernet header"},
+    OutcomeInfo{Outcome::TruncatedTag, "truncated_tag", Disposition::Drop,
+                "the frame ends inside a VLAN tag or before the EtherType behind it"},
+    OutcomeInfo{Outcome::UnknownPort, "unknown_port", Disposition::Drop,
+                "the unit has no such UNI port"},
+};
+
+constexpr bool InOrderOfTheEnumeration() {
+  for (std::size_t i = 0; i < kOutcomes.size(); ++i) {
+    if (static_cast<std::size_t>(kOutcomes.at(i).outcome) != i) {
+      return false;
+    }
+  }
+  return true;
+}
+static_assert(InOrderOfTheEnumeration(), "Describe() finds an outcome by its number");
+
+constexpr std::array<std::string_view, 3> kDispositions = {"forward", "trap", "drop"};
+
+}  // namespace
+
+std::span<const OutcomeInfo> AllOutcomes() {
+  return kOutcomes;
+}
+
+const OutcomeInfo& Describe(Outcome outcome) {
+  return kOutcomes.at(static_cast<std::size_t>(outcome));
+}
+
+std::string_view Name(Disposition disposition) {
+  return kDispositions.at(static_cast<std::size_t>(disposition));
+}
+
+}  // namespace virtual_onu

@@ -1,0 +1,52 @@
+/// @file
+/// How a command finds its handler: the rows of the tables of commands.cpp and port_commands.cpp.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+
+#include <brmgr_cmd.h>
+#include <brmgr_record.h>
+
+#include "device/commands.h"
+
+namespace virtual_onu {
+
+/// Size of the described record of a command; 0 where none is described.
+constexpr std::size_t RecordSize(std::uint32_t code) {
+  switch (code) {
+#define RETURN_SIZE(command, record) \
+  case BRMGR_CMD_##command:          \
+    return sizeof(record);
+    BRMGR_COMMAND_RECORD_LIST(RETURN_SIZE)
+#undef RETURN_SIZE
+    default:
+      return 0;
+  }
+}
+
+/// Runs a handler on a copy of the record, which need not be aligned in `bytes`. ExecuteCommand has
+/// checked the length.
+template <std::uint32_t kCode, typename Record, CommandResult (*kHandle)(DriverState&, Record&)>
+CommandResult Run(DriverState& state, std::span<std::uint8_t> bytes) {
+  static_assert(sizeof(Record) == RecordSize(kCode), "the handler takes another record");
+  Record record;
+  std::memcpy(&record, bytes.data(), sizeof(record));
+  CommandResult result = kHandle(state, record);
+  if (result.error == 0) {
+    std::memcpy(bytes.data(), &record, sizeof(record));
+  }
+  return result;
+}
+
+struct CommandRow {
+  std::uint32_t code;
+  CommandResult (*run)(DriverState& state, std::span<std::uint8_t> bytes);
+};
+
+template <std::uint32_t kCode, typename Record, CommandResult (*kHandle)(DriverState&, Record&)>
+constexpr CommandRow kRow = {kCode, Run<kCode, Record, kHandle>};
+
+}  // namespace virtual_onu

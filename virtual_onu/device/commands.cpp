@@ -1,0 +1,229 @@
+/// @file
+/// The handlers of the chip's objects: classes, flows, VLAN actions, and what start-up tells.
+#include "device/commands.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <map>
+#include <string>
+
+#include <brmgr_cmd.h>
+
+#include "device/command_row.h"
+#include "device/port_commands.h"
+
+namespace virtual_onu {
+namespace {
+
+std::string DirName(std::uint32_t dir) {
+  return dir == BRMGR_DIR_DOWNSTREAM ? "ds" : "us";
+}
+
+std::string ClassName(std::uint32_t dir, std::uint32_t icIndex) {
+  return DirName(dir) + " class " + std::to_string(icIndex);
+}
+
+CommandResult NoClass(std::uint32_t dir, std::uint32_t icIndex) {
+  return {ENOENT, "no " + ClassName(dir, icIndex)};
+}
+
+CommandResult NoFlow(std::uint32_t dir, std::uint32_t icIndex, std::uint32_t flowIndex) {
+  return {ENOENT, "no flow " + std::to_string(flowIndex) + " in " + ClassName(dir, icIndex)};
+}
+
+CommandResult NoAction(std::uint32_t dir, std::uint32_t index) {
+  return {ENOENT, "no " + DirName(dir) + " VLAN action " + std::to_string(index)};
+}
+
+/// Classes and flows know two directions; only VLAN actions take any other value as upstream.
+bool IsDirection(std::uint32_t dir) {
+  return dir == BRMGR_DIR_DOWNSTREAM || dir == BRMGR_DIR_UPSTREAM;
+}
+
+CommandResult BadDirection(std::uint32_t dir) {
+  return {EINVAL, "direction " + std::to_string(dir) + " is neither 0 (ds) nor 1 (us)"};
+}
+
+/// The wished index when it is free, otherwise the next free one above it, starting over at 0
+/// behind the last index of the table. Nothing when the table is full.
+template <typename Object>
+std::optional<std::uint32_t> FreeIndex(const std::map<std::uint32_t, Object>& table,
+                                       std::size_t limit, std::uint32_t wished = 0) {
+  if (table.size() >= limit) {
+    return {};
+  }
+  std::uint32_t index = wished < limit ? wished : 0;
+  while (table.contains(index)) {
+    index = index + 1 < limit ? index + 1 : 0;
+  }
+  return index;
+}
+
+IngressClass* FindClass(DriverState& state, std::uint32_t dir, std::uint32_t icIndex) {
+  auto& classes = state.tables.of(dir).classes;
+  const auto found = classes.find(icIndex);
+  return found == classes.end() ? nullptr : &found->second;
+}
+
+CommandResult TellPorts(DriverState& state, DrvInitRecord& record) {
+  state.ports = record;
+  return {};
+}
+
+CommandResult TellFeature(DriverState& state, FeatureRecord& record) {
+  state.feature = record.value;
+  return {};
+}
+
+CommandResult CreateClass(DriverState& state, IngressClassCfg& record) {
+  if (!IsDirection(record.dir)) {
+    return BadDirection(record.dir);
+  }
+  auto& classes = state.tables.of(record.dir).classes;
+  const auto index = FreeIndex(classes, state.limits.classes, record.icIndex);
+  if (!index) {
+    return {ENOSPC, "all " + std::to_string(state.limits.classes) + " " + DirName(record.dir) +
+                        " classes are in use"};
+  }
+  record.icIndex = *index;
+  classes[*index].cfg = record;
+  return {};
+}
+
+CommandResult DeleteClass(DriverState& state, IngressClassDel& record) {
+  if (!IsDirection(record.dir)) {
+    return BadDirection(record.dir);
+  }
+  if (state.tables.of(record.dir).classes.erase(record.icIndex) == 0) {
+    return NoClass(record.dir, record.icIndex);
+  }
+  return {};
+}
+
+CommandResult AddFlow(DriverState& state, IngressFlowRule& record) {
+  if (!IsDirection(record.dir)) {
+    return BadDirection(record.dir);
+  }
+  IngressClass* const owner = FindClass(state, record.dir, record.icIndex);
+  if (owner == nullptr) {
+    return NoClass(record.dir, record.icIndex);
+  }
+  if (record.vlanActionIndex != BRMGR_INDEX_NONE &&
+      !state.tables.of(record.dir).actions.contains(record.vlanActionIndex)) {
+    return NoAction(record.dir, record.vlanActionIndex);
+  }
+  const auto index = FreeIndex(owner->flows, state.limits.flowsPerClass);
+  if (!index) {
+    return {ENOSPC, ClassName(record.dir, record.icIndex) + " already holds " +
+                        std::to_string(state.limits.flowsPerClass) + " flows"};
+  }
+  record.flowIndex = *index;
+  owner->flows[*index] = record;
+  return {};
+}
+
+CommandResult DeleteFlow(DriverState& state, IngressFlowDel& record) {
+  if (!IsDirection(record.dir)) {
+    return BadDirection(record.dir);
+  }
+  IngressClass* const owner = FindClass(state, record.dir, record.icIndex);
+  if (owner == nullptr) {
+    return NoClass(record.dir, record.icIndex);
+  }
+  if (owner->flows.erase(record.flowIndex) == 0) {
+    return NoFlow(record.dir, record.icIndex, record.flowIndex);
+  }
+  std::erase_if(owner->portActions, [&record](const auto& action) {
+    return action.first.flowIndex == record.flowIndex;
+  });
+  return {};
+}
+
+CommandResult ReadFlow(DriverState& state, IngressFlowRule& record) {
+  if (!IsDirection(record.dir)) {
+    return BadDirection(record.dir);
+  }
+  const IngressClass* const owner = FindClass(state, record.dir, record.icIndex);
+  if (owner == nullptr) {
+    return NoClass(record.dir, record.icIndex);
+  }
+  const auto flow = owner->flows.find(record.flowIndex);
+  if (flow == owner->flows.end()) {
+    return NoFlow(record.dir, record.icIndex, record.flowIndex);
+  }
+  record = flow->second;
+  return {};
+}
+
+CommandResult CreateAction(DriverState& state, VlanActionRule& record) {
+  auto& actions = state.tables.of(record.dir).actions;
+  const auto index = FreeIndex(actions, state.limits.vlanActions);
+  if (!index) {
+    return {ENOSPC, "all " + std::to_string(state.limits.vlanActions) + " " + DirName(record.dir) +
+                        " VLAN actions are in use"};
+  }
+  record.vlanActionIndex = *index;
+  actions[*index] = record;
+  return {};
+}
+
+/// Deletes an action even while flows name it: the driver keeps no reference counts.
+CommandResult DeleteAction(DriverState& state, VlanActionDel& record) {
+  if (state.tables.of(record.dir).actions.erase(record.vlanActionIndex) == 0) {
+    return NoAction(record.dir, record.vlanActionIndex);
+  }
+  return {};
+}
+
+constexpr std::array kChipCommands = {
+    kRow<BRMGR_CMD_INIT, DrvInitRecord, TellPorts>,
+    kRow<BRMGR_CMD_IC_CREATE, IngressClassCfg, CreateClass>,
+    kRow<BRMGR_CMD_IC_DEL, IngressClassDel, DeleteClass>,
+    kRow<BRMGR_CMD_FLOW_ADD, IngressFlowRule, AddFlow>,
+    kRow<BRMGR_CMD_FLOW_DEL, IngressFlowDel, DeleteFlow>,
+    kRow<BRMGR_CMD_VLAN_ACTION_ADD, VlanActionRule, CreateAction>,
+    kRow<BRMGR_CMD_VLAN_ACTION_DEL, VlanActionDel, DeleteAction>,
+    kRow<BRMGR_CMD_QUEUE_SCHEDULE, IngressFlowRule, ReadFlow>,
+    kRow<BRMGR_CMD_FEATURE, FeatureRecord, TellFeature>,
+};
+
+}  // namespace
+
+CommandResult SetPortAction(DriverState& state, std::uint32_t icIndex, const PortActionKey& key,
+                            std::uint32_t vlanActionIndex) {
+  IngressClass* const owner = FindClass(state, BRMGR_DIR_DOWNSTREAM, icIndex);
+  if (owner == nullptr) {
+    return NoClass(BRMGR_DIR_DOWNSTREAM, icIndex);
+  }
+  if (!owner->flows.contains(key.flowIndex)) {
+    return NoFlow(BRMGR_DIR_DOWNSTREAM, icIndex, key.flowIndex);
+  }
+  if (vlanActionIndex == BRMGR_INDEX_NONE) {
+    owner->portActions.erase(key);
+    return {};
+  }
+  if (!state.tables.downstream.actions.contains(vlanActionIndex)) {
+    return NoAction(BRMGR_DIR_DOWNSTREAM, vlanActionIndex);
+  }
+  owner->portActions[key] = vlanActionIndex;
+  return {};
+}
+
+CommandResult ExecuteCommand(DriverState& state, std::uint32_t code,
+                             std::span<std::uint8_t> record) {
+  if (record.size() < RecordSize(code)) {
+    return {EINVAL, "short record"};
+  }
+  for (const std::span<const CommandRow> rows :
+       {std::span<const CommandRow>(kChipCommands), PortCommands()}) {
+    const auto row = std::ranges::find(rows, code, &CommandRow::code);
+    if (row != rows.end()) {
+      return row->run(state, record);
+    }
+  }
+  return {};
+}
+
+}  // namespace virtual_onu

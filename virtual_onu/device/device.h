@@ -1,0 +1,91 @@
+/// @file
+/// The bridge-manager device "BrmgrDev" as the library sees it: a descriptor, its ioctl and its
+/// events. What a frame does in the chip is the data path's, not this room's.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include <brmgr_record.h>
+
+#include "base/bytes.h"
+#include "base/fault_plan.h"
+#include "base/trace.h"
+#include "device/chip_tables.h"
+#include "device/commands.h"
+
+namespace virtual_onu {
+
+/// Commands and events may come from any thread; they are carried out, and traced, one at a time. A
+/// listener of the trace must therefore not call the device's functions that lock: ioctl,
+/// sendEvent, open, owns, ports, feature, setPortAction. tables(), portTables() and faults() hand
+/// out what the commands work on, without a lock: use them on the thread that sends the commands,
+/// or while none is sent.
+class Device {
+ public:
+  /// Records longer than this are refused unread; the longest that a command carries has 492032
+  /// bytes.
+  static constexpr std::size_t kMaxRecordLength = std::size_t{1024} * 1024;
+
+  Device(Trace& trace, ChipLimits limits);
+  ~Device();
+  Device(const Device&) = delete;
+  Device& operator=(const Device&) = delete;
+
+  /// Opens the device: one end of a SOCK_SEQPACKET pair, so that read() blocks and returns whole
+  /// records. May be opened more than once. Returns a descriptor above 2, or -1 with errno set. The
+  /// descriptor stays the device's, which closes it at its end; nobody else may close it.
+  int open();
+
+  /// Tells whether the descriptor came from open().
+  [[nodiscard]] bool owns(int fd) const;
+
+  /// Serves an ioctl on an own descriptor: 0, or -1 with errno set. `argument` is the address of a
+  /// BrmgrRequest. The record is written back only by a command that succeeds with flag 1. Every
+  /// command is traced, refused ones too; an ioctl that carries none is traced as a call.
+  ///
+  /// ENOTTY: not the device's request. EFAULT: no argument, or a length without a record. EINVAL: a
+  /// record that is too long or too short, or a direction that is none. EIO: refused by a fault
+  /// rule. ENOENT: no such class, flow or action. ENOSPC: the table is full.
+  int ioctl(unsigned long request, void* argument);
+
+  /// Hands an event record to the reader of every open descriptor, without waiting. False when
+  /// nobody can take it: no descriptor is open, or every reader is too far behind.
+  bool sendEvent(ByteView event);
+
+  /// The port counts of BRMGR_CMD_INIT, once they were told.
+  [[nodiscard]] std::optional<DrvInitRecord> ports() const;
+
+  /// The value of feature switch 27, once it was told.
+  [[nodiscard]] std::optional<std::uint32_t> feature() const;
+
+  /// What the chip's own shell does to a port action; see SetPortAction in commands.h. Not traced:
+  /// the line of the shell is.
+  CommandResult setPortAction(std::uint32_t icIndex, const PortActionKey& key,
+                              std::uint32_t vlanActionIndex);
+
+  [[nodiscard]] const ChipTables& tables() const { return state_.tables; }
+  [[nodiscard]] const PortTables& portTables() const { return state_.portTables; }
+  [[nodiscard]] const ChipLimits& limits() const { return state_.limits; }
+  FaultPlan& faults() { return faults_; }
+
+ private:
+  struct Channel {
+    int reader;  ///< the descriptor given out
+    int driver;  ///< the end that the emulation writes events to
+  };
+
+  /// Carries out one command and completes its trace event; returns 0 or an errno value.
+  int serve(const BrmgrRequest& request, CommandEvent& event);
+
+  Trace& trace_;
+  mutable std::mutex mutex_;
+  DriverState state_;
+  FaultPlan faults_;
+  std::vector<Channel> channels_;
+};
+
+}  // namespace virtual_onu

@@ -1,0 +1,48 @@
+/// @file
+/// The shell that the platform runs command lines in: it understands the lines of the data-path
+/// shell "bs" and of the Ethernet tool "ethctl", and runs nothing on the machine.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "base/fault_plan.h"
+#include "base/trace.h"
+#include "device/device.h"
+#include "phy/interfaces.h"
+#include "shell/path_objects.h"
+
+namespace virtual_onu {
+
+/// What the lines reach beside the shell's own objects.
+struct ShellBoard {
+  Device& device;
+  Interfaces& interfaces;
+  const std::uint32_t& portRevert;  ///< not 0: LAN port objects are numbered in reverse
+};
+
+/// Lines may come from any thread; they are carried out one at a time. objects() and faults() hand
+/// out what the lines work on, without a lock: use them on the thread that runs the lines, or while
+/// none runs.
+class Shell {
+ public:
+  explicit Shell(const ShellBoard& board) : board_(board) {}
+
+  /// Carries out a line and returns it as it is to be traced. Refused, with a result other than 0
+  /// and the reason, are lines of the two tools that are malformed, that name what does not exist
+  /// or create what exists, and lines that a fault rule meets; they change nothing. A line of any
+  /// other program is taken and does nothing.
+  ShellEvent run(std::string line);
+
+  [[nodiscard]] const PathObjects& objects() const { return objects_; }
+  FaultPlan& faults() { return faults_; }
+
+ private:
+  ShellBoard board_;
+  std::mutex mutex_;
+  PathObjects objects_;
+  FaultPlan faults_;
+};
+
+}  // namespace virtual_onu

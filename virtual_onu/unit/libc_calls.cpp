@@ -1,0 +1,87 @@
+/// @file
+/// The C library's calls that the unit interposes: ioctl() on the device's descriptors and, on any
+/// socket, for the unit's network interfaces; access() and unlink() of the files that the unit
+/// keeps in its own directory. Everything else goes to the system.
+#include <cstdarg>
+#include <cstdint>
+#include <dlfcn.h>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "unit/unit.h"
+
+using virtual_onu::Unit;
+
+namespace {
+
+/// The C library's own function of that name.
+template <typename Function>
+Function* Next(const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+/// Where the path lies for the unit; a call on one of the unit's own files is noted in the trace.
+std::filesystem::path Mapped(const char* call, const char* path) {
+  Unit* unit = Unit::Current();
+  if (unit == nullptr) {
+    return path;
+  }
+  std::filesystem::path mapped = unit->platform().mapPath(path);
+  if (mapped != path) {
+    unit->trace().add(virtual_onu::CallEvent{std::string(call) + "(\"" + path + "\")", 0});
+  }
+  return mapped;
+}
+
+bool IsSocket(int fd) {
+  struct stat status = {};
+  return fstat(fd, &status) == 0 && S_ISSOCK(status.st_mode);
+}
+
+/// Offers a request to the unit; nothing when it is the system's. The argument is looked at only
+/// for the few requests that the unit knows: it need not be an address for others.
+std::optional<int> ServedByUnit(int fd, unsigned long request, void* argument) {
+  Unit* unit = Unit::Current();
+  if (unit == nullptr) {
+    return std::nullopt;
+  }
+  if (unit->device().owns(fd)) {
+    return unit->device().ioctl(request, argument);
+  }
+  if (virtual_onu::Interfaces::Knows(request) && IsSocket(fd)) {
+    return unit->interfaces().ioctl(request, argument);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+extern "C" {
+
+int ioctl(int fd, unsigned long request, ...) noexcept {
+  std::va_list arguments;
+  va_start(arguments, request);
+  void* argument = va_arg(arguments, void*);
+  va_end(arguments);
+  if (const std::optional<int> served = ServedByUnit(fd, request, argument)) {
+    return *served;
+  }
+  static auto* const next = Next<int(int, unsigned long, ...)>("ioctl");
+  return next(fd, request, argument);
+}
+
+int access(const char* name, int type) noexcept {
+  static auto* const next = Next<int(const char*, int)>("access");
+  return next(Mapped("access", name).c_str(), type);
+}
+
+int unlink(const char* name) noexcept {
+  static auto* const next = Next<int(const char*)>("unlink");
+  return next(Mapped("unlink", name).c_str());
+}
+
+}  // extern "C"

@@ -1,0 +1,212 @@
+/// @file
+/// The platform calls that the library imports, answered by the current unit. Without a unit every
+/// call fails in the way that its declaration names.
+#include <cstdarg>
+#include <cstdint>
+#include <strings.h>
+
+#include <platform_chip.h>
+#include <platform_clients.h>
+#include <platform_config.h>
+#include <platform_log.h>
+#include <platform_vos.h>
+
+#include "unit/unit.h"
+
+using virtual_onu::ByteView;
+using virtual_onu::PlatformConfig;
+using virtual_onu::Unit;
+
+namespace {
+
+constexpr std::int32_t kNoUnit = -1;
+
+/// A number of the unit's configuration, or 0 without a unit.
+std::uint32_t Configured(std::uint32_t PlatformConfig::*number) {
+  Unit* unit = Unit::Current();
+  return unit == nullptr ? 0 : unit->platform().config().*number;
+}
+
+/// Notes a frame given to a protocol client, which takes it and does nothing.
+std::uint32_t NoteClient(const char* client, ByteView frame, std::uint32_t vid,
+                         std::uint32_t port) {
+  Unit* unit = Unit::Current();
+  if (unit != nullptr) {
+    unit->trace().add(virtual_onu::CallEvent{std::string(client) + "(" + virtual_onu::ToHex(frame) +
+                                                 ", vid " + std::to_string(vid) + ", port " +
+                                                 std::to_string(port) + ")",
+                                             0});
+  }
+  return 0;
+}
+
+}  // namespace
+
+std::int32_t VOS_OpenDevice(const char* name) {
+  Unit* unit = Unit::Current();
+  if (unit == nullptr) {
+    return kNoUnit;
+  }
+  const bool known = std::string_view(name) == "BrmgrDev";
+  const bool opens = known && !unit->platform().config().openDeviceFails;
+  const std::int32_t fd = opens ? unit->device().open() : kNoUnit;
+  unit->trace().add(
+      virtual_onu::CallEvent{std::string("VOS_OpenDevice(\"") + name + "\")", fd < 0 ? fd : 0});
+  return fd;
+}
+
+std::int32_t VOS_TaskSpawn(const char* name, std::uint32_t a, std::uint32_t b, std::uint32_t c,
+                           std::uint32_t d, void (*entry)(void), std::uint32_t arg) {
+  Unit* unit = Unit::Current();
+  return unit == nullptr ? kNoUnit : unit->platform().spawnTask({name, {a, b, c, d}, arg, entry});
+}
+
+std::int32_t VOS_System(const char* format, ...) {
+  Unit* unit = Unit::Current();
+  if (unit == nullptr) {
+    return kNoUnit;
+  }
+  std::va_list arguments;
+  va_start(arguments, format);
+  const std::int32_t result = unit->platform().runShell(format, arguments);
+  va_end(arguments);
+  return result;
+}
+
+std::uint32_t VOS_MsgSend(std::uint32_t module, std::uint32_t code, void* message,
+                          std::uint32_t length) {
+  Unit* unit = Unit::Current();
+  return unit == nullptr ? 1
+                         : unit->platform().sendMessage(
+                               module, code, {static_cast<const std::uint8_t*>(message), length});
+}
+
+void VOS_TaskDelay(std::uint32_t milliseconds) {
+  if (Unit* unit = Unit::Current()) {
+    unit->platform().delay(milliseconds);
+  }
+}
+
+void VOS_Reboot(std::uint32_t reason) {
+  if (Unit* unit = Unit::Current()) {
+    unit->platform().reboot(reason);
+  }
+}
+
+void VOS_ResetDefaultCfg(void) {
+  if (Unit* unit = Unit::Current()) {
+    unit->platform().resetDefaultConfig();
+  }
+}
+
+std::int32_t VOS_StrNcaseCmp(const char* a, const char* b) {
+  return strcasecmp(a, b);
+}
+
+std::uint32_t VOS_OntInfoGetMac(std::uint8_t* first, std::uint8_t* second) {
+  Unit* unit = Unit::Current();
+  return unit == nullptr ? 1 : unit->platform().macAddresses(first, second);
+}
+
+std::uint32_t LOG_Create(const char* name, std::uint32_t a, std::int32_t b) {
+  Unit* unit = Unit::Current();
+  return unit == nullptr ? LOG_ID_NONE : unit->platform().createLog(name, a, b);
+}
+
+void _LOG_Print(std::uint32_t id, std::uint32_t level, const char* file, std::uint32_t line,
+                const char* format, ...) {
+  if (Unit* unit = Unit::Current()) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    unit->platform().printLog(id, level, file, line, format, arguments);
+    va_end(arguments);
+  }
+}
+
+std::uint32_t TIMER_GetCurrent(void) {
+  Unit* unit = Unit::Current();
+  return unit == nullptr ? 0 : static_cast<std::uint32_t>(unit->clock().milliseconds());
+}
+
+std::uint32_t HC_GetEthPortNum(void) {
+  return Configured(&PlatformConfig::ethPorts);
+}
+std::uint32_t HC_GetFePortNum(void) {
+  return Configured(&PlatformConfig::fePorts);
+}
+std::uint32_t HC_GetGePortNum(void) {
+  return Configured(&PlatformConfig::gePorts);
+}
+std::uint32_t HC_GetUplinkPortNo(void) {
+  return Configured(&PlatformConfig::uplinkPort);
+}
+
+std::uint32_t SF_GetFeature(std::uint32_t feature) {
+  Unit* unit = Unit::Current();
+  if (unit == nullptr) {
+    return 0;
+  }
+  const auto& features = unit->platform().config().features;
+  const auto found = features.find(feature);
+  return found == features.end() ? 0 : found->second;
+}
+
+std::uint32_t BCM6838X_sysGetBoardId(char* buffer, std::uint32_t length) {
+  Unit* unit = Unit::Current();
+  return unit == nullptr ? 1 : unit->platform().boardId(buffer, length);
+}
+
+std::uint32_t BCM6838X_sysGetFactoryMode(std::uint32_t* mode) {
+  *mode = Configured(&PlatformConfig::factoryMode);
+  return Unit::Current() == nullptr ? 1 : 0;
+}
+
+std::uint32_t IGMP_DispatchPacket(std::uint8_t* frame, std::uint32_t size, std::uint32_t vid,
+                                  std::uint32_t srcPort) {
+  return NoteClient("IGMP_DispatchPacket", {frame, size}, vid, srcPort);
+}
+
+std::uint32_t MLD_DispatchPacket(std::uint8_t* frame, std::uint32_t size, std::uint32_t vid,
+                                 std::uint32_t srcPort) {
+  return NoteClient("MLD_DispatchPacket", {frame, size}, vid, srcPort);
+}
+
+std::uint32_t DHCPRELAY_HandlePacket(std::uint8_t* frame, std::uint32_t length, std::uint32_t vlan,
+                                     std::uint32_t port) {
+  return NoteClient("DHCPRELAY_HandlePacket", {frame, length}, vlan, port);
+}
+
+std::uint32_t PPPOERELAY_HandlePacket(std::uint8_t* frame, std::uint32_t length, std::uint32_t vlan,
+                                      std::uint32_t port) {
+  return NoteClient("PPPOERELAY_HandlePacket", {frame, length}, vlan, port);
+}
+
+std::int32_t devCtl_boardIoctl(std::uint32_t request, std::uint32_t action, char* string,
+                               std::uint32_t stringLength, std::uint32_t offset, char* /*buffer*/) {
+  Unit* unit = Unit::Current();
+  if (unit == nullptr) {
+    return kNoUnit;
+  }
+  const std::string text(string, stringLength);
+  unit->trace().add(virtual_onu::CallEvent{"devCtl_boardIoctl(" + std::to_string(request) + ", " +
+                                               std::to_string(action) + ", \"" + text +
+                                               "\", offset " + std::to_string(offset) + ")",
+                                           0});
+  return 0;
+}
+
+// The prototype is the platform's.
+// NOLINTBEGIN(readability-non-const-parameter)
+std::int32_t bcm_port_jumbo_control_set(std::uint32_t unitNumber, std::uint32_t port,
+                                        std::uint32_t* value) {
+  Unit* unit = Unit::Current();
+  if (unit == nullptr) {
+    return kNoUnit;
+  }
+  unit->trace().add(
+      virtual_onu::CallEvent{"bcm_port_jumbo_control_set(" + std::to_string(unitNumber) + ", " +
+                                 std::to_string(port) + ", " + std::to_string(*value) + ")",
+                             0});
+  return 0;
+}
+// NOLINTEND(readability-non-const-parameter)

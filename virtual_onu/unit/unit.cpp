@@ -1,0 +1,67 @@
+/// @file
+/// Construction of the unit, and the pointer to the current one.
+#include "unit/unit.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include <platform_config.h>
+
+std::uint32_t g_PortRevert = 0;
+
+namespace virtual_onu {
+
+namespace {
+
+/// The only global of the virtual unit: where the C calls find it.
+std::atomic<Unit*> currentUnit = nullptr;
+
+std::filesystem::path MakeTemporaryDirectory() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "virtual-onu-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) {
+    throw std::system_error(errno, std::generic_category(), "cannot create " + pattern);
+  }
+  return pattern;
+}
+
+ChipLimits WithPorts(ChipLimits limits, std::uint32_t uniPorts) {
+  limits.uniPorts = uniPorts;
+  return limits;
+}
+
+}  // namespace
+
+Unit::Unit(UnitConfig config)
+    : ownsDirectory_(config.directory.empty()),
+      directory_(ownsDirectory_ ? MakeTemporaryDirectory() : std::move(config.directory)),
+      trace_(clock_),
+      device_(trace_, WithPorts(config.chip, config.platform.ethPorts)),
+      interfaces_(trace_, config.platform.ethPorts),
+      shell_({device_, interfaces_, g_PortRevert}),
+      platform_(std::move(config.platform), trace_, clock_, directory_),
+      dataPath_(device_.tables(), platform_.config().ethPorts) {
+  Unit* none = nullptr;
+  if (!currentUnit.compare_exchange_strong(none, this)) {
+    throw std::logic_error("a virtual unit exists already; there is one at a time");
+  }
+  g_PortRevert = platform_.config().portRevert;
+  platform_.setShellRunner([this](std::string line) { return shell_.run(std::move(line)); });
+}
+
+Unit::~Unit() {
+  currentUnit = nullptr;
+  if (ownsDirectory_) {
+    std::error_code ignored;
+    std::filesystem::remove_all(directory_, ignored);
+  }
+}
+
+Unit* Unit::Current() {
+  return currentUnit;
+}
+
+}  // namespace virtual_onu
