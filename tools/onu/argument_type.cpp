@@ -1,0 +1,156 @@
+/// @file
+/// The table of argument types.
+#include "argument_type.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <optional>
+
+#include "base/text.h"
+#include "config_table.h"
+#include "datapath/frame_words.h"
+#include "datapath/port.h"
+#include "device/records.h"
+
+namespace onu {
+
+namespace {
+
+std::optional<double> ReadFraction(const std::string& word) {
+  double fraction = 0;
+  const char* const end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, fraction);
+  const bool valid = error == std::errc() && stop == end && fraction >= 0 && fraction <= 1;
+  return valid ? std::optional(fraction) : std::nullopt;
+}
+
+std::optional<std::uint32_t> ReadCommandCode(const std::string& word) {
+  if (const virtual_onu::CommandInfo* info = virtual_onu::FindCommand(std::string_view(word))) {
+    return info->code;
+  }
+  return ParseNumber(word);
+}
+
+bool AcceptsAll(const std::string& /*word*/) {
+  return true;
+}
+
+bool AcceptsFilled(const std::string& word) {
+  return !word.empty();
+}
+
+std::vector<Choice> NoChoices() {
+  return {};
+}
+
+std::vector<Choice> CommandCodes() {
+  constexpr std::string_view kPrefix = "BRMGR_CMD_";
+  std::vector<Choice> choices;
+  for (const virtual_onu::CommandInfo& info : virtual_onu::AllCommands()) {
+    choices.push_back({info.name.substr(kPrefix.size()), "", info.text});
+  }
+  return choices;
+}
+
+std::vector<Choice> ConfigKeys() {
+  std::vector<Choice> choices;
+  for (const ConfigKey& key : ConfigTable()) {
+    choices.push_back({std::string(key.key), std::string(key.values), std::string(key.text)});
+  }
+  return choices;
+}
+
+std::vector<Choice> Frames() {
+  std::vector<Choice> choices;
+  for (const virtual_onu::FrameWord& word : virtual_onu::FrameWords()) {
+    choices.push_back({std::string(word.word), std::string(word.argument), std::string(word.text)});
+  }
+  return choices;
+}
+
+std::vector<Choice> Switches() {
+  return {{"on", "", ""}, {"off", "", ""}};
+}
+
+struct TypeRow {
+  ArgumentType type;
+  std::string_view expected;
+  bool (*accepts)(const std::string& word);
+  std::vector<Choice> (*choices)();
+  std::string_view title = {};
+};
+
+constexpr TypeRow kTypes[] = {
+    {ArgumentType::CommandCode, "the name or the code of a command (FLOW_ADD, 100)",
+     [](const std::string& word) { return ReadCommandCode(word).has_value(); }, CommandCodes,
+     "Commands of the device"},
+    {ArgumentType::ConfigKey, "a key of the configuration",
+     [](const std::string& word) { return FindConfigKey(word) != nullptr; }, ConfigKeys,
+     "Keys of the configuration"},
+    {ArgumentType::ConfigValue, "a value of the key", AcceptsAll, NoChoices},
+    {ArgumentType::Directory, "a directory", AcceptsFilled, NoChoices},
+    {ArgumentType::EntryName, "the name of a command or an operation", AcceptsFilled, NoChoices},
+    {ArgumentType::FieldWord, "FIELD=VALUE",
+     [](const std::string& word) { return word.find('=') != std::string::npos; }, NoChoices},
+    {ArgumentType::File, "a file", AcceptsFilled, NoChoices},
+    {ArgumentType::Flag, "nothing", AcceptsAll, NoChoices},
+    {ArgumentType::Fraction, "a number from 0 to 1",
+     [](const std::string& word) { return ReadFraction(word).has_value(); }, NoChoices},
+    {ArgumentType::Frame, "FILE.pcap, FILE.pcap#N, hexadecimal digits or the words of a frame",
+     AcceptsAll, Frames, "Words of a frame"},
+    {ArgumentType::Hex, "pairs of hexadecimal digits",
+     [](const std::string& word) { return virtual_onu::ParseHex(word).has_value(); }, NoChoices},
+    {ArgumentType::Number, "a number from 0 to 4294967295",
+     [](const std::string& word) { return ParseNumber(word).has_value(); }, NoChoices},
+    {ArgumentType::Port, "uni1 to uni32 or wan",
+     [](const std::string& word) { return virtual_onu::ParsePort(word).has_value(); }, NoChoices},
+    {ArgumentType::Switch, "on or off",
+     [](const std::string& word) { return word == "on" || word == "off"; }, Switches},
+    {ArgumentType::Word, "a word", AcceptsAll, NoChoices},
+};
+
+const TypeRow& RowOf(ArgumentType type) {
+  return *std::ranges::find(kTypes, type, &TypeRow::type);
+}
+
+}  // namespace
+
+std::string Expected(ArgumentType type) {
+  return std::string(RowOf(type).expected);
+}
+
+bool Accepts(ArgumentType type, const std::string& word) {
+  return RowOf(type).accepts(word);
+}
+
+std::vector<Choice> Choices(ArgumentType type) {
+  return RowOf(type).choices();
+}
+
+std::string_view ChoiceTitle(ArgumentType type) {
+  return RowOf(type).title;
+}
+
+std::vector<ArgumentType> AllArgumentTypes() {
+  std::vector<ArgumentType> types;
+  std::ranges::transform(kTypes, std::back_inserter(types), &TypeRow::type);
+  return types;
+}
+
+Words ChoiceWords(ArgumentType type) {
+  const std::vector<Choice> choices = Choices(type);
+  Words words;
+  std::ranges::transform(choices, std::back_inserter(words), &Choice::word);
+  return words;
+}
+
+double ParseFraction(const std::string& word) {
+  return ReadFraction(word).value();
+}
+
+std::uint32_t ParseCommandCode(const std::string& word) {
+  return ReadCommandCode(word).value();
+}
+
+}  // namespace onu

@@ -1,0 +1,166 @@
+/// @file
+/// The rows of the program's commands. A new command is one more row.
+#include "command_table.h"
+
+#include "commands.h"
+
+namespace onu {
+
+namespace {
+
+const Argument kPort = {"PORT", ArgumentType::Port, "where the frame comes in"};
+const Argument kFrame = {"FRAME", ArgumentType::Frame,
+                         "a capture, a frame of a capture, hexadecimal digits, or words",
+                         Presence::Rest};
+const Argument kCommand = {"CMD", ArgumentType::CommandCode, "counts commands of this code only",
+                           Presence::Optional};
+
+std::vector<Command> ShowCommands() {
+  return {
+      {{"show classes", {}, "lists the ingress classes", {"Init\nshow classes"}}, ShowClasses},
+      {{"show flows", {}, "lists the flows with their keys and results", {"Init\nshow flows"}},
+       ShowFlows},
+      {{"show actions",
+        {},
+        "lists the VLAN actions",
+        {"Init\nIoctl VLAN_ACTION_ADD cmd=pop dir=ds\nshow actions"}},
+       ShowActions},
+      {{"show trace",
+        {{"N", ArgumentType::Number, "only the newest N events", Presence::Optional},
+         {"SEQ", ArgumentType::Number, "only events from this sequence number on",
+          Presence::Optional, "since"}},
+        "lists what left the library: commands with their records decoded, log lines, calls",
+        {"Init\nshow trace", "Init\nshow trace 2", "Init\nshow trace since 5"}},
+       ShowTrace},
+      {{"show log",
+        {{"L", ArgumentType::Number, "only lines of this level", Presence::Optional, "level"}},
+        "lists the log lines",
+        {"show log", "config fail-device on\nInit\nshow log level 1"}},
+       ShowLog},
+      {{"show config", {}, "lists the configuration", {"show config"}}, ShowConfig},
+      {{"show counters",
+        {},
+        "lists the frames by port and outcome",
+        {"Init\nsend uni1 tests/data/stp.pcap\nshow counters"}},
+       ShowCounters},
+  };
+}
+
+std::vector<Command> FrameCommands() {
+  return {
+      {{"send",
+        {kPort,
+         kFrame,
+         {"DIR", ArgumentType::Directory, "writes what left each port to captures there",
+          Presence::Optional, "--out"}},
+        "offers frames to the data path and tells what became of each",
+        {"Init\nsend uni1 tests/data/dhcp.pcap", "Init\nsend uni1 tests/data/stp.pcap#1",
+         "Init\nsend wan udp vlan 100 pcp 5 dport 67",
+         "Init\nsend uni1 tests/data/stp.pcap --out captures"}},
+       SendFrames,
+       true},
+      {{"explain",
+        {kPort, kFrame},
+        "tells, and changes nothing, what would become of a frame and why: each class tried, each "
+        "key compared",
+        {"Init\nexplain uni1 tests/data/stp.pcap#1", "Init\nexplain uni2 udp vlan 100 dport 67"}},
+       ExplainFrame},
+  };
+}
+
+std::vector<Command> FaultCommands() {
+  return {
+      {{"fault nth",
+        {{"N", ArgumentType::Number, "counts the commands from now on, from 1"}, kCommand},
+        "makes the driver refuse the Nth command",
+        {"fault nth 3\nInit\nshow log", "fault nth 2 FLOW_ADD\nInit"}},
+       FaultNth,
+       true},
+      {{"fault from",
+        {{"N", ArgumentType::Number, "counts the commands from now on, from 1"}, kCommand},
+        "makes the driver refuse every command from the Nth on",
+        {"fault from 5\nInit", "fault from 1 98\nInit\nshow classes"}},
+       FaultFrom,
+       true},
+      {{"fault fraction",
+        {{"F", ArgumentType::Fraction, "the fraction to refuse"},
+         {"S", ArgumentType::Number, "seed of the choice", Presence::Required, "seed"}},
+        "makes the driver refuse a fraction of all commands",
+        {"fault fraction 0.25 seed 7\nInit"}},
+       FaultFraction,
+       true},
+      {{"fault clear", {}, "ends all faults", {"fault nth 3\nfault clear\nInit"}},
+       FaultClear,
+       true},
+      {{"fault show", {}, "lists the faults", {"fault nth 3 FLOW_ADD\nfault show"}}, FaultShow},
+  };
+}
+
+std::vector<Command> StateCommands() {
+  return {
+      {{"config",
+        {{"KEY", ArgumentType::ConfigKey, "what to change"},
+         {"VALUE", ArgumentType::ConfigValue, "the new value", Presence::Rest}},
+        "changes the platform's configuration; the library asks anew each time",
+        {"config eth 2\nInit", "config feature 27 0\nInit", "config mac1 02:00:5e:10:00:99\nInit"}},
+       ChangeConfig,
+       true},
+      {{"journal save",
+        {{"FILE", ArgumentType::File, "where to write it"}},
+        "saves all that changed something in this session, with the records that it caused",
+        {"Init\nsend uni1 tests/data/stp.pcap#1\njournal save session.json"}},
+       JournalSave},
+      {{"journal replay",
+        {{"FILE", ArgumentType::File, "a saved journal"}},
+        "does all of a journal again, in a fresh session, and compares what it causes",
+        {"journal replay saved.json"}},
+       JournalReplay},
+      {{"clear counters", {}, "sets the counters of frames to zero", {"clear counters"}},
+       ClearCounters,
+       true},
+      {{"clear trace", {}, "empties the trace and the log", {"Init\nclear trace\nshow trace"}},
+       ClearTrace,
+       true},
+  };
+}
+
+std::vector<Command> ProgramCommands() {
+  return {
+      {{"echo",
+        {{"TEXT", ArgumentType::Word, "what to print", Presence::OptionalRest}},
+        "prints its arguments",
+        {"echo \"start-up done\""}},
+       Echo},
+      {{"log",
+        {{"STATE", ArgumentType::Switch, "on or off"}},
+        "shows log lines as they come, or no longer",
+        {"log on\nfault nth 2\nInit"}},
+       SwitchLog},
+      {{"help",
+        {{"NAME", ArgumentType::EntryName, "a command or an operation", Presence::OptionalRest},
+         {"MARKDOWN", ArgumentType::Flag, "writes the whole reference", Presence::Optional,
+          "--markdown"}},
+        "explains the commands and operations, or one of them",
+        {"help", "help show trace", "help Ioctl"}},
+       Help},
+      {{"quit", {}, "ends the session", {"quit"}}, Quit},
+  };
+}
+
+std::vector<Command> MakeTable() {
+  std::vector<Command> table;
+  for (const auto& part :
+       {ShowCommands(), FrameCommands(), FaultCommands(), StateCommands(), ProgramCommands()}) {
+    table.insert(table.end(), part.begin(), part.end());
+  }
+  return table;
+}
+
+}  // namespace
+
+const std::vector<Command>& CommandTable() {
+  static const std::vector<Command> table = MakeTable();
+  return table;
+}
+
+}  // namespace onu

@@ -1,0 +1,40 @@
+/// @file
+/// What the program's commands do, one function for each row of the command table. Each yields the
+/// result for people and for programs, and throws a Failure when it cannot.
+#pragma once
+
+#include "argument.h"
+#include "session.h"
+
+namespace onu {
+
+Result ShowClasses(Session& session, const Arguments& arguments);
+Result ShowFlows(Session& session, const Arguments& arguments);
+Result ShowActions(Session& session, const Arguments& arguments);
+Result ShowTrace(Session& session, const Arguments& arguments);
+Result ShowLog(Session& session, const Arguments& arguments);
+Result ShowConfig(Session& session, const Arguments& arguments);
+Result ShowCounters(Session& session, const Arguments& arguments);
+
+Result SendFrames(Session& session, const Arguments& arguments);
+Result ExplainFrame(Session& session, const Arguments& arguments);
+
+Result FaultNth(Session& session, const Arguments& arguments);
+Result FaultFrom(Session& session, const Arguments& arguments);
+Result FaultFraction(Session& session, const Arguments& arguments);
+Result FaultClear(Session& session, const Arguments& arguments);
+Result FaultShow(Session& session, const Arguments& arguments);
+
+Result ChangeConfig(Session& session, const Arguments& arguments);
+Result ClearCounters(Session& session, const Arguments& arguments);
+Result ClearTrace(Session& session, const Arguments& arguments);
+
+Result JournalSave(Session& session, const Arguments& arguments);
+Result JournalReplay(Session& session, const Arguments& arguments);
+
+Result Echo(Session& session, const Arguments& arguments);
+Result Help(Session& session, const Arguments& arguments);
+Result SwitchLog(Session& session, const Arguments& arguments);
+Result Quit(Session& session, const Arguments& arguments);
+
+}  // namespace onu

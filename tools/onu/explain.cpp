@@ -1,0 +1,158 @@
+/// @file
+/// The command that explains what would become of a frame.
+#include <string>
+
+#include "commands.h"
+#include "datapath/frame.h"
+#include "datapath/outcome.h"
+#include "device/records.h"
+#include "frame_input.h"
+#include "port_argument.h"
+#include "record_report.h"
+#include "verdict_report.h"
+
+namespace onu {
+
+namespace {
+
+using virtual_onu::ClassTrial;
+using virtual_onu::Explanation;
+using virtual_onu::FlowTrial;
+using virtual_onu::KeyComparison;
+using virtual_onu::Verdict;
+
+/// The VLAN action that was applied, or null.
+const VlanActionRule* ActionOf(Session& session, const Verdict& verdict) {
+  const auto& actions = session.unit().device().tables().of(verdict.dir).actions;
+  const auto found =
+      verdict.vlanActionIndex ? actions.find(*verdict.vlanActionIndex) : actions.end();
+  return found == actions.end() ? nullptr : &found->second;
+}
+
+virtual_onu::ByteView BytesOf(const VlanActionRule& action) {
+  return {reinterpret_cast<const std::uint8_t*>(&action), sizeof(action)};
+}
+
+std::string MaskText(std::uint32_t fieldMask) {
+  Words names;
+  for (const virtual_onu::NamedValue& key : virtual_onu::KeyBits()) {
+    if ((fieldMask & key.value) != 0) {
+      names.emplace_back(key.name);
+    }
+  }
+  return Join(names, "|");
+}
+
+Json FlowToJson(const FlowTrial& flow) {
+  Json keys = Json::array();
+  for (const KeyComparison& key : flow.keys) {
+    keys.push_back({{"key", key.key},
+                    {"flow", key.flowValue},
+                    {"frame", key.frameValue},
+                    {"equal", key.equal}});
+  }
+  return {{"flowIndex", flow.flowIndex}, {"matched", flow.matched}, {"keys", keys}};
+}
+
+Json ClassesToJson(const Explanation& explanation) {
+  Json classes = Json::array();
+  for (const ClassTrial& trial : explanation.classes) {
+    Json flows = Json::array();
+    for (const FlowTrial& flow : trial.flows) {
+      flows.push_back(FlowToJson(flow));
+    }
+    classes.push_back({{"icIndex", trial.icIndex},
+                       {"priority", trial.priority},
+                       {"keys", MaskText(trial.fieldMask)},
+                       {"flows", flows}});
+  }
+  return classes;
+}
+
+std::string FlowToText(const FlowTrial& flow) {
+  std::string text = "  flow " + std::to_string(flow.flowIndex) +
+                     (flow.matched ? ": matches\n" : ": does not match\n");
+  for (const KeyComparison& key : flow.keys) {
+    text += "    " + key.key + ": flow " + key.flowValue + ", frame " + key.frameValue +
+            (key.equal ? ", equal\n" : ", different\n");
+  }
+  return text;
+}
+
+std::string ClassesToText(const Explanation& explanation) {
+  std::string text;
+  for (const ClassTrial& trial : explanation.classes) {
+    text += "class " + std::to_string(trial.icIndex) + ", priority " +
+            std::to_string(trial.priority) + ", compares " + MaskText(trial.fieldMask) + "\n";
+    if (trial.flows.empty()) {
+      text += "  no flows\n";
+    }
+    for (const FlowTrial& flow : trial.flows) {
+      text += FlowToText(flow);
+    }
+  }
+  return text;
+}
+
+std::string ActionToText(const Explanation& explanation, const VlanActionRule* action) {
+  const Verdict& verdict = explanation.verdict;
+  if (!verdict.vlanActionIndex) {
+    return "VLAN action: none\n";
+  }
+  const std::string index = std::to_string(*verdict.vlanActionIndex);
+  if (action == nullptr) {
+    return "VLAN action " + index + ": the chip has none of this index\n";
+  }
+  std::string text = "VLAN action " + index + ": " +
+                     RecordToText(*virtual_onu::FindRecord("VlanActionRule"), BytesOf(*action)) +
+                     "\n";
+  for (const std::string& step : explanation.actionSteps) {
+    text += "  " + step + "\n";
+  }
+  return text;
+}
+
+std::string FrameToText(const char* when, const virtual_onu::Bytes& frame) {
+  return std::string(when) + ": " + virtual_onu::SummarizeFrame(frame) + "\n  " +
+         virtual_onu::ToHex(frame) + "\n";
+}
+
+std::string OutcomeToText(const Verdict& verdict) {
+  const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
+  std::string text = "outcome: " + std::string(outcome.name) + ", " +
+                     std::string(DispositionDone(outcome.disposition));
+  if (!verdict.egress.empty()) {
+    text += " to " + DestinationOf(verdict);
+  }
+  return text + " (" + std::string(outcome.text) + ")\n";
+}
+
+}  // namespace
+
+Result ExplainFrame(Session& session, const Arguments& arguments) {
+  const virtual_onu::PortId port = PortArgument(session, arguments);
+  const InputFrame input = ReadFrame(arguments.words("FRAME"));
+  const virtual_onu::Bytes& before = input.frame.bytes;
+  const Explanation explanation = session.unit().dataPath().explain(port, before);
+  const Verdict& verdict = explanation.verdict;
+  const VlanActionRule* action = ActionOf(session, verdict);
+
+  Result result;
+  result.json = {{"port", port.name()}, {"source", input.source}};
+  result.json["classes"] = ClassesToJson(explanation);
+  result.json["verdict"] = VerdictToJson(verdict);
+  result.json["action"] =
+      action == nullptr
+          ? Json(nullptr)
+          : FieldsToJson(*virtual_onu::FindRecord("VlanActionRule"), BytesOf(*action));
+  result.json["steps"] = explanation.actionSteps;
+  result.json["before"] = FrameToJson(before);
+  result.json["after"] = FrameToJson(verdict.frame);
+  result.text = "offered at " + port.name() + ", " +
+                (verdict.dir == 0 ? "downstream" : "upstream") + "\n" + ClassesToText(explanation) +
+                ActionToText(explanation, action) + FrameToText("before", before) +
+                FrameToText("after", verdict.frame) + OutcomeToText(verdict);
+  return result;
+}
+
+}  // namespace onu

@@ -1,0 +1,21 @@
+/// @file
+/// The parts of the operation table, one for each header of the library, and the arguments that
+/// they share.
+#pragma once
+
+#include <vector>
+
+#include "operation_table.h"
+
+namespace onu {
+
+constexpr Argument kUniPort = {"port", ArgumentType::Number,
+                               "UNI port number, from 1; the low 8 bits count"};
+
+const std::vector<Operation>& CoreOperations();
+const std::vector<Operation>& VlanOperations();
+const std::vector<Operation>& IgmpOperations();
+const std::vector<Operation>& PortOperations();
+const std::vector<Operation>& QosOperations();
+
+}  // namespace onu

@@ -1,0 +1,27 @@
+/// @file
+/// The parts of the operation table put together.
+#include "operation_table.h"
+
+#include "operation_rows.h"
+
+namespace onu {
+
+namespace {
+
+std::vector<Operation> MakeTable() {
+  std::vector<Operation> table;
+  for (const auto* part : {&CoreOperations(), &VlanOperations(), &IgmpOperations(),
+                           &PortOperations(), &QosOperations()}) {
+    table.insert(table.end(), part->begin(), part->end());
+  }
+  return table;
+}
+
+}  // namespace
+
+const std::vector<Operation>& OperationTable() {
+  static const std::vector<Operation> table = MakeTable();
+  return table;
+}
+
+}  // namespace onu

@@ -1,0 +1,17 @@
+/// @file
+/// The port of a command line, checked against the unit's ports.
+#pragma once
+
+#include "argument.h"
+#include "datapath/port.h"
+#include "session.h"
+
+namespace onu {
+
+/// The port of the argument PORT; throws a Failure when the unit has no such port.
+virtual_onu::PortId PortArgument(Session& session, const Arguments& arguments);
+
+/// "uni1", ..., "wan": all ports of the unit.
+Words PortNames(Session& session);
+
+}  // namespace onu

@@ -1,0 +1,107 @@
+/// @file
+/// Choice of what is run: a script, commands, help, or the prompt.
+#include "program.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <unistd.h>
+
+#include "console.h"
+#include "line_editor.h"
+#include "options.h"
+#include "runner.h"
+#include "session.h"
+
+namespace onu {
+
+namespace {
+
+void PrintError(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+void RunScriptFile(Runner& runner, const std::string& path) {
+  if (path == "-") {
+    runner.runScript(std::cin, "stdin");
+    return;
+  }
+  std::ifstream script(path);
+  script.peek();  // a directory opens, and then cannot be read
+  if (!script.is_open() || script.bad()) {
+    throw WorkFailed("cannot read the script " + path + ": " + std::strerror(errno));
+  }
+  runner.runScript(script, path);
+}
+
+ExitStatus RunPrompt(Session& session, FILE* terminal) {
+  Runner runner(session, PrintError, true);
+  LineEditor editor(session, terminal);
+  bool more = true;
+  while (more) {
+    const std::optional<std::string> line = editor.read();
+    more = line && (runner.runLine(*line, "onu"), !session.done());
+  }
+  return ExitStatus::Done;
+}
+
+ExitStatus RunLines(Session& session, const Options& options) {
+  Runner runner(session, PrintError, options.keepGoing);
+  if (options.help) {
+    Words words = {"help"};
+    words.insert(words.end(), options.help->begin(), options.help->end());
+    runner.runLine(JoinWords(words), "onu");
+  } else if (options.script) {
+    RunScriptFile(runner, *options.script);
+  } else if (!options.commands.empty()) {
+    for (const std::string& command : options.commands) {
+      if (!runner.runLine(command, "onu")) {
+        break;
+      }
+    }
+  } else {
+    RunScriptFile(runner, "-");
+  }
+  return runner.status();
+}
+
+ExitStatus Run(const Options& options) {
+  Console console;
+  FILE* terminal = console.terminal();
+  Session session(options.session, console, [terminal](std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), terminal);
+    std::fflush(terminal);
+  });
+  const bool prompt =
+      !options.help && !options.script && options.commands.empty() && isatty(STDIN_FILENO) == 1;
+  const ExitStatus status = prompt ? RunPrompt(session, terminal) : RunLines(session, options);
+  if (std::ferror(terminal) != 0) {
+    throw WorkFailed("cannot write to standard output");
+  }
+  return status;
+}
+
+}  // namespace
+
+int RunProgram(int argc, const char* const* argv) {
+  try {
+    const CommandLine line = ReadCommandLine(argc, argv);
+    if (line.text) {
+      std::fputs(line.text->c_str(), stdout);
+      return static_cast<int>(ExitStatus::Done);
+    }
+    return static_cast<int>(Run(line.options));
+  } catch (const Failure& failure) {
+    PrintError(std::string("onu: ") + failure.what() + "\n");
+    return static_cast<int>(failure.status());
+  } catch (const std::exception& error) {
+    PrintError(std::string("onu: ") + error.what() + "\n");
+    return static_cast<int>(ExitStatus::WorkFailed);
+  }
+}
+
+}  // namespace onu

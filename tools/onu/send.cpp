@@ -1,0 +1,98 @@
+/// @file
+/// The command that offers frames to the data path.
+#include <optional>
+#include <string>
+
+#include "commands.h"
+#include "datapath/frame.h"
+#include "datapath/outcome.h"
+#include "frame_input.h"
+#include "port_argument.h"
+#include "text_table.h"
+#include "verdict_report.h"
+
+namespace onu {
+
+namespace {
+
+using virtual_onu::Disposition;
+using virtual_onu::PortId;
+using virtual_onu::Verdict;
+
+/// Offers one frame, notes it in the journal, and reports it.
+Json Offer(Session& session, PortId port, const InputFrame& input, Verdict& verdict) {
+  const virtual_onu::Bytes& bytes = input.frame.bytes;
+  Observation seen =
+      session.observe([&] { verdict = session.unit().dataPath().offer(port, bytes); });
+  Json json = VerdictToJson(verdict);
+  json["frame"] = FrameToJson(verdict.frame);
+  session.journal().entries.push_back(
+      {{"send", port.name(), virtual_onu::ToHex(bytes)}, json, std::move(seen.events)});
+  return json;
+}
+
+/// Writes the frame to the capture of each place that it left by.
+void WriteCaptures(CaptureDirectory& captures, const Verdict& verdict, const timeval& time) {
+  if (virtual_onu::Describe(verdict.outcome).disposition == Disposition::Trap) {
+    captures.write("trap", {verdict.frame, time});
+  }
+  for (const PortId port : verdict.egress) {
+    captures.write(port.name(), {verdict.frame, time});
+  }
+}
+
+/// Counts frames by disposition.
+struct Counts {
+  Json json = {{"frames", 0}, {"forward", 0}, {"trap", 0}, {"drop", 0}};
+
+  void add(Disposition disposition) {
+    for (const std::string& member : {std::string("frames"), std::string(Name(disposition))}) {
+      json[member] = json[member].get<std::size_t>() + 1;
+    }
+  }
+
+  [[nodiscard]] std::string text() const {
+    return json["frames"].dump() + (json["frames"] == 1 ? " frame: " : " frames: ") +
+           json["forward"].dump() + " forwarded, " + json["trap"].dump() + " trapped, " +
+           json["drop"].dump() + " dropped\n";
+  }
+};
+
+}  // namespace
+
+Result SendFrames(Session& session, const Arguments& arguments) {
+  const PortId port = PortArgument(session, arguments);
+  const std::vector<InputFrame> frames = ReadFrames(arguments.words("FRAME"));
+  std::optional<CaptureDirectory> captures;
+  if (arguments.has("DIR")) {
+    captures.emplace(arguments.word("DIR"));
+  }
+
+  Result result;
+  result.json["port"] = port.name();
+  Json& list = result.json["frames"] = Json::array();
+  TextTable table({"frame", "done", "outcome", "to", "frame as offered"});
+  Counts counts;
+  for (const InputFrame& input : frames) {
+    Verdict verdict;
+    Json json = Offer(session, port, input, verdict);
+    json["source"] = input.source;
+    list.push_back(json);
+    const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
+    counts.add(outcome.disposition);
+    table.add({std::to_string(list.size()), std::string(DispositionDone(outcome.disposition)),
+               std::string(outcome.name), DestinationOf(verdict),
+               virtual_onu::SummarizeFrame(input.frame.bytes)});
+    if (captures) {
+      WriteCaptures(*captures, verdict, input.frame.time);
+    }
+  }
+  result.json["counts"] = counts.json;
+  result.text = table.text("no frames") + counts.text();
+  if (captures) {
+    result.json["captures"] = captures->finish();
+  }
+  return result;
+}
+
+}  // namespace onu
