@@ -1,0 +1,184 @@
+/// @file
+/// The recording platform of the C tests.
+#include "c_platform.h"
+
+#include <linux/mii.h>
+#include <linux/sockios.h>
+#include <net/if.h>
+#include <stdarg.h>
+#include <stdio.h>
+#include <string.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <brmgr_cmd.h>
+#include <brmgr_record.h>
+#include <platform_chip.h>
+#include <platform_clients.h>
+#include <platform_config.h>
+#include <platform_log.h>
+#include <platform_vos.h>
+
+struct Platform g_platform = {.descriptor = PLATFORM_DESCRIPTOR};
+uint32_t g_PortRevert = 0;
+
+void Note(const char* format, ...) {
+  const size_t used = strlen(g_platform.journal);
+  va_list arguments;
+  va_start(arguments, format);
+  vsnprintf(g_platform.journal + used, sizeof(g_platform.journal) - used, format, arguments);
+  va_end(arguments);
+}
+
+/// The network interfaces "eth...", which share one PHY.
+static int MiiRequest(unsigned long request, struct ifreq* packet) {
+  struct mii_ioctl_data mii;
+  memcpy(&mii, &packet->ifr_ifru, sizeof(mii));
+  if (strncmp(packet->ifr_name, "eth", 3) != 0 || mii.reg_num >= PLATFORM_MII_REGISTERS) {
+    return -1;
+  }
+  switch (request) {
+    case SIOCGIFINDEX:
+      return 0;
+    case SIOCGMIIPHY:
+      mii.phy_id = PLATFORM_PHY;
+      break;
+    case SIOCGMIIREG:
+      mii.val_out = mii.phy_id == PLATFORM_PHY ? g_platform.mii[mii.reg_num] : UINT16_MAX;
+      break;
+    case SIOCSMIIREG:
+      g_platform.mii[mii.reg_num] = mii.val_in;
+      break;
+    default:
+      return -1;
+  }
+  memcpy(&packet->ifr_ifru, &mii, sizeof(mii));
+  return 0;
+}
+
+int ioctl(int fd, unsigned long request, ...) {
+  va_list arguments;
+  va_start(arguments, request);
+  void* argument = va_arg(arguments, void*);
+  va_end(arguments);
+  if (fd != PLATFORM_DESCRIPTOR) {
+    return MiiRequest(request, argument);
+  }
+  const BrmgrRequest* sent = argument;
+  if (request != BRMGR_IOCTL_REQUEST || sent->cmd >= PLATFORM_COMMANDS) {
+    return -1;
+  }
+  Note("command %u\n", (unsigned)sent->cmd);
+  ++g_platform.count[sent->cmd];
+  g_platform.cmd = sent->cmd;
+  g_platform.len = sent->len;
+  g_platform.flag = sent->flag;
+  if (sent->buf != NULL) {
+    memcpy(g_platform.record, sent->buf,
+           sent->len < PLATFORM_RECORD_SIZE ? sent->len : PLATFORM_RECORD_SIZE);
+  }
+  return g_platform.ioctlResult;
+}
+
+static int IsMarker(const char* name) {
+  return strcmp(name, "/var/config/switch_perf") == 0;
+}
+
+int access(const char* name, int type) {
+  return IsMarker(name) && type == F_OK && g_platform.markerPresent ? 0 : -1;
+}
+
+int unlink(const char* name) {
+  g_platform.unlinks += (uint32_t)IsMarker(name);
+  return 0;
+}
+
+uint32_t LOG_Create(const char* name, uint32_t a, int32_t b) {
+  return strcmp(name, "hal_bcm6838x") == 0 && a == 1000 && b == -1 ? PLATFORM_LOG_ID : LOG_ID_NONE;
+}
+
+void _LOG_Print(uint32_t id, uint32_t level, const char* file, uint32_t line, const char* format,
+                ...) {
+  (void)id;
+  (void)level;
+  (void)line;
+  ++g_platform.logs;
+  snprintf(g_platform.logFile, sizeof(g_platform.logFile), "%s", file);
+  va_list arguments;
+  va_start(arguments, format);
+  vsnprintf(g_platform.logText, sizeof(g_platform.logText), format, arguments);
+  va_end(arguments);
+}
+
+int32_t VOS_OpenDevice(const char* name) {
+  return strcmp(name, "BrmgrDev") == 0 ? g_platform.descriptor : -1;
+}
+
+int32_t VOS_TaskSpawn(const char* name, uint32_t a, uint32_t b, uint32_t c, uint32_t d,
+                      void (*entry)(void), uint32_t arg) {
+  (void)name;
+  (void)a;
+  (void)b;
+  (void)c;
+  (void)d;
+  (void)arg;
+  ++g_platform.tasks;
+  g_platform.taskEntry = entry;
+  return 0;
+}
+
+int32_t VOS_System(const char* format, ...) {
+  ++g_platform.shells;
+  va_list arguments;
+  va_start(arguments, format);
+  vsnprintf(g_platform.shellText, sizeof(g_platform.shellText), format, arguments);
+  va_end(arguments);
+  return 0;
+}
+
+uint32_t VOS_MsgSend(uint32_t module, uint32_t code, void* message, uint32_t length) {
+  (void)message;
+  (void)length;
+  ++g_platform.messages;
+  g_platform.messageModule = module;
+  g_platform.messageCode = code;
+  return 0;
+}
+
+// The prototype is the platform's.
+// NOLINTNEXTLINE(readability-non-const-parameter)
+int32_t bcm_port_jumbo_control_set(uint32_t unit, uint32_t port, uint32_t* value) {
+  (void)unit;
+  g_platform.jumboPort = port;
+  g_platform.jumboValue = *value;
+  return 0;
+}
+
+uint32_t VOS_OntInfoGetMac(uint8_t* first, uint8_t* second) {
+  static const uint8_t kFirst[] = {0x02, 0, 0, 0, 0, 0x01};
+  static const uint8_t kSecond[] = {0x02, 0, 0, 0, 0, 0x02};
+  memcpy(first, kFirst, sizeof(kFirst));
+  memcpy(second, kSecond, sizeof(kSecond));
+  return 0;
+}
+
+uint32_t BCM6838X_sysGetBoardId(char* buffer, uint32_t length) {
+  snprintf(buffer, length, "board");
+  return 0;
+}
+
+uint32_t HC_GetEthPortNum(void) {
+  return PLATFORM_ETH_PORTS;
+}
+
+uint32_t HC_GetFePortNum(void) {
+  return PLATFORM_FE_PORTS;
+}
+
+uint32_t HC_GetGePortNum(void) {
+  return PLATFORM_GE_PORTS;
+}
+
+uint32_t SF_GetFeature(uint32_t feature) {
+  return feature + 1;
+}

@@ -1,0 +1,14 @@
+/// @file
+/// A shared object that breaks every rule that the library's keeps, to show that the checks see it.
+#include <stdexcept>
+#include <string>
+
+extern "C" {
+void NobodysCall(const char* text);
+__attribute__((visibility("default"))) void FaultyOperation();
+}
+
+void FaultyOperation() {
+  NobodysCall("hal/switch/bcm6838x/src/nowhere.cpp");
+  throw std::runtime_error(std::string("thrown by ") + __FILE__);
+}

@@ -1,0 +1,85 @@
+/// @file
+/// Runs every example of the help, and the example scripts with their expected output.
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "catalogue.h"
+#include "run_program.h"
+#include "scratch.h"
+
+namespace onu {
+namespace {
+
+using test::Finished;
+
+struct Example {
+  std::string name;  ///< of the entry, with a number
+  std::string script;
+};
+
+void PrintTo(const Example& example, std::ostream* out) {
+  *out << example.script;
+}
+
+void AppendExamples(const Entry& entry, std::vector<Example>& examples) {
+  for (std::size_t i = 0; i < entry.examples.size(); ++i) {
+    const std::string name =
+        std::regex_replace(std::string(entry.name), std::regex("[^A-Za-z0-9]"), "_");
+    examples.push_back({name + "_" + std::to_string(i + 1), std::string(entry.examples[i])});
+  }
+}
+
+std::vector<Example> AllExamples() {
+  std::vector<Example> examples;
+  for (const Command& command : CommandTable()) {
+    AppendExamples(command, examples);
+  }
+  for (const Operation& operation : OperationTable()) {
+    AppendExamples(operation, examples);
+  }
+  return examples;
+}
+
+class HelpExample : public testing::TestWithParam<Example> {};
+
+TEST_P(HelpExample, Runs) {
+  const test::Scratch scratch;
+  std::filesystem::create_directory_symlink(test::Sources() / "tests", scratch.path() / "tests");
+  ASSERT_EQ(
+      test::RunProgramIn(scratch.path(), {"-c", "Init", "-c", "journal save saved.json"}).status,
+      0);
+  const Finished text = test::RunProgramIn(scratch.path(), {"run", "-"}, GetParam().script);
+  EXPECT_EQ(text.status, 0);
+  EXPECT_EQ(text.errors, "");
+  const Finished json =
+      test::RunProgramIn(scratch.path(), {"--json", "run", "-"}, GetParam().script);
+  EXPECT_EQ(json.status, 0);
+  EXPECT_EQ(json.errors, "");
+  EXPECT_EQ(std::ranges::count(json.out, '\n'), std::ranges::count(GetParam().script, '\n') + 1)
+      << "one document a line";
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, HelpExample, testing::ValuesIn(AllExamples()),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(ExampleScript, StartUp_PrintsWhatIsExpected) {
+  const std::filesystem::path examples = test::Sources() / "tools/onu/examples";
+  const Finished finished = test::RunProgramHere({"run", "tools/onu/examples/start-up.onu"});
+  EXPECT_EQ(finished.status, 0);
+  EXPECT_EQ(finished.errors, "");
+  EXPECT_EQ(finished.out, test::ReadFile(examples / "start-up.expected"));
+}
+
+TEST(Documentation, ReferencePage_IsCurrent) {
+  const Finished finished = test::RunProgramHere({"help", "--markdown"});
+  EXPECT_EQ(finished.status, 0);
+  EXPECT_EQ(finished.out, test::ReadFile(test::Sources() / "docs/onu.md"))
+      << "make it anew: onu help --markdown > docs/onu.md";
+}
+
+}  // namespace
+}  // namespace onu

@@ -1,0 +1,31 @@
+/// @file
+/// Runs lines in a session of this process, for tests.
+#pragma once
+
+#include <string>
+
+#include "failure.h"
+#include "json_output.h"
+#include "session.h"
+#include "words.h"
+
+namespace onu::test {
+
+/// What came of the lines.
+struct Ran {
+  std::string out;
+  std::string errors;
+  ExitStatus status = ExitStatus::Done;
+
+  /// The last document of a session with JSON; null when there is none.
+  [[nodiscard]] Json lastDocument() const;
+};
+
+/// Runs the lines in a session with text output. The library's state is the process's, so a test
+/// runs a session that calls operations once.
+Ran RunLines(const Words& lines, const SessionOptions& options = {});
+
+/// Runs the lines in a session with JSON output.
+Ran RunLinesAsJson(const Words& lines, SessionOptions options = {});
+
+}  // namespace onu::test

@@ -1,0 +1,74 @@
+/// @file
+/// Writing events as lines.
+#include "support/left.h"
+
+#include <algorithm>
+#include <iterator>
+#include <regex>
+
+#include "device/records.h"
+
+namespace hal_test {
+
+namespace {
+
+using virtual_onu::CallEvent;
+using virtual_onu::CommandEvent;
+using virtual_onu::CommandInfo;
+using virtual_onu::LogEvent;
+using virtual_onu::MessageEvent;
+using virtual_onu::ShellEvent;
+
+/// The record as the target would send it; records without a description are shown as they are.
+virtual_onu::Bytes Wire(const CommandEvent& event) {
+  const CommandInfo* command = virtual_onu::FindCommand(event.code);
+  return command == nullptr || command->record == nullptr
+             ? event.before
+             : virtual_onu::ToWire(*command->record, event.before);
+}
+
+std::string Line(const CommandEvent& event) {
+  std::string line = "command " + virtual_onu::CommandName(event.code) + " len " +
+                     std::to_string(event.length) + " flag " + std::to_string(event.flag);
+  return event.before.empty() ? line : line + " " + virtual_onu::ToHex(Wire(event));
+}
+
+std::string Line(const LogEvent& event) {
+  const std::regex number("\\b" + std::to_string(event.line) + "\\b");
+  return "log " + std::to_string(event.level) + " " + event.file + " " +
+         std::regex_replace(event.text, number, "<line>", std::regex_constants::format_first_only);
+}
+
+std::string Line(const ShellEvent& event) {
+  return "shell " + event.line;
+}
+
+std::string Line(const MessageEvent& event) {
+  return "message " + std::to_string(event.module) + " " + std::to_string(event.code) + " " +
+         virtual_onu::ToHex(event.message);
+}
+
+std::string Line(const CallEvent& event) {
+  return "call " + event.call;
+}
+
+}  // namespace
+
+std::string Describe(const virtual_onu::TraceEvent& event) {
+  return std::visit([](const auto& detail) { return Line(detail); }, event.detail);
+}
+
+std::vector<std::string> Left(const virtual_onu::Unit& unit, std::uint64_t from) {
+  std::vector<std::string> lines;
+  std::ranges::transform(unit.trace().events(from), std::back_inserter(lines), Describe);
+  return lines;
+}
+
+std::vector<std::string> OfKind(const std::vector<std::string>& lines, const std::string& kind) {
+  std::vector<std::string> found;
+  std::ranges::copy_if(lines, std::back_inserter(found),
+                       [&kind](const std::string& line) { return line.starts_with(kind + " "); });
+  return found;
+}
+
+}  // namespace hal_test
