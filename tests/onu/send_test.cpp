@@ -1,6 +1,8 @@
 /// @file
 /// Tests of sending frames: verdicts, counts, captures in and out.
+#include <filesystem>
 #include <gmock/gmock.h>
+#include <string>
 
 #include "base/text.h"
 #include "capture_file.h"
@@ -123,7 +125,8 @@ TEST(Send, Out_WritesOneFilePerPortDownstream) {
   const Words ports = document["frames"][0]["egress"].get<Words>();
   EXPECT_THAT(ports, ElementsAre("uni1", "uni2", "uni3", "uni4"));
   for (const std::string& port : ports) {
-    EXPECT_EQ(ReadCapture(out + "/" + port + ".pcap").size(), 1U) << port;
+    const std::filesystem::path capture = std::filesystem::path(out) / (port + ".pcap");
+    EXPECT_EQ(ReadCapture(capture.string()).size(), 1U) << port;
   }
 }
 
