@@ -1,6 +1,5 @@
 /// @file
 /// Tests of the program as a process: options, scripts, exit status, what it leaves alone.
-#include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>
 
@@ -11,9 +10,11 @@ namespace onu {
 namespace {
 
 using test::Finished;
+using test::Output;
+using test::RunProgram;
 using test::RunProgramHere;
-using test::RunProgramIn;
 using test::Scratch;
+using test::Surroundings;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
@@ -102,26 +103,33 @@ TEST(Program, Log_IsShownOnRequest) {
               MatchesRegex("log level 1 [^\n]*\nBCM6838X_InitDrv\\(\\) = 8 \\(refused\\)\n"));
 }
 
+Finished RunWithOutput(Output output) {
+  Surroundings surroundings;
+  surroundings.directory = test::Sources();
+  surroundings.output = output;
+  return RunProgram({"-c", "echo x"}, surroundings);
+}
+
 TEST(Program, FullOutput_IsAFailure) {
-  const std::string command =
-      "\"" + test::ProgramPath().string() + "\" -c 'echo x' >/dev/full 2>/dev/null";
-  const int status = std::system(command.c_str());
-  EXPECT_EQ(WEXITSTATUS(status), 1);
+  EXPECT_EQ(RunWithOutput(Output::kFull).status, 1);
 }
 
 TEST(Program, ClosedOutput_IsAFailure) {
-  const std::string command =
-      "\"" + test::ProgramPath().string() + "\" -c 'echo x' >&- 2>/dev/null";
-  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  EXPECT_EQ(RunWithOutput(Output::kClosed).status, 1);
+}
+
+TEST(Program, ReadOutput_IsNone) {
+  EXPECT_EQ(RunWithOutput(Output::kRead).status, 0);
 }
 
 TEST(Program, Run_LeavesNothingBehind) {
   const Scratch scratch;
-  const std::string command = "TMPDIR=" + scratch.path().string() + " \"" +
-                              test::ProgramPath().string() +
-                              "\" -c 'config performance-marker on' -c 'config eth 2' -c Init"
-                              " >/dev/null";
-  EXPECT_EQ(std::system(command.c_str()), 0);
+  Surroundings surroundings;
+  surroundings.directory = test::Sources();
+  surroundings.temporary_directory = scratch.path().string();
+  const Finished finished = RunProgram(
+      {"-c", "config performance-marker on", "-c", "config eth 2", "-c", "Init"}, surroundings);
+  EXPECT_EQ(finished.status, 0) << finished.errors;
   EXPECT_TRUE(std::filesystem::is_empty(scratch.path()));
 }
 

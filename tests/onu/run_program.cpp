@@ -36,18 +36,43 @@ std::string TakeFile(FILE* file) {
   return text;
 }
 
-[[noreturn]] void BecomeProgram(const std::filesystem::path& directory, Words arguments,
-                                const std::vector<FILE*>& files) {
+/// The process's standard streams as files.
+struct Streams {
+  FILE* input;
+  FILE* output;
+  FILE* errors;
+};
+
+Streams OpenStreams(const Surroundings& surroundings) {
+  const bool full = surroundings.output == Output::kFull;
+  const Streams streams = {MakeFile(surroundings.input),
+                           full ? std::fopen("/dev/full", "r+") : MakeFile({}), MakeFile({})};
+  if (streams.output == nullptr) {
+    throw std::runtime_error("cannot open /dev/full");
+  }
+  return streams;
+}
+
+/// Gives the process its streams, its directory and its variables; false when that fails.
+bool Prepare(const Surroundings& surroundings, const Streams& streams) {
+  const std::string& temporary = surroundings.temporary_directory;
+  return dup2(fileno(streams.input), STDIN_FILENO) >= 0 &&
+         dup2(fileno(streams.output), STDOUT_FILENO) >= 0 &&
+         dup2(fileno(streams.errors), STDERR_FILENO) >= 0 &&
+         (surroundings.output != Output::kClosed || close(STDOUT_FILENO) == 0) &&
+         (temporary.empty() || setenv("TMPDIR", temporary.c_str(), 1) == 0) &&
+         chdir(surroundings.directory.c_str()) == 0;
+}
+
+[[noreturn]] void BecomeProgram(Words arguments, const Surroundings& surroundings,
+                                const Streams& streams) {
   std::string name = "onu";
   std::vector<char*> argv = {name.data()};
   for (std::string& argument : arguments) {
     argv.push_back(argument.data());
   }
   argv.push_back(nullptr);
-  for (int descriptor = 0; descriptor < static_cast<int>(files.size()); ++descriptor) {
-    dup2(fileno(files[static_cast<std::size_t>(descriptor)]), descriptor);
-  }
-  if (chdir(directory.c_str()) == 0) {
+  if (Prepare(surroundings, streams)) {
     execv(ONU_PROGRAM, argv.data());
   }
   _exit(127);
@@ -55,21 +80,32 @@ std::string TakeFile(FILE* file) {
 
 }  // namespace
 
-Finished RunProgramIn(const std::filesystem::path& directory, const Words& arguments,
-                      const std::string& input) {
-  const std::vector<FILE*> files = {MakeFile(input), MakeFile({}), MakeFile({})};
+Finished RunProgram(const Words& arguments, const Surroundings& surroundings) {
+  const Streams streams = OpenStreams(surroundings);
   const pid_t child = fork();
   if (child == 0) {
-    BecomeProgram(directory, arguments, files);
+    BecomeProgram(arguments, surroundings, streams);
   }
   int status = 0;
   waitpid(child, &status, 0);
-  std::fclose(files[0]);
+  std::fclose(streams.input);
   Finished finished;
   finished.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  finished.out = TakeFile(files[1]);
-  finished.errors = TakeFile(files[2]);
+  if (surroundings.output == Output::kFull) {
+    std::fclose(streams.output);
+  } else {
+    finished.out = TakeFile(streams.output);
+  }
+  finished.errors = TakeFile(streams.errors);
   return finished;
+}
+
+Finished RunProgramIn(const std::filesystem::path& directory, const Words& arguments,
+                      const std::string& input) {
+  Surroundings surroundings;
+  surroundings.directory = directory;
+  surroundings.input = input;
+  return RunProgram(arguments, surroundings);
 }
 
 Finished RunProgramHere(const Words& arguments, const std::string& input) {

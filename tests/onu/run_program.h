@@ -15,6 +15,24 @@ struct Finished {
   std::string errors;
 };
 
+/// What becomes of the process's standard output.
+enum class Output {
+  kRead,    ///< is handed back
+  kFull,    ///< every write fails: the device is full
+  kClosed,  ///< is closed before the program starts
+};
+
+/// What the process finds when it starts.
+struct Surroundings {
+  std::filesystem::path directory;
+  std::string input;  ///< on standard input
+  Output output = Output::kRead;
+  std::string temporary_directory;  ///< of temporary files; empty: that of the test
+};
+
+/// Runs the program with the arguments.
+Finished RunProgram(const Words& arguments, const Surroundings& surroundings);
+
 /// Runs the program with the arguments and that standard input, in a directory.
 Finished RunProgramIn(const std::filesystem::path& directory, const Words& arguments,
                       const std::string& input = {});
