@@ -6,8 +6,8 @@ list(TRANSFORM built REPLACE "^\\+ (.*)$" "OPERATION(\\1)")
 list(JOIN built "\n" built)
 file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/built_operations.inc CONTENT "${built}\n" @ONLY)
 
-function(add_c_program name source library)
-  add_executable(${name} ${source} c_platform.c)
+function(add_c_program name library)
+  add_executable(${name} ${ARGN} c_platform.c)
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
   target_link_libraries(${name} PRIVATE project_options platform_headers ${library})
   target_compile_definitions(${name} PRIVATE _DEFAULT_SOURCE)
@@ -16,11 +16,19 @@ function(add_c_program name source library)
   add_test(NAME abi.${name} COMMAND ${name})
 endfunction()
 
-add_c_program(c_interface_shared c_interface_test.c hal_bcm6838x)
-add_c_program(c_interface_archive c_interface_test.c hal_bcm6838x_static)
-add_c_program(archive_state archive_state_test.c hal_bcm6838x_static)
+# The calls of the operations, one file a public header.
+set(c_interface
+    c_interface_test.c
+    c_calls_core.c
+    c_calls_igmp.c
+    c_calls_port.c
+    c_calls_qos.c
+    c_calls_vlan.c)
+add_c_program(c_interface_shared hal_bcm6838x ${c_interface})
+add_c_program(c_interface_archive hal_bcm6838x_static ${c_interface})
+add_c_program(archive_state hal_bcm6838x_static archive_state_test.c)
 
-add_c_program(start_sequence start_sequence_test.c hal_bcm6838x_static)
+add_c_program(start_sequence hal_bcm6838x_static start_sequence_test.c)
 foreach(operation InitIgmp InitPort InitQoS InitVlan RdpaIcInit RdpaIcInit_Perf SetPortAdminState)
   target_link_options(start_sequence PRIVATE LINKER:--wrap=BCM6838X_${operation})
 endforeach()
