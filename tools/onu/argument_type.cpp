@@ -6,6 +6,7 @@
 #include <charconv>
 #include <iterator>
 #include <optional>
+#include <ranges>
 
 #include "base/text.h"
 #include "config_table.h"
@@ -23,6 +24,21 @@ std::optional<double> ReadFraction(const std::string& word) {
   const auto [stop, error] = std::from_chars(word.data(), end, fraction);
   const bool valid = error == std::errc() && stop == end && fraction >= 0 && fraction <= 1;
   return valid ? std::optional(fraction) : std::nullopt;
+}
+
+/// "A:B:C"; nothing when a part is no number or the parts are not `least` to `most`.
+std::optional<std::vector<std::uint32_t>> ReadNumbers(const std::string& word, std::size_t least,
+                                                      std::size_t most) {
+  std::vector<std::uint32_t> numbers;
+  for (const auto part : std::views::split(word, ':')) {
+    const auto number = ParseNumber(std::string(part.begin(), part.end()));
+    if (!number) {
+      return {};
+    }
+    numbers.push_back(*number);
+  }
+  const bool valid = numbers.size() >= least && numbers.size() <= most;
+  return valid ? std::optional(numbers) : std::nullopt;
 }
 
 std::optional<std::uint32_t> ReadCommandCode(const std::string& word) {
@@ -105,8 +121,12 @@ constexpr TypeRow kTypes[] = {
      [](const std::string& word) { return ParseNumber(word).has_value(); }, NoChoices},
     {ArgumentType::Port, "uni1 to uni32 or wan",
      [](const std::string& word) { return virtual_onu::ParsePort(word).has_value(); }, NoChoices},
+    {ArgumentType::StackedVlan, "CVID:SVID or CVID:SVID:PARAM",
+     [](const std::string& word) { return ReadNumbers(word, 2, 3).has_value(); }, NoChoices},
     {ArgumentType::Switch, "on or off",
      [](const std::string& word) { return word == "on" || word == "off"; }, Switches},
+    {ArgumentType::TranslatedVlan, "LOCAL:NET, LOCAL:NET:UP or LOCAL:NET:UP:DOWN",
+     [](const std::string& word) { return ReadNumbers(word, 2, 4).has_value(); }, NoChoices},
     {ArgumentType::Word, "a word", AcceptsAll, NoChoices},
 };
 
@@ -147,6 +167,10 @@ Words ChoiceWords(ArgumentType type) {
 
 double ParseFraction(const std::string& word) {
   return ReadFraction(word).value();
+}
+
+std::vector<std::uint32_t> ParseNumbers(const std::string& word) {
+  return ReadNumbers(word, 0, word.size() + 1).value();
 }
 
 std::uint32_t ParseCommandCode(const std::string& word) {

@@ -25,7 +25,9 @@ enum class ArgumentType : std::uint8_t {
   Hex,
   Number,
   Port,
-  Switch,  ///< on or off
+  StackedVlan,     ///< CVID:SVID
+  Switch,          ///< on or off
+  TranslatedVlan,  ///< LOCAL:NET
   Word
 };
 
@@ -55,6 +57,9 @@ Words ChoiceWords(ArgumentType type);
 
 /// The number of a fraction's word.
 double ParseFraction(const std::string& word);
+
+/// The numbers of a word that joins them with colons.
+std::vector<std::uint32_t> ParseNumbers(const std::string& word);
 
 /// The code of a command's word.
 std::uint32_t ParseCommandCode(const std::string& word);

@@ -10,8 +10,8 @@ namespace {
 
 std::vector<Operation> MakeTable() {
   std::vector<Operation> table;
-  for (const auto* part : {&CoreOperations(), &VlanOperations(), &IgmpOperations(),
-                           &PortOperations(), &QosOperations()}) {
+  for (const auto* part : {&CoreOperations(), &VlanOperations(), &VlanModeOperations(),
+                           &IgmpOperations(), &PortOperations(), &QosOperations()}) {
     table.insert(table.end(), part->begin(), part->end());
   }
   return table;

@@ -1,6 +1,7 @@
 /// @file
 /// VLAN rule tables: the pool of VLAN actions, the WAN and LAN VLAN objects of the data path, the
 /// shared downstream flows and the port actions on them; and the start-up of the VLAN area.
+/// With it come the builders of the port VLAN modes, bcm6838x_vlan_mode.h.
 ///
 /// The management layer calls these operations one at a time; nothing is locked.
 #ifndef BCM6838X_VLAN_H
@@ -9,6 +10,7 @@
 #include <stdint.h>
 
 #include "bcm6838x_api.h"
+#include "bcm6838x_vlan_mode.h"
 #include "brmgr_record.h"
 
 BCM6838X_BEGIN_DECLS

@@ -52,6 +52,9 @@ extern WanVlanEntry g_wanVlan[kWanVlans];
 extern LanVlanEntry g_lanVlan[kLanVlans];
 extern IngressFlowEntry g_dsIngressClass[kFlowsPerTable];
 extern IngressFlowEntry g_usIngressClass[kUniPorts][kFlowsPerTable];
+
+/// The downstream action that removes the outer tag; none until the start-up has created it.
+extern uint32_t g_dsVlanAction;
 }
 
 /// Number of a UNI port's LAN object; boards may number them in reverse.

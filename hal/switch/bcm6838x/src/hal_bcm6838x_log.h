@@ -73,7 +73,12 @@ constexpr int AsInt(uint32_t value) {
 #define HAL_LOG_HERE(level, format, ...) \
   HAL_LOG_AS(__func__, level, format __VA_OPT__(, ) __VA_ARGS__)
 
-/// Logs that a caller's pointer is null; the operation then returns without having done anything.
-#define HAL_LOG_NULL_POINTER() HAL_LOG_HERE(LOG_LEVEL_INVALID, "%s(%d), null pointer\r\n")
+/// Logs, under the name of an operation, that a caller's pointer is null; the operation then
+/// returns without having done anything.
+#define HAL_LOG_NULL_POINTER_AS(function) \
+  HAL_LOG_AS(function, LOG_LEVEL_INVALID, "%s(%d), null pointer\r\n")
+
+/// The same under the name of the caller.
+#define HAL_LOG_NULL_POINTER() HAL_LOG_NULL_POINTER_AS(__func__)
 
 #endif
