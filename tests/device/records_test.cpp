@@ -34,7 +34,7 @@ constexpr std::array<ExpectedCommand, 47> kCommands = {{
     {50, "BRMGR_CMD_IPHOST_VLAN_ADD", 4, 0, ""},
     {51, "BRMGR_CMD_IPHOST_VLAN_DEL", 4, 0, ""},
     {58, "BRMGR_CMD_PORT_MIRROR", 16, 0, "PortMirrorRecord"},
-    {61, "BRMGR_CMD_DS_RATE_LIMIT", 8, 0, ""},
+    {61, "BRMGR_CMD_DS_RATE_LIMIT", 8, 0, "DsRateLimitRecord"},
     {73, "BRMGR_CMD_MAC_GET_NEXT", 24, 1, ""},
     {77, "BRMGR_CMD_MAC_BIND_ADD", 20, 0, ""},
     {78, "BRMGR_CMD_MAC_BIND_DEL", 20, 0, ""},
@@ -52,13 +52,13 @@ constexpr std::array<ExpectedCommand, 47> kCommands = {{
     {101, "BRMGR_CMD_FLOW_DEL", 12, 0, "IngressFlowDel"},
     {102, "BRMGR_CMD_VLAN_ACTION_ADD", 24, 1, "VlanActionRule"},
     {104, "BRMGR_CMD_VLAN_ACTION_DEL", 8, 0, "VlanActionDel"},
-    {105, "BRMGR_CMD_POLICER_ADD", 24, 1, ""},
-    {106, "BRMGR_CMD_POLICER_DEL", 8, 0, ""},
-    {111, "BRMGR_CMD_DSCP_MAP", 68, 0, ""},
+    {105, "BRMGR_CMD_POLICER_ADD", 24, 1, "PolicerCfg"},
+    {106, "BRMGR_CMD_POLICER_DEL", 8, 0, "PolicerDel"},
+    {111, "BRMGR_CMD_DSCP_MAP", 68, 0, "DscpMapRecord"},
     {118, "BRMGR_CMD_SEND_PKT", kVariable, 0, ""},
     {119, "BRMGR_CMD_LASER_ON", 0, 1, ""},
     {120, "BRMGR_CMD_LASER_OFF", 0, 0, ""},
-    {123, "BRMGR_CMD_PORT_STATE", 8, 0, ""},
+    {123, "BRMGR_CMD_PORT_STATE", 8, 0, "PortRateRecord"},
     {124, "BRMGR_CMD_QUEUE_SCHEDULE", 164, 1, "IngressFlowRule"},
     {126, "BRMGR_CMD_PORT_STP", 12, 0, "PortStpRecord"},
     {127, "BRMGR_CMD_FEATURE", 4, 0, "FeatureRecord"},
@@ -96,7 +96,7 @@ TEST(CommandTable, RecordsHaveTheLengthOfTheirCommand) {
       ++described;
     }
   }
-  EXPECT_EQ(described, 16U);
+  EXPECT_EQ(described, 21U);
 }
 
 TEST(CommandTable, FindCommand_ByCode) {
@@ -131,13 +131,14 @@ TEST(RecordTable, HoldsEveryRecordInOrder) {
     names.push_back(record.name + " " + std::to_string(record.size));
     EXPECT_FALSE(record.text.empty()) << record.name;
   }
-  EXPECT_EQ(
-      names,
-      (std::vector<std::string>{
-          "DrvInitRecord 32", "FeatureRecord 4", "IngressClassCfg 32", "IngressClassDel 8",
-          "IngressFlowRule 164", "IngressFlowDel 12", "VlanTagSpec 6", "VlanActionRule 24",
-          "VlanActionDel 8", "PortAdminRecord 48", "PortLoopbackRecord 48", "PortIsolateRecord 16",
-          "PortStpRecord 12", "PortMirrorRecord 16", "MacLimitRecord 2", "MacLearnRecord 4"}));
+  EXPECT_EQ(names, (std::vector<std::string>{
+                       "DrvInitRecord 32",   "FeatureRecord 4",       "IngressClassCfg 32",
+                       "IngressClassDel 8",  "IngressFlowRule 164",   "IngressFlowDel 12",
+                       "VlanTagSpec 6",      "VlanActionRule 24",     "VlanActionDel 8",
+                       "PortAdminRecord 48", "PortLoopbackRecord 48", "PortIsolateRecord 16",
+                       "PortStpRecord 12",   "PortMirrorRecord 16",   "MacLimitRecord 2",
+                       "MacLearnRecord 4",   "PolicerCfg 24",         "PolicerDel 8",
+                       "PortRateRecord 8",   "DsRateLimitRecord 8",   "DscpMapRecord 68"}));
 }
 
 TEST(RecordTable, FieldsCoverEveryByteOnce) {
@@ -154,7 +155,7 @@ TEST(RecordTable, FieldsCoverEveryByteOnce) {
     }
     EXPECT_EQ(end, record.size) << record.name;
   }
-  EXPECT_EQ(count, 93U);
+  EXPECT_EQ(count, 107U);
 }
 
 TEST(RecordTable, NestedRecordsAreFlattened) {

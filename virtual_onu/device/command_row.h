@@ -1,5 +1,5 @@
 /// @file
-/// How a command finds its handler: the rows of the tables of commands.cpp and port_commands.cpp.
+/// How a command finds its handler: the rows of the tables of commands.
 #pragma once
 
 #include <cstddef>

@@ -13,6 +13,7 @@
 
 #include "device/command_row.h"
 #include "device/port_commands.h"
+#include "device/qos_commands.h"
 
 namespace virtual_onu {
 namespace {
@@ -217,7 +218,7 @@ CommandResult ExecuteCommand(DriverState& state, std::uint32_t code,
     return {EINVAL, "short record"};
   }
   for (const std::span<const CommandRow> rows :
-       {std::span<const CommandRow>(kChipCommands), PortCommands()}) {
+       {std::span<const CommandRow>(kChipCommands), PortCommands(), QosCommands()}) {
     const auto row = std::ranges::find(rows, code, &CommandRow::code);
     if (row != rows.end()) {
       return row->run(state, record);

@@ -12,6 +12,7 @@
 
 #include "device/chip_tables.h"
 #include "device/port_tables.h"
+#include "device/qos_tables.h"
 
 namespace virtual_onu {
 
@@ -20,6 +21,7 @@ struct DriverState {
   ChipLimits limits = {};
   ChipTables tables = {};
   PortTables portTables = {};
+  QosTables qosTables = {};
   std::optional<DrvInitRecord> ports = {};
   std::optional<std::uint32_t> feature = {};
 };

@@ -21,9 +21,9 @@ namespace virtual_onu {
 
 /// Commands and events may come from any thread; they are carried out, and traced, one at a time. A
 /// listener of the trace must therefore not call the device's functions that lock: ioctl,
-/// sendEvent, open, owns, ports, feature, setPortAction. tables(), portTables() and faults() hand
-/// out what the commands work on, without a lock: use them on the thread that sends the commands,
-/// or while none is sent.
+/// sendEvent, open, owns, ports, feature, setPortAction. tables(), portTables(), qosTables() and
+/// faults() hand out what the commands work on, without a lock: use them on the thread that sends
+/// the commands, or while none is sent.
 class Device {
  public:
   /// Records longer than this are refused unread; the longest that a command carries has 492032
@@ -69,6 +69,7 @@ class Device {
 
   [[nodiscard]] const ChipTables& tables() const { return state_.tables; }
   [[nodiscard]] const PortTables& portTables() const { return state_.portTables; }
+  [[nodiscard]] const QosTables& qosTables() const { return state_.qosTables; }
   [[nodiscard]] const ChipLimits& limits() const { return state_.limits; }
   FaultPlan& faults() { return faults_; }
 

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cerrno>
-#include <optional>
 #include <string>
 
 namespace virtual_onu {
@@ -13,20 +12,6 @@ namespace {
 
 constexpr std::uint32_t kFirstPort = DevicePortOf(1);
 constexpr std::uint32_t kMaxDirection = 2;
-
-/// The UNI port of a device port number; nothing when the chip has no such port.
-std::optional<std::uint32_t> UniOf(const DriverState& state, std::uint32_t port) {
-  if (port < kFirstPort || port - kFirstPort >= state.limits.uniPorts) {
-    return std::nullopt;
-  }
-  return port - kFirstPort + 1;
-}
-
-CommandResult NoPort(const DriverState& state, std::uint32_t port) {
-  return {EINVAL, "device port " + std::to_string(port) + " is none of " +
-                      std::to_string(kFirstPort) + " to " +
-                      std::to_string(DevicePortOf(state.limits.uniPorts))};
-}
 
 CommandResult SetAdmin(DriverState& state, PortAdminRecord& record) {
   const auto uni = UniOf(state, record.port);
@@ -111,6 +96,19 @@ constexpr std::array kPortCommands = {
 
 std::span<const CommandRow> PortCommands() {
   return kPortCommands;
+}
+
+std::optional<std::uint32_t> UniOf(const DriverState& state, std::uint32_t port) {
+  if (port < kFirstPort || port - kFirstPort >= state.limits.uniPorts) {
+    return std::nullopt;
+  }
+  return port - kFirstPort + 1;
+}
+
+CommandResult NoPort(const DriverState& state, std::uint32_t port) {
+  return {EINVAL, "device port " + std::to_string(port) + " is none of " +
+                      std::to_string(kFirstPort) + " to " +
+                      std::to_string(DevicePortOf(state.limits.uniPorts))};
 }
 
 }  // namespace virtual_onu

@@ -23,6 +23,7 @@ constexpr FieldFormat kFormat_FORWARD = FieldFormat::Forward;
 constexpr FieldFormat kFormat_TAG_OPS = FieldFormat::TagOps;
 constexpr FieldFormat kFormat_MAC = FieldFormat::Mac;
 constexpr FieldFormat kFormat_IP = FieldFormat::Ip;
+constexpr FieldFormat kFormat_BYTES = FieldFormat::Raw;
 constexpr FieldFormat kFormat_TAG = FieldFormat::Raw;  // flattened before anybody sees it
 constexpr FieldFormat kFormat_RESERVED = FieldFormat::Reserved;
 constexpr FieldAccess kAccess_CALLER = FieldAccess::Caller;

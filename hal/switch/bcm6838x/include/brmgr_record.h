@@ -155,7 +155,7 @@ enum {
   FIELD(R, 0,   uint32_t, cmd,             ,     TAG_OPS,  CALLER, "tag operations: 0x1 push tag[0], 0x4 pop, 0x8 replace the VID, 0x100 replace the priority") \
   FIELD(R, 4,   VlanTagSpec, tag,          [2],  TAG,      CALLER, "tag contents; tag[1] is zero in every action built here") \
   FIELD(R, 16,  uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, any other value upstream") \
-  FIELD(R, 20,  uint32_t, vlanActionIndex, ,     INDEX,    DRIVER, "sent as none; the driver returns the new action's index")
+  FIELD(R, 20,  uint32_t, vlanActionIndex, ,     INDEX,    DRIVER, "sent as none, or as 0 by the QoS classification; the driver returns the new action's index")
 
 #define VLAN_ACTION_DEL_FIELDS(FIELD, R)                                                              \
   FIELD(R, 0,   uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, any other value upstream") \
@@ -195,6 +195,30 @@ enum {
 #define MAC_LEARN_RECORD_FIELDS(FIELD, R)                                                             \
   FIELD(R, 0,   uint32_t, value,           ,     DEC,      CALLER, "learning switch or clear value, as the caller gave it")
 
+#define POLICER_CFG_FIELDS(FIELD, R)                                                                  \
+  FIELD(R, 0,   uint32_t, word0,           ,     DEC,      CALLER, "always 0")                        \
+  FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "committed rate in bit/s")         \
+  FIELD(R, 8,   uint32_t, burst,           ,     DEC,      CALLER, "burst size; always 501536")       \
+  FIELD(R, 12,  uint32_t, word12,          ,     DEC,      CALLER, "always 1")                        \
+  FIELD(R, 16,  uint32_t, word16,          ,     DEC,      CALLER, "always 1")                        \
+  FIELD(R, 20,  uint32_t, port,            ,     DEC,      CALLER, "UNI port number")
+
+#define POLICER_DEL_FIELDS(FIELD, R)                                                                  \
+  FIELD(R, 0,   uint32_t, word0,           ,     DEC,      CALLER, "always 1")                        \
+  FIELD(R, 4,   uint32_t, port,            ,     DEC,      CALLER, "UNI port number")
+
+#define PORT_RATE_RECORD_FIELDS(FIELD, R)                                                             \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port: the UNI port number plus 1") \
+  FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "line rate in bit/s")
+
+#define DS_RATE_LIMIT_RECORD_FIELDS(FIELD, R)                                                         \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "the caller's port index plus 1")  \
+  FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "downstream limit in bit/s")
+
+#define DSCP_MAP_RECORD_FIELDS(FIELD, R)                                                              \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "data-path port of the UNI")       \
+  FIELD(R, 4,   uint8_t,  priority,        [64], BYTES,    CALLER, "priority given to each DSCP")
+
 /// Every record, and the tag nested in one: X(record, FIELD TABLE, size in bytes, what it is).
 #define BRMGR_RECORD_LIST(X)                                                                          \
   X(DrvInitRecord,   DRV_INIT_RECORD_FIELDS,   32,  "Port counts handed over at start-up.")           \
@@ -212,7 +236,12 @@ enum {
   X(PortStpRecord,   PORT_STP_RECORD_FIELDS,   12,  "Spanning tree of a port.")                       \
   X(PortMirrorRecord, PORT_MIRROR_RECORD_FIELDS, 16, "Port mirroring.")                               \
   X(MacLimitRecord,  MAC_LIMIT_RECORD_FIELDS,  2,   "Learning limit of the MAC table.")               \
-  X(MacLearnRecord,  MAC_LEARN_RECORD_FIELDS,  4,   "Learning switch of the MAC table.")
+  X(MacLearnRecord,  MAC_LEARN_RECORD_FIELDS,  4,   "Learning switch of the MAC table.")           \
+  X(PolicerCfg,      POLICER_CFG_FIELDS,       24,  "Upstream policer of a port.")                    \
+  X(PolicerDel,      POLICER_DEL_FIELDS,       8,   "Names the port whose policer to delete.")        \
+  X(PortRateRecord,  PORT_RATE_RECORD_FIELDS,  8,   "Line rate of a port.")                           \
+  X(DsRateLimitRecord, DS_RATE_LIMIT_RECORD_FIELDS, 8, "Downstream rate limit of a port.")            \
+  X(DscpMapRecord,   DSCP_MAP_RECORD_FIELDS,   68,  "Map of a port from DSCP to priority.")
 
 /// Which record a command carries: X(command NAME, record).
 #define BRMGR_COMMAND_RECORD_LIST(X)       \
@@ -231,7 +260,12 @@ enum {
   X(PORT_STP,        PortStpRecord)        \
   X(PORT_MIRROR,     PortMirrorRecord)     \
   X(MAC_LIMIT,       MacLimitRecord)       \
-  X(MAC_LEARN,       MacLearnRecord)
+  X(MAC_LEARN,       MacLearnRecord)       \
+  X(POLICER_ADD,     PolicerCfg)           \
+  X(POLICER_DEL,     PolicerDel)           \
+  X(PORT_STATE,      PortRateRecord)       \
+  X(DS_RATE_LIMIT,   DsRateLimitRecord)    \
+  X(DSCP_MAP,        DscpMapRecord)
 // clang-format on
 
 #define BRMGR_DECLARE_FIELD(record, offset, type, name, array, format, access, text) \
