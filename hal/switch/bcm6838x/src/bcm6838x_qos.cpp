@@ -1,6 +1,6 @@
 /// @file
-/// Which ports have a policer; the QoS operations are not built yet beyond the place of the
-/// start-up in the start-up sequence.
+/// State and start-up of the QoS area.
+#include <cstddef>
 #include <cstdint>
 
 #include <bcm6838x_qos.h>
@@ -9,6 +9,15 @@
 
 uint32_t g_portPolicerCfg[kPolicerPorts] = {};
 
+int32_t sg_QosClassificationVlanEntry[kQosRules] = {};
+int32_t sg_QosClassificationICEntry[kQosRules] = {};
+int32_t sg_QosClassificationFlowEntry[kQosRules] = {};
+
 uint32_t BCM6838X_InitQoS(void) {
+  for (size_t entry = 0; entry < kQosRules; ++entry) {
+    sg_QosClassificationVlanEntry[entry] = kNoQosObject;
+    sg_QosClassificationICEntry[entry] = kNoQosObject;
+    sg_QosClassificationFlowEntry[entry] = kNoQosObject;
+  }
   return BCM6838X_OK;
 }
