@@ -26,5 +26,11 @@ TEST(Bytes, FormatMac_UsesColons) {
   EXPECT_EQ(FormatMac(mac), "01:80:c2:00:00:23");
 }
 
+TEST(Digest, IsFnv1aWith64Bits) {
+  EXPECT_EQ(Digest({}), "0 bytes, FNV-1a cbf29ce484222325");
+  EXPECT_EQ(Digest(Bytes{'a'}), "1 bytes, FNV-1a af63dc4c8601ec8c");
+  EXPECT_EQ(Digest(Bytes{'f', 'o', 'o', 'b', 'a', 'r'}), "6 bytes, FNV-1a 85944171f73967e8");
+}
+
 }  // namespace
 }  // namespace virtual_onu

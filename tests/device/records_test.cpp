@@ -31,8 +31,8 @@ constexpr std::array<ExpectedCommand, 47> kCommands = {{
     {33, "BRMGR_CMD_SEND_BPDU", kVariable, 0, ""},
     {35, "BRMGR_CMD_PORT_ADMIN", 48, 0, "PortAdminRecord"},
     {39, "BRMGR_CMD_PORT_LOOPBACK", 48, 0, "PortLoopbackRecord"},
-    {50, "BRMGR_CMD_IPHOST_VLAN_ADD", 4, 0, ""},
-    {51, "BRMGR_CMD_IPHOST_VLAN_DEL", 4, 0, ""},
+    {50, "BRMGR_CMD_IPHOST_VLAN_ADD", 4, 0, "IphostVlanRecord"},
+    {51, "BRMGR_CMD_IPHOST_VLAN_DEL", 4, 0, "IphostVlanRecord"},
     {58, "BRMGR_CMD_PORT_MIRROR", 16, 0, "PortMirrorRecord"},
     {61, "BRMGR_CMD_DS_RATE_LIMIT", 8, 0, "DsRateLimitRecord"},
     {73, "BRMGR_CMD_MAC_GET_NEXT", 24, 1, ""},
@@ -65,13 +65,13 @@ constexpr std::array<ExpectedCommand, 47> kCommands = {{
     {131, "BRMGR_CMD_MAC_AGING", 2, 0, ""},
     {132, "BRMGR_CMD_MAC_LIMIT", 2, 0, "MacLimitRecord"},
     {133, "BRMGR_CMD_MAC_LEARN", 4, 0, "MacLearnRecord"},
-    {134, "BRMGR_CMD_CTC_MODE_A", 1, 0, ""},
-    {135, "BRMGR_CMD_CTC_MODE_B", 1, 0, ""},
+    {134, "BRMGR_CMD_CTC_MODE_A", 1, 0, "CtcModeRecord"},
+    {135, "BRMGR_CMD_CTC_MODE_B", 1, 0, "CtcModeRecord"},
     {140, "BRMGR_CMD_DHCP_TRAP", 8, 0, ""},
     {141, "BRMGR_CMD_SEND_DHCP", kVariable, 0, ""},
     {142, "BRMGR_CMD_PPPOE_TRAP", 8, 0, ""},
     {143, "BRMGR_CMD_SEND_PPPOE", kVariable, 0, ""},
-    {158, "BRMGR_CMD_VLAN_REBUILD", 492032, 0, ""},
+    {158, "BRMGR_CMD_VLAN_REBUILD", 492032, 0, "PortVlanTable"},
 }};
 
 TEST(CommandTable, HoldsEveryCommand) {
@@ -96,7 +96,7 @@ TEST(CommandTable, RecordsHaveTheLengthOfTheirCommand) {
       ++described;
     }
   }
-  EXPECT_EQ(described, 21U);
+  EXPECT_EQ(described, 26U);
 }
 
 TEST(CommandTable, FindCommand_ByCode) {
@@ -132,13 +132,16 @@ TEST(RecordTable, HoldsEveryRecordInOrder) {
     EXPECT_FALSE(record.text.empty()) << record.name;
   }
   EXPECT_EQ(names, (std::vector<std::string>{
-                       "DrvInitRecord 32",   "FeatureRecord 4",       "IngressClassCfg 32",
-                       "IngressClassDel 8",  "IngressFlowRule 164",   "IngressFlowDel 12",
-                       "VlanTagSpec 6",      "VlanActionRule 24",     "VlanActionDel 8",
-                       "PortAdminRecord 48", "PortLoopbackRecord 48", "PortIsolateRecord 16",
-                       "PortStpRecord 12",   "PortMirrorRecord 16",   "MacLimitRecord 2",
-                       "MacLearnRecord 4",   "PolicerCfg 24",         "PolicerDel 8",
-                       "PortRateRecord 8",   "DsRateLimitRecord 8",   "DscpMapRecord 68"}));
+                       "DrvInitRecord 32",     "FeatureRecord 4",       "IngressClassCfg 32",
+                       "IngressClassDel 8",    "IngressFlowRule 164",   "IngressFlowDel 12",
+                       "VlanTagSpec 6",        "VlanActionRule 24",     "VlanActionDel 8",
+                       "PortAdminRecord 48",   "PortLoopbackRecord 48", "PortIsolateRecord 16",
+                       "PortStpRecord 12",     "PortMirrorRecord 16",   "MacLimitRecord 2",
+                       "MacLearnRecord 4",     "PolicerCfg 24",         "PolicerDel 8",
+                       "PortRateRecord 8",     "DsRateLimitRecord 8",   "DscpMapRecord 68",
+                       "PortVlanTrunkEntry 4", "PortVlanTransEntry 10", "PortVlanStackEntry 16",
+                       "PortVlanInfo 15376",   "PortVlanTable 492032",  "IphostVlanRecord 4",
+                       "CtcModeRecord 1"}));
 }
 
 TEST(RecordTable, FieldsCoverEveryByteOnce) {
@@ -148,14 +151,15 @@ TEST(RecordTable, FieldsCoverEveryByteOnce) {
     for (const FieldInfo& field : record.fields) {
       EXPECT_EQ(field.offset, end) << record.name << "." << field.name;
       EXPECT_EQ(field.size % field.width, 0U) << record.name << "." << field.name;
-      EXPECT_EQ(field.offset % field.width, 0U) << record.name << "." << field.name;
+      EXPECT_TRUE(field.format == FieldFormat::List || field.offset % field.width == 0U)
+          << record.name << "." << field.name;
       EXPECT_FALSE(field.text.empty()) << record.name << "." << field.name;
       end = field.offset + field.size;
       ++count;
     }
     EXPECT_EQ(end, record.size) << record.name;
   }
-  EXPECT_EQ(count, 107U);
+  EXPECT_EQ(count, 135U);
 }
 
 TEST(RecordTable, NestedRecordsAreFlattened) {
@@ -169,6 +173,63 @@ TEST(RecordTable, NestedRecordsAreFlattened) {
                         "0 cmd", "4 tag[0].vid", "6 tag[0].pbit", "7 tag[0].reserved3",
                         "8 tag[0].tpid", "10 tag[1].vid", "12 tag[1].pbit", "13 tag[1].reserved3",
                         "14 tag[1].tpid", "16 dir", "20 vlanActionIndex"}));
+}
+
+TEST(RecordTable, AListIsOneFieldWithTheFieldsOfItsElements) {
+  const RecordInfo* const record = FindRecord("PortVlanTable");
+  ASSERT_NE(record, nullptr);
+  ASSERT_EQ(record->fields.size(), 1U);
+  const FieldInfo& ports = record->fields[0];
+  EXPECT_EQ(ports.name, "port");
+  EXPECT_EQ(ports.record, "PortVlanInfo");
+  EXPECT_EQ(ports.width, 15376U);
+  EXPECT_EQ(ports.count(), 32U);
+  EXPECT_EQ(ports.format, FieldFormat::List);
+  ASSERT_EQ(ports.fields.size(), 9U);
+  const FieldInfo& pairs = ports.fields[7];
+  EXPECT_EQ(pairs.name, "translationList");
+  EXPECT_EQ(pairs.offset, 2064U);
+  EXPECT_EQ(pairs.width, 10U);
+  EXPECT_EQ(pairs.count(), 512U);
+  ASSERT_EQ(pairs.fields.size(), 6U);
+  EXPECT_EQ(pairs.fields[5].name, "netVid");
+  EXPECT_EQ(pairs.fields[5].offset, 8U);
+  EXPECT_EQ(pairs.fields[5].record, "");
+}
+
+TEST(RecordTable, FieldNames_GiveTheIndexesOfAList) {
+  EXPECT_EQ(
+      FieldNames(*FindRecord("PortVlanTable")),
+      (std::vector<std::string>{
+          "port[0..31].pvid", "port[0..31].priority", "port[0..31].tpid", "port[0..31].tagAttr",
+          "port[0..31].vlanMode", "port[0..31].stackingEnable",
+          "port[0..31].trunkList[0..511].port", "port[0..31].trunkList[0..511].vid",
+          "port[0..31].translationList[0..511].port",
+          "port[0..31].translationList[0..511].dsPriority",
+          "port[0..31].translationList[0..511].localVid",
+          "port[0..31].translationList[0..511].usPriority",
+          "port[0..31].translationList[0..511].netVid", "port[0..31].stackingList[0..511].port",
+          "port[0..31].stackingList[0..511].stackParam", "port[0..31].stackingList[0..511].cvid",
+          "port[0..31].stackingList[0..511].svid"}));
+  EXPECT_EQ(FieldNames(*FindRecord("VlanTagSpec")),
+            (std::vector<std::string>{"vid", "pbit", "tpid"}));
+}
+
+TEST(RecordTable, FindField_InLists_HasItsOffsetInTheRecord) {
+  const RecordInfo* const record = FindRecord("PortVlanTable");
+  const auto found = FindField(*record, "port[31].stackingList[511].svid");
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->name, "port[31].stackingList[511].svid");
+  EXPECT_EQ(found->offset, 492030U);
+  EXPECT_EQ(found->size, 2U);
+  EXPECT_EQ(FindField(*record, "port[1].vlanMode")->offset, 15376U + 8U);
+  EXPECT_EQ(FindField(*FindRecord("VlanActionRule"), "tag[1].tpid")->offset, 14U);
+  for (const std::string_view name :
+       {"", "port", "port[0]", "port[32].pvid", "port[-1].pvid", "port[].pvid", "port[0.pvid",
+        "port[0].", "port[0]pvid", "port[0].vid", "port[0].trunkList", "port[0].trunkList[512].vid",
+        "port[4294967296].pvid", "report[0].pvid"}) {
+    EXPECT_FALSE(FindField(*record, name)) << name;
+  }
 }
 
 TEST(RecordTable, AFieldCarriesWhatItsTableSays) {

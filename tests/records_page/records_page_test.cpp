@@ -100,7 +100,7 @@ TEST(RecordsPage, ARowForEveryCommandAndField) {
        at = Page().find("\n| ", at + 1)) {
     ++rows;
   }
-  const std::size_t formats = 11;
+  const std::size_t formats = 12;
   std::size_t expected = virtual_onu::AllCommands().size() + formats +
                          virtual_onu::KeyBits().size() + virtual_onu::TagOperations().size() +
                          virtual_onu::ForwardDecisions().size();

@@ -3,6 +3,7 @@
 #include "support/left.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <regex>
 
@@ -30,7 +31,9 @@ virtual_onu::Bytes Wire(const CommandEvent& event) {
 std::string Line(const CommandEvent& event) {
   std::string line = "command " + virtual_onu::CommandName(event.code) + " len " +
                      std::to_string(event.length) + " flag " + std::to_string(event.flag);
-  return event.before.empty() ? line : line + " " + virtual_onu::ToHex(Wire(event));
+  return event.before.empty()
+             ? line
+             : line + " " + ShowRecord(virtual_onu::CommandName(event.code), Wire(event));
 }
 
 std::string Line(const LogEvent& event) {
@@ -53,6 +56,23 @@ std::string Line(const CallEvent& event) {
 }
 
 }  // namespace
+
+std::string ShowRecord(const std::string& command, const virtual_onu::Bytes& wire) {
+  constexpr std::size_t kLongest = 4096;
+  if (wire.size() <= kLongest) {
+    return virtual_onu::ToHex(wire);
+  }
+  std::string text = virtual_onu::Digest(wire);
+  const CommandInfo* known = virtual_onu::FindCommand(command);
+  if (known == nullptr || known->record == nullptr) {
+    return text;
+  }
+  const virtual_onu::Bytes record = virtual_onu::FromWire(*known->record, wire);
+  for (const auto& field : virtual_onu::DecodeRecord(*known->record, record)) {
+    text += field.zero ? "" : " " + field.name + "=" + field.value;
+  }
+  return text;
+}
 
 std::string Describe(const virtual_onu::TraceEvent& event) {
   return std::visit([](const auto& detail) { return Line(detail); }, event.detail);

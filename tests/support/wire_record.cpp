@@ -2,6 +2,8 @@
 /// Building of expected records.
 #include "support/wire_record.h"
 
+#include "support/left.h"
+
 namespace hal_test {
 
 WireRecord::WireRecord(std::size_t size) : bytes_(size) {}
@@ -33,9 +35,9 @@ std::string WireRecord::hex() const {
 }
 
 std::string Sent(const std::string& name, std::uint32_t flag, const WireRecord& record) {
-  const std::string hex = record.hex();
-  return "command BRMGR_CMD_" + name + " len " + std::to_string(hex.size() / 2) + " flag " +
-         std::to_string(flag) + " " + hex;
+  const std::string command = "BRMGR_CMD_" + name;
+  return "command " + command + " len " + std::to_string(record.wire().size()) + " flag " +
+         std::to_string(flag) + " " + ShowRecord(command, record.wire());
 }
 
 }  // namespace hal_test

@@ -50,7 +50,7 @@ Words FileWords(const std::string& word, ArgumentType type) {
   return words;
 }
 
-/// The fields of the command's record, "outerVid=".
+/// The fields of the command's record, "outerVid=", but for those of lists, which need an index.
 Words FieldWords(std::span<const std::string> given) {
   const virtual_onu::CommandInfo* command =
       given.empty() || !Accepts(ArgumentType::CommandCode, given.front())
@@ -58,9 +58,9 @@ Words FieldWords(std::span<const std::string> given) {
           : virtual_onu::FindCommand(ParseCommandCode(given.front()));
   Words words;
   if (command != nullptr && command->record != nullptr) {
-    for (const virtual_onu::FieldInfo& field : command->record->fields) {
-      if (field.format != virtual_onu::FieldFormat::Reserved) {
-        words.push_back(field.name + "=");
+    for (std::string& name : virtual_onu::FieldNames(*command->record)) {
+      if (name.find("..") == std::string::npos) {
+        words.push_back(std::move(name) + "=");
       }
     }
   }

@@ -42,13 +42,8 @@ Bytes EmptyRecord(const RecordInfo& record) {
 void SetFieldFromWord(const RecordInfo& record, const std::string& word, Bytes& bytes) {
   const std::size_t equals = word.find('=');
   const std::string name = word.substr(0, equals);
-  if (std::ranges::find(record.fields, name, &FieldInfo::name) == record.fields.end()) {
-    Words names;
-    for (const FieldInfo& field : record.fields) {
-      if (field.format != FieldFormat::Reserved) {
-        names.push_back(field.name);
-      }
-    }
+  if (!virtual_onu::FindField(record, name)) {
+    const Words names = virtual_onu::FieldNames(record);
     throw WrongUse(record.name + " has no field " + Quote(name) + Suggestion(name, names) +
                    " (its fields: " + Join(names, ", ") + ")");
   }

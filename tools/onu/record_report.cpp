@@ -43,7 +43,7 @@ Json FieldsToJson(const virtual_onu::RecordInfo& record, virtual_onu::ByteView b
   Json fields = Json::object();
   for (const DecodedField& field : virtual_onu::DecodeRecord(record, bytes)) {
     if (!IsReserved(field)) {
-      fields[field.info->name] = FieldToJson(field);
+      fields[field.name] = FieldToJson(field);
     }
   }
   return fields;
@@ -58,7 +58,7 @@ std::string RecordToText(const virtual_onu::RecordInfo& record, virtual_onu::Byt
   for (const DecodedField& field : fields) {
     const bool shown = zeros <= kFewZeros ? !IsReserved(field) : !IsPlainZero(field);
     if (shown || (IsReserved(field) && !field.zero)) {
-      text += " " + field.info->name + "=" + field.value;
+      text += " " + field.name + "=" + field.value;
     }
   }
   return zeros <= kFewZeros ? text : text + ", others 0";
@@ -78,9 +78,11 @@ std::string ChangesToText(const virtual_onu::RecordInfo& record, virtual_onu::By
 }
 
 std::string WireHex(std::uint32_t code, const virtual_onu::Bytes& bytes) {
+  constexpr std::size_t kLongest = 4096;
   const virtual_onu::CommandInfo* command = virtual_onu::FindCommand(code);
   const bool known = command != nullptr && command->record != nullptr;
-  return virtual_onu::ToHex(known ? virtual_onu::ToWire(*command->record, bytes) : bytes);
+  const virtual_onu::Bytes wire = known ? virtual_onu::ToWire(*command->record, bytes) : bytes;
+  return wire.size() > kLongest ? virtual_onu::Digest(wire) : virtual_onu::ToHex(wire);
 }
 
 }  // namespace onu

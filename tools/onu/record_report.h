@@ -22,7 +22,8 @@ std::string RecordToText(const virtual_onu::RecordInfo& record, virtual_onu::Byt
 std::string ChangesToText(const virtual_onu::RecordInfo& record, virtual_onu::ByteView before,
                           virtual_onu::ByteView after);
 
-/// The bytes of a command's record as they stand on the target, in hexadecimal.
+/// The bytes of a command's record as they stand on the target, in hexadecimal; of more than 4096
+/// bytes their digest.
 std::string WireHex(std::uint32_t code, const virtual_onu::Bytes& bytes);
 
 }  // namespace onu

@@ -59,7 +59,7 @@ struct FormatRow {
   std::string_view text;
 };
 
-constexpr std::array<FormatRow, 11> kFormats = {{
+constexpr std::array<FormatRow, 12> kFormats = {{
     {FieldFormat::Dec, "decimal", "a number"},
     {FieldFormat::Hex, "hexadecimal", "a number in hexadecimal with all digits, `0x8100`"},
     {FieldFormat::Index, "index", "a number; `none` for 0xFFFFFFFF, which names no object"},
@@ -73,6 +73,8 @@ constexpr std::array<FormatRow, 11> kFormats = {{
     {FieldFormat::Ip, "IP",
      "an IPv4 address in the first four bytes, or an IPv6 address, in network order"},
     {FieldFormat::Raw, "bytes", "hexadecimal digits"},
+    {FieldFormat::List, "list",
+     "the fields of each record that is not all zero, `list[index].field`"},
     {FieldFormat::Reserved, "reserved", "not shown while zero"},
 }};
 
@@ -106,12 +108,12 @@ std::string Header(const std::vector<std::string>& cells) {
   return Row(cells) + Row(std::vector<std::string>(cells.size(), "---"));
 }
 
-std::string Link(const RecordInfo& record) {
-  std::string anchor = record.name;
+std::string Link(const std::string& record) {
+  std::string anchor = record;
   std::ranges::transform(anchor, anchor.begin(), [](unsigned char letter) {
     return static_cast<char>(std::tolower(letter));
   });
-  return "[" + Code(record.name) + "](#" + anchor + ")";
+  return "[" + Code(record) + "](#" + anchor + ")";
 }
 
 std::string LengthOf(const CommandInfo& command) {
@@ -124,16 +126,18 @@ std::string Commands() {
   for (const CommandInfo& command : AllCommands()) {
     text += Row({std::to_string(command.code), Code(command.name), LengthOf(command),
                  command.flag != 0 ? "read-back" : "input",
-                 command.record != nullptr ? Link(*command.record) : "", command.text});
+                 command.record != nullptr ? Link(command.record->name) : "", command.text});
   }
   return text + "\n";
 }
 
-/// "u32", "u8[6]".
+/// "u32", "u8[6]", or a record and the number of its copies.
 std::string TypeOf(const FieldInfo& field) {
+  if (field.format == FieldFormat::List) {
+    return Link(field.record) + " × " + std::to_string(field.count());
+  }
   const std::string element = "u" + std::to_string(8 * field.width);
-  const std::size_t count = field.size / field.width;
-  return count == 1 ? element : element + "[" + std::to_string(count) + "]";
+  return field.count() == 1 ? element : element + "[" + std::to_string(field.count()) + "]";
 }
 
 std::string SendersOf(const RecordInfo& record) {

@@ -27,6 +27,18 @@ std::uint32_t ReadBigEndian(ByteView bytes) {
   return value;
 }
 
+std::string Digest(ByteView bytes) {
+  std::uint64_t sum = 0xCBF29CE484222325;
+  for (const std::uint8_t byte : bytes) {
+    sum = (sum ^ byte) * 0x100000001B3;
+  }
+  Bytes digits(sizeof(sum));
+  for (std::size_t i = digits.size(); i-- > 0; sum >>= 8U) {
+    digits[i] = static_cast<std::uint8_t>(sum);
+  }
+  return std::to_string(bytes.size()) + " bytes, FNV-1a " + ToHex(digits);
+}
+
 std::string FormatMac(ByteView mac) {
   return ToHex(mac, ':');
 }

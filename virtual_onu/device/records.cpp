@@ -6,6 +6,7 @@
 #include <array>
 #include <cctype>
 #include <type_traits>
+#include <utility>
 
 #include <brmgr_cmd.h>
 #include <brmgr_record.h>
@@ -25,6 +26,7 @@ constexpr FieldFormat kFormat_MAC = FieldFormat::Mac;
 constexpr FieldFormat kFormat_IP = FieldFormat::Ip;
 constexpr FieldFormat kFormat_BYTES = FieldFormat::Raw;
 constexpr FieldFormat kFormat_TAG = FieldFormat::Raw;  // flattened before anybody sees it
+constexpr FieldFormat kFormat_LIST = FieldFormat::List;
 constexpr FieldFormat kFormat_RESERVED = FieldFormat::Reserved;
 constexpr FieldAccess kAccess_CALLER = FieldAccess::Caller;
 constexpr FieldAccess kAccess_DRIVER = FieldAccess::Driver;
@@ -34,25 +36,36 @@ constexpr FieldAccess kAccess_NOBODY = FieldAccess::Nobody;
 template <typename Record>
 std::vector<FieldInfo> FieldsOf();
 
-/// Adds a field; one that is a record, or an array of records, is flattened.
+/// Adds the fields of the records of which a field consists.
 template <typename Element>
-void Append(std::vector<FieldInfo>& fields, const FieldInfo& field) {
-  if constexpr (std::is_class_v<Element>) {
-    for (std::size_t i = 0; i < field.size / sizeof(Element); ++i) {
-      for (FieldInfo inner : FieldsOf<Element>()) {
-        inner.name.insert(0, field.name + "[" + std::to_string(i) + "].");
-        inner.offset += field.offset + i * sizeof(Element);
-        fields.push_back(inner);
-      }
+void AppendFlattened(std::vector<FieldInfo>& fields, const FieldInfo& field) {
+  for (std::size_t i = 0; i < field.count(); ++i) {
+    for (FieldInfo inner : FieldsOf<Element>()) {
+      inner.name.insert(0, field.name + "[" + std::to_string(i) + "].");
+      inner.offset += field.offset + i * sizeof(Element);
+      fields.push_back(inner);
     }
-  } else {
-    fields.push_back(field);
   }
+}
+
+/// Adds a field; one that is a record, or an array of records, is flattened unless it is a list.
+template <typename Element>
+void Append(std::vector<FieldInfo>& fields, FieldInfo field) {
+  if constexpr (std::is_class_v<Element>) {
+    if (field.format != FieldFormat::List) {
+      AppendFlattened<Element>(fields, field);
+      return;
+    }
+    field.fields = FieldsOf<Element>();
+  } else {
+    field.record.clear();
+  }
+  fields.push_back(std::move(field));
 }
 
 #define APPEND_FIELD(record, offset, type, name, array, format, access, text)                \
   Append<type>(fields, {#name, offset, sizeof(record::name), sizeof(type), kFormat_##format, \
-                        kAccess_##access, text});
+                        kAccess_##access, text, #type});
 #define DEFINE_FIELDS(record, table, size, text) \
   template <>                                    \
   std::vector<FieldInfo> FieldsOf<record>() {    \

@@ -28,21 +28,27 @@ enum class FieldFormat : std::uint8_t {
   Mac,      ///< "01:80:c2:00:00:00"
   Ip,       ///< dotted IPv4, or IPv6 when any byte behind the fourth is not 0
   Raw,      ///< hexadecimal digits, "0" when all are 0
+  List,     ///< records, of which those are in use that are not all zero
   Reserved  ///< as Raw, a number of more than one byte as Hex
 };
 
 /// Who fills a field.
 enum class FieldAccess : std::uint8_t { Caller, Driver, Both, Nobody };
 
-/// One field; nested records are flattened ("tag[0].vid").
+/// One field. A few nested records are flattened ("tag[0].vid"); a list of them is one field, whose
+/// elements' fields are named "trunkList[7].vid".
 struct FieldInfo {
   std::string name;
   std::size_t offset = 0;
   std::size_t size = 0;   ///< whole field in bytes
-  std::size_t width = 0;  ///< one element in bytes: 1, 2 or 4
+  std::size_t width = 0;  ///< one element in bytes: 1, 2, 4, or the size of a list's record
   FieldFormat format = FieldFormat::Dec;
   FieldAccess access = FieldAccess::Caller;
   std::string text;
+  std::string record = {};             ///< of a list: the name of its elements' record
+  std::vector<FieldInfo> fields = {};  ///< of a list: the fields of one element
+
+  [[nodiscard]] std::size_t count() const { return size / width; }
 };
 
 struct RecordInfo {
@@ -95,15 +101,23 @@ std::span<const NamedValue> TagOperations();
 /// Values of a flow's forward field.
 std::span<const NamedValue> ForwardDecisions();
 
+/// The field of that name, "vid" or "port[0].trunkList[7].vid", at its offset in the record.
+std::optional<FieldInfo> FindField(const RecordInfo& record, std::string_view name);
+
+/// The names of the fields that are not reserved; those of a list with the range of its indexes,
+/// "port[0..31].pvid".
+std::vector<std::string> FieldNames(const RecordInfo& record);
+
 /// One field's value in words.
 struct DecodedField {
   const FieldInfo* info = nullptr;
+  std::string name;  ///< with the places in the lists in which the field stands
   std::string value;
   bool zero = false;  ///< every byte is 0
 };
 
 /// Decodes a record that is in the processor's byte order. Fields that `bytes` does not cover whole
-/// are left out.
+/// are left out, and the elements of a list that are not in use.
 std::vector<DecodedField> DecodeRecord(const RecordInfo& record, ByteView bytes);
 
 /// One line of "name=value" pairs; fields that are reserved and zero are left out.
@@ -115,10 +129,10 @@ Bytes ToWire(const RecordInfo& record, ByteView bytes);
 /// The inverse of ToWire.
 Bytes FromWire(const RecordInfo& record, ByteView bytes);
 
-/// Sets one field by its name from text, as DecodeRecord writes it: decimal, 0x hexadecimal,
-/// "none", "us"/"ds", a MAC or an IP address, names of bits joined by '|', hexadecimal digits. The
-/// record is in the processor's byte order. Returns an error text that names the field and what was
-/// expected, and leaves the bytes alone, or nothing when done.
+/// Sets one field by its name, as FindField takes it, from text, as DecodeRecord writes it:
+/// decimal, 0x hexadecimal, "none", "us"/"ds", a MAC or an IP address, names of bits joined by '|',
+/// hexadecimal digits. The record is in the processor's byte order. Returns an error text that
+/// names the field and what was expected, and leaves the bytes alone, or nothing when done.
 std::optional<std::string> SetField(const RecordInfo& record, std::string_view field,
                                     std::string_view value, Bytes& bytes);
 

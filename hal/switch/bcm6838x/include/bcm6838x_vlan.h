@@ -15,34 +15,6 @@
 
 BCM6838X_BEGIN_DECLS
 
-/// A VLAN of a port's trunk list; free when all fields are 0.
-typedef struct PortVlanTrunkEntry {
-  uint8_t port;       ///< UNI port, 1..32
-  uint8_t reserved1;  ///< zero
-  uint16_t vid;       ///< VID, 1..4095
-} PortVlanTrunkEntry;
-
-/// A pair of a port's translation list; free when all fields are 0.
-typedef struct PortVlanTransEntry {
-  uint8_t port;         ///< UNI port, 1..32
-  uint8_t reserved1;    ///< zero
-  uint16_t dsPriority;  ///< priority written into the downstream action, 0..7
-  uint16_t localVid;    ///< VID on the UNI side, 1..4095
-  uint16_t usPriority;  ///< priority written into the upstream action, 0..7
-  uint16_t netVid;      ///< VID on the network side, 1..4095
-} PortVlanTransEntry;
-
-/// A customer VLAN of a port's stacking list and the service VLAN around it; free when all fields
-/// are 0.
-typedef struct PortVlanStackEntry {
-  uint8_t port;          ///< UNI port, 1..32
-  uint8_t reserved1[3];  ///< zero
-  uint32_t stackParam;   ///< 2 in the entries that BDCOM stacking builds
-  uint32_t cvid;         ///< customer VID in the low 12 bits
-  uint16_t reserved12;   ///< zero
-  uint16_t svid;         ///< service VID, 1..4095
-} PortVlanStackEntry;
-
 /// A range of customer VLANs to put into a port's stacking list or to take out of it.
 typedef struct PortVlanStackRange {
   uint8_t port;          ///< UNI port, 1..32

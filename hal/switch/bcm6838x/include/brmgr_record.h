@@ -72,9 +72,10 @@ enum {
 
 // Field tables: FIELD(record, offset, type, name, array suffix or nothing, format, access,
 // meaning). The formats are those of the decoder: DEC, HEX, INDEX, DIR, KEYS, FORWARD, TAG_OPS,
-// MAC, IP, BYTES, TAG (a nested VlanTagSpec) and RESERVED. Access says who fills the field: CALLER,
-// DRIVER (sent as a placeholder, filled by the driver), BOTH (a proposal that the driver may
-// change) or NOBODY (sent as zero).
+// MAC, IP, BYTES, TAG (a nested VlanTagSpec), LIST (an array of records of which those are in use
+// that are not all zero) and RESERVED. Access says who fills the field: CALLER, DRIVER (sent as a
+// placeholder, filled by the driver), BOTH (a proposal that the driver may change) or NOBODY (sent
+// as zero).
 /// @cond
 // clang-format off
 #define DRV_INIT_RECORD_FIELDS(FIELD, R)                                                              \
@@ -219,7 +220,49 @@ enum {
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "data-path port of the UNI")       \
   FIELD(R, 4,   uint8_t,  priority,        [64], BYTES,    CALLER, "priority given to each DSCP")
 
-/// Every record, and the tag nested in one: X(record, FIELD TABLE, size in bytes, what it is).
+#define PORT_VLAN_TRUNK_ENTRY_FIELDS(FIELD, R)                                                        \
+  FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
+  FIELD(R, 1,   uint8_t,  reserved1,       ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 2,   uint16_t, vid,             ,     DEC,      CALLER, "VID, 1..4095")
+
+#define PORT_VLAN_TRANS_ENTRY_FIELDS(FIELD, R)                                                        \
+  FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
+  FIELD(R, 1,   uint8_t,  reserved1,       ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 2,   uint16_t, dsPriority,      ,     DEC,      CALLER, "priority written into the downstream action, 0..7") \
+  FIELD(R, 4,   uint16_t, localVid,        ,     DEC,      CALLER, "VID on the UNI side, 1..4095")    \
+  FIELD(R, 6,   uint16_t, usPriority,      ,     DEC,      CALLER, "priority written into the upstream action, 0..7") \
+  FIELD(R, 8,   uint16_t, netVid,          ,     DEC,      CALLER, "VID on the network side, 1..4095")
+
+#define PORT_VLAN_STACK_ENTRY_FIELDS(FIELD, R)                                                        \
+  FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
+  FIELD(R, 1,   uint8_t,  reserved1,       [3],  RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 4,   uint32_t, stackParam,      ,     DEC,      CALLER, "2 in the entries that BDCOM stacking builds") \
+  FIELD(R, 8,   uint32_t, cvid,            ,     DEC,      CALLER, "customer VID")                    \
+  FIELD(R, 12,  uint16_t, reserved12,      ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 14,  uint16_t, svid,            ,     DEC,      CALLER, "service VID, 1..4095")
+
+#define PORT_VLAN_INFO_FIELDS(FIELD, R)                                                               \
+  FIELD(R, 0,   uint16_t, pvid,            ,     DEC,      CALLER, "port VID")                        \
+  FIELD(R, 2,   uint16_t, priority,        ,     DEC,      CALLER, "default priority of the port, 0..255") \
+  FIELD(R, 4,   uint16_t, tpid,            ,     HEX,      CALLER, "tag protocol identifier of the port VID's tag; 0x8100 once a port VID was set") \
+  FIELD(R, 6,   uint16_t, tagAttr,         ,     DEC,      CALLER, "cleared whenever a port VID is set") \
+  FIELD(R, 8,   uint32_t, vlanMode,        ,     DEC,      CALLER, "0 transparent, 1 tag, 2 and 3 translation, 4 trunk, 19 ZTE trunk, 20 hybrid, 160 ZTE stacking, 253 BDCOM stacking, 255 none") \
+  FIELD(R, 12,  uint32_t, stackingEnable,  ,     DEC,      CALLER, "1 since an entry was put into the stacking list, 0 again when a delete has left it empty") \
+  FIELD(R, 16,  PortVlanTrunkEntry, trunkList, [512], LIST, CALLER, "VLANs of trunk, hybrid and ZTE trunk mode") \
+  FIELD(R, 2064, PortVlanTransEntry, translationList, [512], LIST, CALLER, "pairs of translation mode") \
+  FIELD(R, 7184, PortVlanStackEntry, stackingList, [512], LIST, CALLER, "customer and service VLANs of BDCOM stacking mode")
+
+#define PORT_VLAN_TABLE_FIELDS(FIELD, R)                                                              \
+  FIELD(R, 0,   PortVlanInfo, port,        [32], LIST,     CALLER, "configuration of each UNI port; port 1 is the first")
+
+#define IPHOST_VLAN_RECORD_FIELDS(FIELD, R)                                                           \
+  FIELD(R, 0,   uint16_t, tci,             ,     HEX,      CALLER, "tag control information: priority 7 and the VID") \
+  FIELD(R, 2,   uint16_t, reserved2,       ,     RESERVED, NOBODY, "zero")
+
+#define CTC_MODE_RECORD_FIELDS(FIELD, R)                                                              \
+  FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")
+
+/// Every record, and those nested in others: X(record, FIELD TABLE, size in bytes, what it is).
 #define BRMGR_RECORD_LIST(X)                                                                          \
   X(DrvInitRecord,   DRV_INIT_RECORD_FIELDS,   32,  "Port counts handed over at start-up.")           \
   X(FeatureRecord,   FEATURE_RECORD_FIELDS,    4,   "Feature switch handed over at start-up.")        \
@@ -236,12 +279,19 @@ enum {
   X(PortStpRecord,   PORT_STP_RECORD_FIELDS,   12,  "Spanning tree of a port.")                       \
   X(PortMirrorRecord, PORT_MIRROR_RECORD_FIELDS, 16, "Port mirroring.")                               \
   X(MacLimitRecord,  MAC_LIMIT_RECORD_FIELDS,  2,   "Learning limit of the MAC table.")               \
-  X(MacLearnRecord,  MAC_LEARN_RECORD_FIELDS,  4,   "Learning switch of the MAC table.")           \
+  X(MacLearnRecord,  MAC_LEARN_RECORD_FIELDS,  4,   "Learning switch of the MAC table.")             \
   X(PolicerCfg,      POLICER_CFG_FIELDS,       24,  "Upstream policer of a port.")                    \
   X(PolicerDel,      POLICER_DEL_FIELDS,       8,   "Names the port whose policer to delete.")        \
   X(PortRateRecord,  PORT_RATE_RECORD_FIELDS,  8,   "Line rate of a port.")                           \
   X(DsRateLimitRecord, DS_RATE_LIMIT_RECORD_FIELDS, 8, "Downstream rate limit of a port.")            \
-  X(DscpMapRecord,   DSCP_MAP_RECORD_FIELDS,   68,  "Map of a port from DSCP to priority.")
+  X(DscpMapRecord,   DSCP_MAP_RECORD_FIELDS,   68,  "Map of a port from DSCP to priority.")                \
+  X(PortVlanTrunkEntry, PORT_VLAN_TRUNK_ENTRY_FIELDS, 4, "A VLAN of a port's trunk list.")            \
+  X(PortVlanTransEntry, PORT_VLAN_TRANS_ENTRY_FIELDS, 10, "A pair of a port's translation list.")     \
+  X(PortVlanStackEntry, PORT_VLAN_STACK_ENTRY_FIELDS, 16, "A customer VLAN of a port's stacking list and the service VLAN around it.") \
+  X(PortVlanInfo,    PORT_VLAN_INFO_FIELDS,    15376, "VLAN configuration of a UNI port.")            \
+  X(PortVlanTable,   PORT_VLAN_TABLE_FIELDS,   492032, "VLAN configuration of all UNI ports.")        \
+  X(IphostVlanRecord, IPHOST_VLAN_RECORD_FIELDS, 4, "VLAN tag of the unit's own IP traffic.")         \
+  X(CtcModeRecord,   CTC_MODE_RECORD_FIELDS,   1,   "Names a port whose VLAN mode was set by its code.")
 
 /// Which record a command carries: X(command NAME, record).
 #define BRMGR_COMMAND_RECORD_LIST(X)       \
@@ -265,7 +315,12 @@ enum {
   X(POLICER_DEL,     PolicerDel)           \
   X(PORT_STATE,      PortRateRecord)       \
   X(DS_RATE_LIMIT,   DsRateLimitRecord)    \
-  X(DSCP_MAP,        DscpMapRecord)
+  X(DSCP_MAP,        DscpMapRecord)        \
+  X(IPHOST_VLAN_ADD, IphostVlanRecord)     \
+  X(IPHOST_VLAN_DEL, IphostVlanRecord)     \
+  X(CTC_MODE_A,      CtcModeRecord)        \
+  X(CTC_MODE_B,      CtcModeRecord)        \
+  X(VLAN_REBUILD,    PortVlanTable)
 // clang-format on
 
 #define BRMGR_DECLARE_FIELD(record, offset, type, name, array, format, access, text) \

@@ -7,11 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 
-#include <bcm6838x_vlan.h>
+#include <brmgr_record.h>
 
 #include "bcm6838x_vlan_internal.h"
 
-constexpr size_t kVlanListEntries = 512;
+constexpr size_t kVlanListEntries = sizeof(PortVlanInfo::trunkList) / sizeof(PortVlanTrunkEntry);
 
 /// What a port does with VLAN tags; also the mode codes of BCM6838X_SetPortCtcMode.
 enum PortVlanMode : uint32_t {
@@ -26,23 +26,6 @@ enum PortVlanMode : uint32_t {
   kVlanModeBdcomStacking = 253,
   kVlanModeNone = 255,  ///< after start-up
 };
-
-/// One port's configuration. The driver receives the records of all ports in one table.
-struct PortVlanInfo {
-  uint16_t pvid;
-  uint16_t priority;        ///< default priority, 0..255
-  uint16_t tpid;            ///< of the PVID tag
-  uint16_t tagAttr;         ///< cleared whenever a PVID is set
-  uint32_t vlanMode;        ///< a PortVlanMode
-  uint32_t stackingEnable;  ///< 1 while stackingList has had entries
-  PortVlanTrunkEntry trunkList[kVlanListEntries];
-  PortVlanTransEntry translationList[kVlanListEntries];
-  PortVlanStackEntry stackingList[kVlanListEntries];
-};
-static_assert(offsetof(PortVlanInfo, trunkList) == 16);
-static_assert(offsetof(PortVlanInfo, translationList) == 2064);
-static_assert(offsetof(PortVlanInfo, stackingList) == 7184);
-static_assert(sizeof(PortVlanInfo) == 15376);
 
 extern "C" {
 extern PortVlanInfo g_PortVlanInfo[kUniPorts];     ///< as last set
