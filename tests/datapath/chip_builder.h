@@ -1,12 +1,15 @@
 /// @file
-/// Fills the chip's tables in a test, one object a call.
+/// Fills the chip's tables in a test, one object a call, and has the ports' links in its hand.
 #pragma once
 
 #include <cstdint>
+#include <set>
 
 #include <brmgr_record.h>
 
+#include "datapath/ports.h"
 #include "device/chip_tables.h"
+#include "device/port_tables.h"
 
 namespace virtual_onu {
 
@@ -15,6 +18,12 @@ constexpr std::uint32_t kDown = BRMGR_DIR_DOWNSTREAM;
 
 struct ChipBuilder {
   ChipTables tables;
+  PortTables portTables;
+  std::set<std::uint32_t> linksDown;  ///< UNI port numbers
+
+  [[nodiscard]] Ports ports(std::uint32_t uniPorts) const {
+    return {portTables, uniPorts, [this](std::uint32_t uni) { return !linksDown.contains(uni); }};
+  }
 
   void addClass(std::uint32_t dir, std::uint32_t icIndex, std::uint32_t fieldMask,
                 std::uint32_t priority) {

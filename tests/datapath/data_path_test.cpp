@@ -25,7 +25,7 @@ void ExpectDropped(const Verdict& verdict, Outcome outcome, const std::string& o
 TEST(DataPath, Offer_UpstreamFlowForwards_LeavesAtTheWan) {
   ChipBuilder chip;
   chip.addMatchAll(kUp).queue = 5;
-  const Verdict verdict = DataPath(chip.tables, kUniPorts).offer(kUni1, Hex(kTagged));
+  const Verdict verdict = DataPath(chip.tables, chip.ports(kUniPorts)).offer(kUni1, Hex(kTagged));
   EXPECT_EQ(verdict.outcome, Outcome::FlowForward);
   EXPECT_EQ(verdict.dir, 1U);
   EXPECT_EQ(verdict.egress, std::vector<PortId>{PortId::Wan()});
@@ -39,7 +39,8 @@ TEST(DataPath, Offer_UpstreamFlowForwards_LeavesAtTheWan) {
 TEST(DataPath, Offer_DownstreamFlowForwards_LeavesAtEveryUniPort) {
   ChipBuilder chip;
   chip.addMatchAll(kDown);
-  const Verdict verdict = DataPath(chip.tables, kUniPorts).offer(PortId::Wan(), Hex(kTagged));
+  const Verdict verdict =
+      DataPath(chip.tables, chip.ports(kUniPorts)).offer(PortId::Wan(), Hex(kTagged));
   EXPECT_EQ(verdict.outcome, Outcome::FlowForward);
   EXPECT_EQ(verdict.dir, 0U);
   EXPECT_EQ(verdict.egress, (std::vector<PortId>{PortId::Uni(1), PortId::Uni(2)}));
@@ -51,7 +52,7 @@ TEST(DataPath, Offer_FlowTraps_HandsTheFrameOverUnchanged) {
   flow.forward = BRMGR_FORWARD_TRAP;
   flow.vlanActionIndex = 3;
   chip.addAction(kUp, 3, BRMGR_TAG_POP);
-  const Verdict verdict = DataPath(chip.tables, kUniPorts).offer(kUni1, Hex(kTagged));
+  const Verdict verdict = DataPath(chip.tables, chip.ports(kUniPorts)).offer(kUni1, Hex(kTagged));
   EXPECT_EQ(verdict.outcome, Outcome::FlowTrap);
   EXPECT_EQ(verdict.frame, Hex(kTagged));
   EXPECT_TRUE(verdict.egress.empty());
@@ -63,7 +64,7 @@ TEST(DataPath, Offer_AccessControlFlow_Drops) {
   ChipBuilder chip;
   IngressFlowRule& flow = chip.addMatchAll(kUp);
   flow.forward = BRMGR_FORWARD_ACL;
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   const Verdict verdict = path.offer(kUni1, Hex(kTagged));
   ExpectDropped(verdict, Outcome::FlowAccessControl, kTagged);
   EXPECT_EQ(verdict.flowIndex, 0U);
@@ -75,7 +76,7 @@ TEST(DataPath, Offer_AccessControlFlow_Drops) {
 TEST(DataPath, Offer_DirectionWithoutClasses_DropsWithNoClass) {
   ChipBuilder chip;
   chip.addMatchAll(kDown);
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   ExpectDropped(path.offer(kUni1, Hex(kTagged)), Outcome::NoClass, kTagged);
   EXPECT_EQ(path.offer(PortId::Wan(), Hex(kTagged)).outcome, Outcome::FlowForward);
 }
@@ -83,7 +84,7 @@ TEST(DataPath, Offer_DirectionWithoutClasses_DropsWithNoClass) {
 TEST(DataPath, Offer_NoFlowMatches_DropsWithNoFlow) {
   ChipBuilder chip;
   chip.addClass(kUp, 0, BRMGR_KEY_OUTER_VID, 1);
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   ExpectDropped(path.offer(kUni1, Hex(kTagged)), Outcome::NoFlow, kTagged);
 
   chip.addFlow(kUp, 0, 7).outerVid = 101;
@@ -99,7 +100,7 @@ TEST(DataPath, Offer_NoFlowMatches_DropsWithNoFlow) {
 TEST(DataPath, Offer_UnknownForwardWord_Drops) {
   ChipBuilder chip;
   IngressFlowRule& flow = chip.addMatchAll(kUp);
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   for (const std::uint32_t forward : {0U, 3U, 5U, 0xFFFFFFFFU}) {
     flow.forward = forward;
     chip.tables.upstream.classes.at(0).flows.at(0) = flow;
@@ -111,7 +112,7 @@ TEST(DataPath, Offer_VlanActionMissing_DropsAndNamesIt) {
   ChipBuilder chip;
   chip.addMatchAll(kUp).vlanActionIndex = 9;
   chip.addAction(kDown, 9, BRMGR_TAG_POP);
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   const Verdict verdict = path.offer(kUni1, Hex(kTagged));
   ExpectDropped(verdict, Outcome::UnknownVlanAction, kTagged);
   EXPECT_EQ(verdict.vlanActionIndex, 9U);
@@ -124,7 +125,7 @@ TEST(DataPath, Offer_FlowWithVlanAction_EditsTheFrameThatLeaves) {
   ChipBuilder chip;
   chip.addMatchAll(kUp).vlanActionIndex = 0;
   chip.addAction(kUp, 0, BRMGR_TAG_PUSH | BRMGR_TAG_REPLACE_PRIORITY, {300, 6, 0, 0x8100});
-  const Verdict verdict = DataPath(chip.tables, kUniPorts).offer(kUni1, Hex(kUntagged));
+  const Verdict verdict = DataPath(chip.tables, chip.ports(kUniPorts)).offer(kUni1, Hex(kUntagged));
   EXPECT_EQ(verdict.vlanActionIndex, 0U);
   EXPECT_EQ(verdict.frame, Hex(kMacs + "8100 c12c " + kPlain));
 }
@@ -132,7 +133,7 @@ TEST(DataPath, Offer_FlowWithVlanAction_EditsTheFrameThatLeaves) {
 TEST(DataPath, Offer_DamagedFrames_DropBeforeAnyClass) {
   ChipBuilder chip;
   chip.addMatchAll(kUp);
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   ExpectDropped(path.offer(kUni1, Hex(kMacs + "88")), Outcome::RuntFrame, kMacs + "88");
   ExpectDropped(path.offer(kUni1, {}), Outcome::RuntFrame, "");
   ExpectDropped(path.offer(kUni1, Hex(kMacs + "8100 a064")), Outcome::TruncatedTag,
@@ -143,7 +144,7 @@ TEST(DataPath, Offer_DamagedFrames_DropBeforeAnyClass) {
 TEST(DataPath, Offer_PortThatTheUnitDoesNotHave_Drops) {
   ChipBuilder chip;
   chip.addMatchAll(kUp);
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   EXPECT_EQ(path.offer(PortId::Uni(2), Hex(kTagged)).outcome, Outcome::FlowForward);
   ExpectDropped(path.offer(PortId::Uni(3), Hex(kTagged)), Outcome::UnknownPort, kTagged);
   ExpectDropped(path.offer(PortId::Uni(0xFFFFFFFF), Hex(kTagged)), Outcome::UnknownPort, kTagged);
@@ -157,7 +158,7 @@ TEST(DataPath, Classes_AreTriedFromTheHighestPriority) {
     chip.addClass(kUp, index, 0, priority);
     chip.addFlow(kUp, index, 0);
   }
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   // Classes 1 and 3 have the same priority: the lower index goes first.
   for (const std::uint32_t expected : {2U, 1U, 3U, 0U}) {
     EXPECT_EQ(path.offer(kUni1, Hex(kTagged)).icIndex, expected);
@@ -172,7 +173,7 @@ TEST(DataPath, ClassWithoutAMatchingFlow_LeavesTheFrameToTheNextClass) {
   chip.addFlow(kUp, 0, 0).outerVid = 101;
   chip.addClass(kUp, 1, 0, 1);
   chip.addFlow(kUp, 1, 4);
-  const Verdict verdict = DataPath(chip.tables, kUniPorts).offer(kUni1, Hex(kTagged));
+  const Verdict verdict = DataPath(chip.tables, chip.ports(kUniPorts)).offer(kUni1, Hex(kTagged));
   EXPECT_EQ(verdict.icIndex, 1U);
   EXPECT_EQ(verdict.flowIndex, 4U);
 }
@@ -183,7 +184,7 @@ TEST(DataPath, Flows_AreTriedFromTheLowestIndex) {
   for (const std::uint32_t index : {30U, 2U, 11U}) {
     chip.addFlow(kUp, 0, index).outerVid = 100;
   }
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   for (const std::uint32_t expected : {2U, 11U, 30U}) {
     EXPECT_EQ(path.offer(kUni1, Hex(kTagged)).flowIndex, expected);
     chip.tables.upstream.classes.at(0).flows.erase(expected);
@@ -194,7 +195,7 @@ TEST(DataPath, Counters_CountFramesAndOctetsByPortAndOutcome) {
   ChipBuilder chip;
   chip.addClass(kUp, 0, BRMGR_KEY_OUTER_VID, 1);
   chip.addFlow(kUp, 0, 0).outerVid = 100;
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   path.offer(PortId::Uni(2), Hex(kTagged));
   path.offer(PortId::Uni(2), Hex(kTagged));
   path.offer(PortId::Uni(2), Hex(kUntagged));

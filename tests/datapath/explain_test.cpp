@@ -44,7 +44,7 @@ TEST(Explain, ShowsEveryClassFlowAndKeyUpToTheMatch) {
     flow.outerVid = vid;
     flow.vlanNum = 1;
   }
-  EXPECT_EQ(Lines(DataPath(chip.tables, kUniPorts).explain(kUni1, Hex(kTagged))),
+  EXPECT_EQ(Lines(DataPath(chip.tables, chip.ports(kUniPorts)).explain(kUni1, Hex(kTagged))),
             (std::vector<std::string>{
                 "class 2 priority 3 mask 0x0200",
                 "flow 0",
@@ -73,7 +73,7 @@ TEST(Explain, WritesEachKeyInItsNotation) {
   flow.dstIpVersion = 2;
   flow.etherType = 0x86DD;
   flow.srcMac[0] = 0xFE;
-  EXPECT_EQ(Lines(DataPath(chip.tables, kUniPorts).explain(kUni1, Hex(kUdp4))),
+  EXPECT_EQ(Lines(DataPath(chip.tables, chip.ports(kUniPorts)).explain(kUni1, Hex(kUdp4))),
             (std::vector<std::string>{
                 "class 0 priority 1 mask 0x5bee3",
                 "flow 0",
@@ -97,7 +97,7 @@ TEST(Explain, UnknownKey_IsNamed) {
   ChipBuilder chip;
   chip.addClass(kUp, 0, BRMGR_KEY_VLAN_NUM | 0x80000100U, 1);
   chip.addFlow(kUp, 0, 0);
-  EXPECT_EQ(Lines(DataPath(chip.tables, kUniPorts).explain(kUni1, Hex(kUntagged))),
+  EXPECT_EQ(Lines(DataPath(chip.tables, chip.ports(kUniPorts)).explain(kUni1, Hex(kUntagged))),
             (std::vector<std::string>{"class 0 priority 1 mask 0x80040100", "flow 0",
                                       "vlanNum 0 0 equal", "unknown key 0x80000100 none"}));
 }
@@ -106,14 +106,14 @@ TEST(Explain, VlanAction_ItsStepsAreListed) {
   ChipBuilder chip;
   chip.addMatchAll(kUp).vlanActionIndex = 1;
   chip.addAction(kUp, 1, BRMGR_TAG_POP);
-  EXPECT_EQ(DataPath(chip.tables, kUniPorts).explain(kUni1, Hex(kTagged)).actionSteps,
+  EXPECT_EQ(DataPath(chip.tables, chip.ports(kUniPorts)).explain(kUni1, Hex(kTagged)).actionSteps,
             std::vector<std::string>{"pop the outer tag"});
 }
 
 TEST(Explain, LeavesTheCountersAlone) {
   ChipBuilder chip;
   chip.addMatchAll(kUp);
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   EXPECT_EQ(path.explain(kUni1, Hex(kTagged)).verdict.outcome, Outcome::FlowForward);
   EXPECT_TRUE(path.counters().empty());
   path.offer(kUni1, Hex(kTagged));
@@ -147,7 +147,7 @@ ChipBuilder MixedChip() {
 
 TEST(Explain, VerdictIsThatOfOffer) {
   const ChipBuilder chip = MixedChip();
-  DataPath path(chip.tables, kUniPorts);
+  DataPath path(chip.tables, chip.ports(kUniPorts));
   std::vector<std::string> frames(kSamples.begin(), kSamples.end());
   frames.insert(frames.end(), {"", kMacs + "8100 a064"});
   std::set<Outcome> outcomes;

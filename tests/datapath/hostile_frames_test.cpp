@@ -69,7 +69,7 @@ std::uint64_t FramesCounted(const DataPath& path) {
 
 TEST(HostileFrames, EveryPrefixOfTheSamples_IsReadInsideItsBounds) {
   const ChipBuilder chip = BusyChip();
-  DataPath path(chip.tables, 1);
+  DataPath path(chip.tables, chip.ports(1));
   std::size_t tried = 0;
   for (const std::string& text : kSamples) {
     const Bytes frame = Hex(text);
@@ -85,7 +85,7 @@ TEST(HostileFrames, SamplesWithRandomBytes_AreReadInsideTheirBounds) {
   constexpr unsigned kSeed = 6838;
   constexpr std::size_t kRounds = 3000;
   const ChipBuilder chip = BusyChip();
-  DataPath path(chip.tables, 1);
+  DataPath path(chip.tables, chip.ports(1));
   std::mt19937 random(kSeed);
   for (std::size_t round = 0; round < kRounds; ++round) {
     Bytes frame = Hex(kSamples.at(random() % kSamples.size()));
@@ -104,7 +104,7 @@ TEST(HostileFrames, RandomBytesBehindIpAndTagTypes_AreReadInsideTheirBounds) {
   const std::vector<std::string> types = {"0800 4", "86dd 6", "8100 0",
                                           "88a8 0", "8863 1", "0026 4"};
   const ChipBuilder chip = BusyChip();
-  DataPath path(chip.tables, 1);
+  DataPath path(chip.tables, chip.ports(1));
   std::mt19937 random(kSeed);
   for (std::size_t round = 0; round < kRounds; ++round) {
     Bytes frame = Hex(kMacs + types.at(random() % types.size()) + "5");

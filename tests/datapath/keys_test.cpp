@@ -24,7 +24,7 @@ Outcome OutcomeUnder(std::uint32_t fieldMask, const FlowEdit& edit, const std::s
   ChipBuilder chip;
   chip.addClass(dir, 0, fieldMask, 1);
   edit(chip.addFlow(dir, 0, 0));
-  return DataPath(chip.tables, kUniPorts).offer(port, Hex(frame)).outcome;
+  return DataPath(chip.tables, chip.ports(kUniPorts)).offer(port, Hex(frame)).outcome;
 }
 
 void Set(std::uint8_t (&field)[6], std::array<std::uint8_t, 6> mac) {

@@ -24,6 +24,13 @@ TEST(Outcome, Names_AreTheseAndStable) {
       "runt_frame drop",
       "truncated_tag drop",
       "unknown_port drop",
+      "port_admin_down drop",
+      "port_link_down drop",
+      "no_egress drop",
+      "egress_admin_down drop",
+      "egress_link_down drop",
+      "egress_isolated drop",
+      "mirrored forward",
   };
   std::vector<std::string> names;
   for (const OutcomeInfo& info : AllOutcomes()) {

@@ -117,6 +117,21 @@ std::string FrameToText(const char* when, const virtual_onu::Bytes& frame) {
          virtual_onu::ToHex(frame) + "\n";
 }
 
+/// A line for each port that the frame did not leave by, and for each copy.
+std::string CopiesToText(const Verdict& verdict) {
+  std::string text;
+  for (const virtual_onu::ClosedPort& closed : verdict.closed) {
+    text += "not to " + closed.port.name() + ": " +
+            std::string(virtual_onu::Describe(closed.outcome).name) + "\n";
+  }
+  for (const virtual_onu::MirrorCopy& copy : verdict.copies) {
+    text += std::string("copy of the frame ") + (copy.received ? "received" : "transmitted") +
+            " at " + copy.of.name() + ", to " + copy.port.name() + ": " +
+            std::string(virtual_onu::Describe(copy.outcome).name) + "\n";
+  }
+  return text;
+}
+
 std::string OutcomeToText(const Verdict& verdict) {
   const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
   std::string text = "outcome: " + std::string(outcome.name) + ", " +
@@ -124,7 +139,11 @@ std::string OutcomeToText(const Verdict& verdict) {
   if (!verdict.egress.empty()) {
     text += " to " + DestinationOf(verdict);
   }
-  return text + " (" + std::string(outcome.text) + ")\n";
+  text += " (" + std::string(outcome.text) + ")\n";
+  if (verdict.neighbour) {
+    text += "switched locally: the destination was seen at " + verdict.neighbour->name() + "\n";
+  }
+  return text + CopiesToText(verdict);
 }
 
 }  // namespace

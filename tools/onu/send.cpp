@@ -39,6 +39,11 @@ void WriteCaptures(CaptureDirectory& captures, const Verdict& verdict, const tim
   for (const PortId port : verdict.egress) {
     captures.write(port.name(), {verdict.frame, time});
   }
+  for (const virtual_onu::MirrorCopy& copy : verdict.copies) {
+    if (copy.outcome == virtual_onu::Outcome::Mirrored) {
+      captures.write(copy.port.name(), {copy.frame, time});
+    }
+  }
 }
 
 /// Counts frames by disposition.
@@ -81,7 +86,7 @@ Result SendFrames(Session& session, const Arguments& arguments) {
     const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
     counts.add(outcome.disposition);
     table.add({std::to_string(list.size()), std::string(DispositionDone(outcome.disposition)),
-               std::string(outcome.name), DestinationOf(verdict),
+               std::string(outcome.name), DestinationOf(verdict) + CopiesOf(verdict),
                virtual_onu::SummarizeFrame(input.frame.bytes)});
     if (captures) {
       WriteCaptures(*captures, verdict, input.frame.time);

@@ -2,6 +2,9 @@
 /// Rendering of verdicts.
 #include "verdict_report.h"
 
+#include <map>
+#include <set>
+
 #include "datapath/frame.h"
 #include "datapath/outcome.h"
 #include "words.h"
@@ -17,6 +20,30 @@ Json OrNull(const std::optional<std::uint32_t>& index) {
   return index ? Json(*index) : Json(nullptr);
 }
 
+std::string NameOf(virtual_onu::Outcome outcome) {
+  return std::string(virtual_onu::Describe(outcome).name);
+}
+
+Json ClosedToJson(const Verdict& verdict) {
+  Json closed = Json::array();
+  for (const virtual_onu::ClosedPort& port : verdict.closed) {
+    closed.push_back({{"port", port.port.name()}, {"outcome", NameOf(port.outcome)}});
+  }
+  return closed;
+}
+
+Json CopiesToJson(const Verdict& verdict) {
+  Json copies = Json::array();
+  for (const virtual_onu::MirrorCopy& copy : verdict.copies) {
+    copies.push_back({{"port", copy.port.name()},
+                      {"of", copy.of.name()},
+                      {"when", copy.received ? "received" : "transmitted"},
+                      {"outcome", NameOf(copy.outcome)},
+                      {"frame", FrameToJson(copy.frame)}});
+  }
+  return copies;
+}
+
 }  // namespace
 
 Json VerdictToJson(const Verdict& verdict) {
@@ -27,12 +54,14 @@ Json VerdictToJson(const Verdict& verdict) {
   }
   return {{"dir", verdict.dir == 0 ? "ds" : "us"},
           {"disposition", std::string(virtual_onu::Name(outcome.disposition))},
-          {"outcome", std::string(outcome.name)},
+          {"outcome", NameOf(verdict.outcome)},
           {"icIndex", OrNull(verdict.icIndex)},
           {"flowIndex", OrNull(verdict.flowIndex)},
           {"vlanActionIndex", OrNull(verdict.vlanActionIndex)},
           {"queue", OrNull(verdict.queue)},
-          {"egress", egress}};
+          {"egress", egress},
+          {"closed", ClosedToJson(verdict)},
+          {"copies", CopiesToJson(verdict)}};
 }
 
 Json FrameToJson(const virtual_onu::Bytes& frame) {
@@ -55,6 +84,25 @@ std::string DestinationOf(const Verdict& verdict) {
     ports.push_back(port.name());
   }
   return Join(ports, ",");
+}
+
+std::string CopiesOf(const Verdict& verdict) {
+  std::map<virtual_onu::Outcome, std::set<virtual_onu::PortId>> ports;
+  for (const virtual_onu::ClosedPort& closed : verdict.closed) {
+    ports[closed.outcome].insert(closed.port);
+  }
+  for (const virtual_onu::MirrorCopy& copy : verdict.copies) {
+    ports[copy.outcome].insert(copy.port);
+  }
+  Words groups;
+  for (const auto& [outcome, group] : ports) {
+    Words names;
+    for (const virtual_onu::PortId port : group) {
+      names.push_back(port.name());
+    }
+    groups.push_back(NameOf(outcome) + ": " + Join(names, ","));
+  }
+  return groups.empty() ? "" : " (" + Join(groups, "; ") + ")";
 }
 
 std::string_view DispositionDone(Disposition disposition) {

@@ -10,7 +10,8 @@
 
 namespace onu {
 
-/// The verdict without the frames: disposition, outcome, and what decided.
+/// The verdict without the frame: disposition, outcome, what decided, and copies for the mirror
+/// port.
 Json VerdictToJson(const virtual_onu::Verdict& verdict);
 
 /// A frame: its bytes in hexadecimal, its length, and a summary.
@@ -18,6 +19,9 @@ Json FrameToJson(const virtual_onu::Bytes& frame);
 
 /// Where the frame went: the ports it left by, "unit" when it was trapped, "-" when dropped.
 std::string DestinationOf(const virtual_onu::Verdict& verdict);
+
+/// What became of its copies: " (egress_link_down: uni2,uni3; mirrored: uni4)"; nothing without.
+std::string CopiesOf(const virtual_onu::Verdict& verdict);
 
 /// What was done with a frame: the past tense of a disposition ("forwarded").
 std::string_view DispositionDone(virtual_onu::Disposition disposition);

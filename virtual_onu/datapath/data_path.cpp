@@ -2,6 +2,8 @@
 /// From the classification to the verdict, and the counters.
 #include "datapath/data_path.h"
 
+#include <utility>
+
 #include "datapath/classify.h"
 #include "datapath/vlan_action.h"
 
@@ -53,17 +55,52 @@ Outcome Edit(const DirectionTables& tables, std::uint32_t actionIndex, Verdict& 
 
 }  // namespace
 
-DataPath::DataPath(const ChipTables& tables, std::uint32_t uniPorts)
-    : tables_(tables), uniPorts_(uniPorts) {}
+DataPath::DataPath(const ChipTables& tables, Ports ports)
+    : tables_(tables), ports_(std::move(ports)) {}
 
 Verdict DataPath::offer(PortId port, ByteView frame) {
   Verdict verdict = decide(port, frame, nullptr);
-  OutcomeCount& count = counters_[{port, verdict.outcome}];
-  count.port = port;
-  count.outcome = verdict.outcome;
-  ++count.frames;
-  count.octets += frame.size();
+  if (verdict.outcome == Outcome::FlowForward && !port.isWan() && ports_.learns()) {
+    stations_.learn(port, frame);
+  }
+  count(port, verdict.outcome, frame.size());
+  for (const ClosedPort& closed : verdict.closed) {
+    count(closed.port, closed.outcome, verdict.frame.size());
+  }
+  for (const MirrorCopy& copy : verdict.copies) {
+    count(copy.port, copy.outcome, copy.frame.size());
+  }
+  countCrossings(port, frame.size(), verdict);
   return verdict;
+}
+
+void DataPath::count(PortId port, Outcome outcome, std::size_t octets) {
+  OutcomeCount& count = counters_[{port, outcome}];
+  count.port = port;
+  count.outcome = outcome;
+  ++count.frames;
+  count.octets += octets;
+}
+
+void DataPath::countCrossings(PortId port, std::size_t octets, const Verdict& verdict) {
+  if (!ports_.entryBlock(port)) {
+    PortCount& entered = portCounts_[port];
+    ++entered.framesIn;
+    entered.octetsIn += octets;
+  }
+  const auto leaves = [this](PortId by, const Bytes& frame) {
+    PortCount& left = portCounts_[by];
+    ++left.framesOut;
+    left.octetsOut += frame.size();
+  };
+  for (const PortId destination : verdict.egress) {
+    leaves(destination, verdict.frame);
+  }
+  for (const MirrorCopy& copy : verdict.copies) {
+    if (copy.outcome == Outcome::Mirrored) {
+      leaves(copy.port, copy.frame);
+    }
+  }
 }
 
 Explanation DataPath::explain(PortId port, ByteView frame) const {
@@ -81,8 +118,14 @@ std::vector<OutcomeCount> DataPath::counters() const {
   return counts;
 }
 
+PortCount DataPath::portCount(PortId port) const {
+  const auto found = portCounts_.find(port);
+  return found == portCounts_.end() ? PortCount() : found->second;
+}
+
 void DataPath::clearCounters() {
   counters_.clear();
+  portCounts_.clear();
 }
 
 /// @param[out] explanation  its trials and steps are filled; null when nobody reads them
@@ -90,8 +133,8 @@ Verdict DataPath::decide(PortId port, ByteView frame, Explanation* explanation) 
   Verdict verdict;
   verdict.dir = DirectionOf(port);
   verdict.frame.assign(frame.begin(), frame.end());
-  if (port.uni > uniPorts_) {
-    verdict.outcome = Outcome::UnknownPort;
+  if (const std::optional<Outcome> block = ports_.entryBlock(port)) {
+    verdict.outcome = *block;
     return verdict;
   }
   ReceivedFrame received;
@@ -101,48 +144,80 @@ Verdict DataPath::decide(PortId port, ByteView frame, Explanation* explanation) 
     verdict.outcome = OutcomeOf(fault);
     return verdict;
   }
-  classify(received, verdict, explanation);
+  mirror(port, true, frame, verdict);
+  const IngressFlowRule* const flow = classify(received, verdict, explanation);
+  if (flow != nullptr && verdict.outcome == Outcome::FlowForward) {
+    forward(port, *flow, verdict, explanation);
+  }
   return verdict;
 }
 
-/// Finds the deciding flow and carries its decision out.
-void DataPath::classify(const ReceivedFrame& received, Verdict& verdict,
-                        Explanation* explanation) const {
+const IngressFlowRule* DataPath::classify(const ReceivedFrame& received, Verdict& verdict,
+                                          Explanation* explanation) const {
   const DirectionTables& tables = tables_.of(verdict.dir);
   const Classification found =
       Classify(tables, received, explanation ? &explanation->classes : nullptr);
-  if (!found.flow) {
+  if (found.flow == nullptr) {
     verdict.outcome = tables.classes.empty() ? Outcome::NoClass : Outcome::NoFlow;
-    return;
+    return nullptr;
   }
   verdict.icIndex = found.icIndex;
   verdict.flowIndex = found.flowIndex;
   verdict.outcome = OutcomeOfDecision(found.flow->forward);
-  if (verdict.outcome == Outcome::FlowForward) {
-    forward(tables, *found.flow, verdict, explanation);
-  }
+  return found.flow;
 }
 
-void DataPath::forward(const DirectionTables& tables, const IngressFlowRule& flow, Verdict& verdict,
+void DataPath::forward(PortId port, const IngressFlowRule& flow, Verdict& verdict,
                        Explanation* explanation) const {
-  verdict.outcome = Edit(tables, flow.vlanActionIndex, verdict,
+  verdict.neighbour = stations_.neighbourOf(port, verdict.frame);
+  if (verdict.neighbour) {
+    leave(port, {*verdict.neighbour}, verdict);
+    return;
+  }
+  verdict.outcome = Edit(tables_.of(verdict.dir), flow.vlanActionIndex, verdict,
                          explanation ? &explanation->actionSteps : nullptr);
   if (verdict.outcome == Outcome::FlowForward) {
     verdict.queue = flow.queue;
-    verdict.egress = egressOf(verdict.dir);
+    leave(port, destinationsOf(verdict.dir), verdict);
   }
 }
 
-std::vector<PortId> DataPath::egressOf(std::uint32_t dir) const {
+std::vector<PortId> DataPath::destinationsOf(std::uint32_t dir) const {
   if (dir == BRMGR_DIR_UPSTREAM) {
     return {PortId::Wan()};
   }
   std::vector<PortId> ports;
-  ports.reserve(uniPorts_);
-  for (std::uint32_t number = 1; number <= uniPorts_; ++number) {
+  ports.reserve(uniPorts());
+  for (std::uint32_t number = 1; number <= uniPorts(); ++number) {
     ports.push_back(PortId::Uni(number));
   }
   return ports;
+}
+
+void DataPath::leave(PortId from, const std::vector<PortId>& destinations, Verdict& verdict) const {
+  for (const PortId to : destinations) {
+    if (const std::optional<Outcome> block = ports_.exitBlock(from, to)) {
+      verdict.closed.push_back({to, *block});
+    } else {
+      verdict.egress.push_back(to);
+      mirror(to, false, verdict.frame, verdict);
+    }
+  }
+  if (verdict.egress.empty()) {
+    verdict.outcome = Outcome::NoEgress;
+  }
+}
+
+/// Adds the copy of a frame that enters or leaves by a port, if the port is mirrored. Isolation
+/// does not hold copies back.
+void DataPath::mirror(PortId port, bool received, ByteView frame, Verdict& verdict) const {
+  if (const std::optional<PortId> to = ports_.mirrorOf(port, received)) {
+    verdict.copies.push_back({*to,
+                              port,
+                              received,
+                              ports_.exitBlock(PortId::Wan(), *to).value_or(Outcome::Mirrored),
+                              {frame.begin(), frame.end()}});
+  }
 }
 
 }  // namespace virtual_onu

@@ -13,11 +13,30 @@
 #include "base/bytes.h"
 #include "datapath/outcome.h"
 #include "datapath/port.h"
+#include "datapath/ports.h"
+#include "datapath/stations.h"
 #include "device/chip_tables.h"
 
 namespace virtual_onu {
 
 struct ReceivedFrame;
+
+/// A port that a frame was to leave by and did not.
+struct ClosedPort {
+  PortId port;
+  Outcome outcome = Outcome::EgressLinkDown;
+  bool operator==(const ClosedPort&) const = default;
+};
+
+/// A copy of a frame for the mirror port.
+struct MirrorCopy {
+  PortId port;            ///< the mirror port
+  PortId of;              ///< the port that is mirrored
+  bool received = false;  ///< the frame came to that port; else it left by it
+  Outcome outcome = Outcome::Mirrored;
+  Bytes frame;
+  bool operator==(const MirrorCopy&) const = default;
+};
 
 /// What becomes of one frame.
 struct Verdict {
@@ -28,8 +47,14 @@ struct Verdict {
   /// The action applied; with the outcome unknown_vlan_action the one that does not exist.
   std::optional<std::uint32_t> vlanActionIndex;
   std::optional<std::uint32_t> queue;  ///< of a forwarded frame
-  Bytes frame;  ///< the frame as it leaves or is trapped; the frame as offered when dropped
-  std::vector<PortId> egress;  ///< where it leaves; empty when trapped or dropped
+  /// The UNI port that the frame is switched to locally, as it came.
+  std::optional<PortId> neighbour;
+  /// The frame as it leaves, was to leave or is trapped; the frame as offered when it was dropped
+  /// before that.
+  Bytes frame;
+  std::vector<PortId> egress;      ///< where it leaves; empty when trapped or dropped
+  std::vector<ClosedPort> closed;  ///< where it was to leave and did not
+  std::vector<MirrorCopy> copies;
   bool operator==(const Verdict&) const = default;
 };
 
@@ -60,7 +85,8 @@ struct Explanation {
   std::vector<std::string> actionSteps;  ///< the operations of the VLAN action, in words
 };
 
-/// Frames counted by where they were offered and what became of them.
+/// Frames counted by where they were offered and what became of them. Copies that did not leave,
+/// and those for the mirror port, are counted at the port that they were to leave by.
 struct OutcomeCount {
   PortId port;
   Outcome outcome = Outcome::NoFlow;
@@ -68,9 +94,18 @@ struct OutcomeCount {
   std::uint64_t octets = 0;
 };
 
+/// Frames that crossed a port.
+struct PortCount {
+  std::uint64_t framesIn = 0;
+  std::uint64_t octetsIn = 0;
+  std::uint64_t framesOut = 0;  ///< mirrored copies too
+  std::uint64_t octetsOut = 0;
+  bool operator==(const PortCount&) const = default;
+};
+
 class DataPath {
  public:
-  DataPath(const ChipTables& tables, std::uint32_t uniPorts);
+  DataPath(const ChipTables& tables, Ports ports);
 
   /// Takes a frame in at a port and counts it.
   /// @param[in] port  any; a UNI port that the unit does not have gives the outcome unknown_port
@@ -81,20 +116,31 @@ class DataPath {
 
   /// What was counted so far, ordered by port (the WAN side first) and outcome; only what occurred.
   [[nodiscard]] std::vector<OutcomeCount> counters() const;
+  [[nodiscard]] PortCount portCount(PortId port) const;
+  /// Clears what counters() and portCount() tell.
   void clearCounters();
 
-  [[nodiscard]] std::uint32_t uniPorts() const { return uniPorts_; }
+  [[nodiscard]] std::uint32_t uniPorts() const { return ports_.uniPorts(); }
 
  private:
   [[nodiscard]] Verdict decide(PortId port, ByteView frame, Explanation* explanation) const;
-  void classify(const ReceivedFrame& received, Verdict& verdict, Explanation* explanation) const;
-  void forward(const DirectionTables& tables, const IngressFlowRule& flow, Verdict& verdict,
+  /// Returns the flow that decided, or null.
+  const IngressFlowRule* classify(const ReceivedFrame& received, Verdict& verdict,
+                                  Explanation* explanation) const;
+  void forward(PortId port, const IngressFlowRule& flow, Verdict& verdict,
                Explanation* explanation) const;
-  [[nodiscard]] std::vector<PortId> egressOf(std::uint32_t dir) const;
+  [[nodiscard]] std::vector<PortId> destinationsOf(std::uint32_t dir) const;
+  /// Lets the frame leave by those of the ports that are open to it.
+  void leave(PortId from, const std::vector<PortId>& destinations, Verdict& verdict) const;
+  void mirror(PortId port, bool received, ByteView frame, Verdict& verdict) const;
+  void count(PortId port, Outcome outcome, std::size_t octets);
+  void countCrossings(PortId port, std::size_t octets, const Verdict& verdict);
 
   const ChipTables& tables_;
-  std::uint32_t uniPorts_;
+  Ports ports_;
   std::map<std::pair<PortId, Outcome>, OutcomeCount> counters_;
+  std::map<PortId, PortCount> portCounts_;
+  Stations stations_;
 };
 
 }  // namespace virtual_onu

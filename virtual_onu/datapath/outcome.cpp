@@ -29,6 +29,21 @@ constexpr std::array kOutcomes = {
                 "the frame ends inside a VLAN tag or before the EtherType behind it"},
     OutcomeInfo{Outcome::UnknownPort, "unknown_port", Disposition::Drop,
                 "the unit has no such UNI port"},
+    OutcomeInfo{Outcome::PortAdminDown, "port_admin_down", Disposition::Drop,
+                "the UNI port that the frame came to is administratively down"},
+    OutcomeInfo{Outcome::PortLinkDown, "port_link_down", Disposition::Drop,
+                "the UNI port that the frame came to has no link"},
+    OutcomeInfo{Outcome::NoEgress, "no_egress", Disposition::Drop,
+                "every port that the frame was to leave by is closed to it"},
+    OutcomeInfo{Outcome::EgressAdminDown, "egress_admin_down", Disposition::Drop,
+                "of a copy: the UNI port that it was to leave by is administratively down"},
+    OutcomeInfo{Outcome::EgressLinkDown, "egress_link_down", Disposition::Drop,
+                "of a copy: the UNI port that it was to leave by has no link"},
+    OutcomeInfo{Outcome::EgressIsolated, "egress_isolated", Disposition::Drop,
+                "of a copy: the UNI port that it was to leave by is isolated from the one it came "
+                "to"},
+    OutcomeInfo{Outcome::Mirrored, "mirrored", Disposition::Forward,
+                "of a copy: it left by the mirror port"},
 };
 
 constexpr bool InOrderOfTheEnumeration() {

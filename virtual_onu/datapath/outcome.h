@@ -21,7 +21,14 @@ enum class Outcome : std::uint8_t {
   UnknownVlanAction,
   RuntFrame,
   TruncatedTag,
-  UnknownPort
+  UnknownPort,
+  PortAdminDown,
+  PortLinkDown,
+  NoEgress,
+  EgressAdminDown,
+  EgressLinkDown,
+  EgressIsolated,
+  Mirrored
 };
 
 struct OutcomeInfo {

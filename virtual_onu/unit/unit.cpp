@@ -43,7 +43,9 @@ Unit::Unit(UnitConfig config)
       interfaces_(trace_, config.platform.ethPorts),
       shell_({device_, interfaces_, g_PortRevert}),
       platform_(std::move(config.platform), trace_, clock_, directory_),
-      dataPath_(device_.tables(), platform_.config().ethPorts) {
+      dataPath_(device_.tables(),
+                {device_.portTables(), platform_.config().ethPorts,
+                 [this](std::uint32_t uni) { return interfaces_.phy(uni).passesFrames(); }}) {
   Unit* none = nullptr;
   if (!currentUnit.compare_exchange_strong(none, this)) {
     throw std::logic_error("a virtual unit exists already; there is one at a time");

@@ -1,0 +1,48 @@
+/// @file
+/// The ports as the data path sees them: by which of them frames may enter and leave now, and which
+/// frames are mirrored. It reads what the driver and the PHYs keep.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+#include "datapath/outcome.h"
+#include "datapath/port.h"
+#include "device/port_tables.h"
+
+namespace virtual_onu {
+
+class Ports {
+ public:
+  /// @param[in] passesFrames  tells whether the PHY of a UNI port, from 1 to `uniPorts`, does
+  Ports(const PortTables& tables, std::uint32_t uniPorts,
+        std::function<bool(std::uint32_t uni)> passesFrames);
+
+  [[nodiscard]] std::uint32_t uniPorts() const { return uniPorts_; }
+
+  /// Why no frame enters by a port; nothing when frames do.
+  [[nodiscard]] std::optional<Outcome> entryBlock(PortId port) const;
+
+  /// Why no frame that entered by one port leaves by another; nothing when frames do. Both are
+  /// ports of the unit.
+  [[nodiscard]] std::optional<Outcome> exitBlock(PortId from, PortId to) const;
+
+  /// Tells whether source addresses are learned: until the driver was told not to.
+  [[nodiscard]] bool learns() const;
+
+  /// The UNI port that copies of a port's frames go to; nothing when they are not mirrored. The
+  /// mirror port's own frames and those of the WAN side are not.
+  /// @param[in] received  the frames that enter by the port, or else those that leave by it
+  [[nodiscard]] std::optional<PortId> mirrorOf(PortId port, bool received) const;
+
+ private:
+  [[nodiscard]] bool isAdminDown(PortId port) const;
+  [[nodiscard]] bool isLinkDown(PortId port) const;
+
+  const PortTables& tables_;
+  std::uint32_t uniPorts_;
+  std::function<bool(std::uint32_t uni)> passesFrames_;
+};
+
+}  // namespace virtual_onu
