@@ -41,6 +41,7 @@ TEST(Completion, SecondWord_IsTheRestOfTheName) {
 TEST(Completion, Ports_AreThoseOfTheUnit) {
   EXPECT_THAT(CandidatesOf("send "), ElementsAre("--out", "uni1", "uni2", "wan"));
   EXPECT_THAT(CandidatesOf("explain u"), ElementsAre("uni1", "uni2"));
+  EXPECT_THAT(CandidatesOf("link "), ElementsAre("pause", "uni1", "uni2"));
 }
 
 TEST(Completion, Frames_AreWordsAndCaptures) {
@@ -82,6 +83,10 @@ TEST(Completion, Keywords_AreOfferedOnce) {
 
 TEST(Completion, ChoicesAndKeys) {
   EXPECT_THAT(CandidatesOf("log o"), ElementsAre("off", "on"));
+  EXPECT_THAT(CandidatesOf("link uni1 "), ElementsAre("down", "pause", "up"));
+  EXPECT_THAT(CandidatesOf("link uni1 up "), ElementsAre("10", "100", "1000", "pause"));
+  EXPECT_THAT(CandidatesOf("link uni1 up 100 "), ElementsAre("full", "half", "pause"));
+  EXPECT_THAT(CandidatesOf("show p"), ElementsAre("phy", "ports"));
   EXPECT_THAT(CandidatesOf("config fail-m"), ElementsAre("fail-mac"));
   EXPECT_THAT(CandidatesOf("config fail-mac "), ElementsAre("off", "on"));
   EXPECT_THAT(CandidatesOf("config eth "), IsEmpty());

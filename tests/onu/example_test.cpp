@@ -66,13 +66,34 @@ TEST_P(HelpExample, Runs) {
 INSTANTIATE_TEST_SUITE_P(Table, HelpExample, testing::ValuesIn(AllExamples()),
                          [](const auto& test) { return test.param.name; });
 
-TEST(ExampleScript, StartUp_PrintsWhatIsExpected) {
-  const std::filesystem::path examples = test::Sources() / "tools/onu/examples";
-  const Finished finished = test::RunProgramHere({"run", "tools/onu/examples/start-up.onu"});
+const std::filesystem::path kExampleScripts = "tools/onu/examples";
+
+/// The example scripts, without the ending of their names.
+std::vector<std::string> ScriptNames() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(test::Sources() / kExampleScripts)) {
+    if (entry.path().extension() == ".onu") {
+      names.push_back(entry.path().stem());
+    }
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+class ExampleScript : public testing::TestWithParam<std::string> {};
+
+TEST_P(ExampleScript, PrintsWhatIsExpected) {
+  const std::filesystem::path script = kExampleScripts / GetParam();
+  const Finished finished = test::RunProgramHere({"run", script.string() + ".onu"});
   EXPECT_EQ(finished.status, 0);
   EXPECT_EQ(finished.errors, "");
-  EXPECT_EQ(finished.out, test::ReadFile(examples / "start-up.expected"));
+  EXPECT_EQ(finished.out, test::ReadFile(test::Sources() / (script.string() + ".expected")));
 }
+
+INSTANTIATE_TEST_SUITE_P(Scripts, ExampleScript, testing::ValuesIn(ScriptNames()),
+                         [](const auto& test) {
+                           return std::regex_replace(test.param, std::regex("-"), "_");
+                         });
 
 TEST(Documentation, ReferencePage_IsCurrent) {
   const Finished finished = test::RunProgramHere({"help", "--markdown"});

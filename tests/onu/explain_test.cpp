@@ -15,7 +15,8 @@ using testing::HasSubstr;
 
 TEST(Explain, ClassesAndKeys_AreShownInTheOrderTried) {
   const Json document =
-      RunLinesAsJson({"Init", "explain uni1 dst 01:80:c2:00:00:00"}).lastDocument();
+      RunLinesAsJson({"Init", "SetPortAdminState 1 1", "explain uni1 dst 01:80:c2:00:00:00"})
+          .lastDocument();
   std::vector<int> classes;
   for (const Json& trial : document["classes"]) {
     classes.push_back(trial["icIndex"].get<int>());
@@ -34,7 +35,7 @@ TEST(Explain, ClassesAndKeys_AreShownInTheOrderTried) {
 
 TEST(Explain, Action_IsShownWithTheFrameBeforeAndAfter) {
   const Json document =
-      RunLinesAsJson({"Init",
+      RunLinesAsJson({"Init", "SetPortAdminState 1 1",
                       "Ioctl VLAN_ACTION_ADD cmd=0x1 dir=us tag[0].vid=100 tag[0].tpid=0x8100",
                       "Ioctl FLOW_ADD dir=us icIndex=0 ingressPort=2 vlanNum=0 forward=1 "
                       "vlanActionIndex=0",
@@ -48,7 +49,7 @@ TEST(Explain, Action_IsShownWithTheFrameBeforeAndAfter) {
 }
 
 TEST(Explain, Text_ComparesBothValues) {
-  const Ran ran = RunLines({"Init", "explain uni1 dst 01:80:c2:00:00:00"});
+  const Ran ran = RunLines({"Init", "SetPortAdminState 1 1", "explain uni1 dst 01:80:c2:00:00:00"});
   EXPECT_THAT(ran.out, HasSubstr("offered at uni1, upstream\n"
                                  "class 4, priority 5, compares ingressPort|outerPbit|vlanNum\n"
                                  "  no flows\n"));

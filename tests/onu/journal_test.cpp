@@ -30,6 +30,9 @@ constexpr const char* kSession =
     "Ioctl VLAN_ACTION_ADD cmd=0x4 dir=ds flag 1\n"
     "Ioctl SEND_PKT raw 0102\n"
     "fault clear\n"
+    "SetPortAdminState 1 1\n"
+    "link uni1 up 100 half pause\n"
+    "link uni2 down\n"
     "send uni1 udp vlan 100 dport 67\n"
     "send wan in.pcap\n"
     "show classes\n"
@@ -65,7 +68,7 @@ TEST(Journal, Replay_InANewProcessIsIdentical) {
   SaveJournal(scratch);
   const Finished replayed = Replay(scratch);
   EXPECT_EQ(replayed.status, 0) << replayed.errors;
-  EXPECT_THAT(replayed.out, MatchesRegex("17 calls, [0-9]+ records identical\n"));
+  EXPECT_THAT(replayed.out, MatchesRegex("20 calls, [0-9]+ records identical\n"));
   EXPECT_EQ(replayed.errors, "");
 }
 
@@ -132,7 +135,7 @@ TEST(Journal, TamperedRecord_IsFound) {
 
 TEST(Journal, TamperedResultsCallsAndCounts_AreFound) {
   const Scratch scratch;
-  SaveJournal(scratch, "Init\nsend uni1 in.pcap\n");
+  SaveJournal(scratch, "Init\nSetPortAdminState 1 1\nsend uni1 in.pcap\n");
   const auto replayChanged = [&scratch](auto change) {
     ChangeJournal(scratch, change);
     const Finished replayed = Replay(scratch, "changed.json");
@@ -148,10 +151,10 @@ TEST(Journal, TamperedResultsCallsAndCounts_AreFound) {
                 events.erase(events.size() - 1);
               }),
               MatchesRegex(".*differs at /events: recorded [0-9]+ of them, now [0-9]+\n"));
-  EXPECT_THAT(replayChanged([](Json& json) { json["calls"][1]["result"]["outcome"] = "no_flow"; }),
+  EXPECT_THAT(replayChanged([](Json& json) { json["calls"][2]["result"]["outcome"] = "no_flow"; }),
               HasSubstr("differs at /result/outcome: recorded \"no_flow\", now \"flow_trap\""));
   EXPECT_THAT(replayChanged([](Json& json) { json["calls"].erase(0); }),
-              HasSubstr("call 1 (send uni1 0180c2000000"));
+              HasSubstr("call 1 (BCM6838X_SetPortAdminState 1 1): differs at /result/commands: "));
 }
 
 TEST(Journal, Replay_WantsAFreshSession) {

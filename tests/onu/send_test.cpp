@@ -26,7 +26,7 @@ constexpr const char* kBridgeGroup = "01:80:c2:00:00:00";
 constexpr const char* kUnknown = "00:00:00:00:00:09";
 
 /// Forwards all untagged frames of UNI port 1, and all downstream ones.
-const Words kForwarding = {"Init",
+const Words kForwarding = {"InitDrv", "RdpaIcInit",
                            "Ioctl FLOW_ADD dir=us icIndex=0 ingressPort=2 vlanNum=0 forward=pass",
                            "Ioctl FLOW_ADD dir=ds icIndex=0 ingressPort=0 vlanNum=0 forward=pass"};
 
@@ -36,8 +36,9 @@ Words With(Words lines, const std::string& line) {
 }
 
 TEST(Send, Verdict_NamesDispositionOutcomeAndDestination) {
-  const Json document =
-      RunLinesAsJson({"Init", std::string("send uni1 dst ") + kBridgeGroup}).lastDocument();
+  const Json document = RunLinesAsJson({"Init", "SetPortAdminState 1 1",
+                                        std::string("send uni1 dst ") + kBridgeGroup})
+                            .lastDocument();
   EXPECT_EQ(document["command"], "send");
   EXPECT_EQ(document["port"], "uni1");
   const Json& frame = document["frames"].at(0);
@@ -56,7 +57,7 @@ TEST(Send, Capture_GivesALineForEachFrameAndCounts) {
   const Scratch scratch;
   const std::string capture =
       scratch.write("in.pcap", CaptureOf({FrameTo(kBridgeGroup), FrameTo(kUnknown)}));
-  const Ran ran = RunLines({"Init", "send uni1 " + capture});
+  const Ran ran = RunLines({"Init", "SetPortAdminState 1 1", "send uni1 " + capture});
   EXPECT_EQ(ran.errors, "");
   EXPECT_THAT(ran.out, HasSubstr("1      trapped  flow_trap  unit  "));
   EXPECT_THAT(ran.out, HasSubstr("2      dropped  no_flow    -     "));
@@ -68,7 +69,8 @@ TEST(Send, NumberedFrame_IsTakenAlone) {
   const std::string capture =
       scratch.write("in.pcap", CaptureOf({FrameTo(kBridgeGroup), FrameTo(kUnknown)}));
   const Json frames =
-      RunLinesAsJson({"Init", "send uni1 " + capture + "#2"}).lastDocument()["frames"];
+      RunLinesAsJson({"Init", "SetPortAdminState 1 1", "send uni1 " + capture + "#2"})
+          .lastDocument()["frames"];
   ASSERT_EQ(frames.size(), 1U);
   EXPECT_EQ(frames[0]["source"], capture + "#2");
   EXPECT_EQ(frames[0]["outcome"], "no_flow");

@@ -61,6 +61,7 @@ TEST(Show, EmptyTables_SaySo) {
   EXPECT_EQ(Shown({"show flows"}, ""), "no flows\n");
   EXPECT_EQ(Shown({"show actions"}, ""), "no actions\n");
   EXPECT_EQ(Shown({"show counters"}, ""), "no frames\n");
+  EXPECT_EQ(Shown({"show vlans"}, ""), "no VLAN objects\n");
   EXPECT_EQ(Shown({"fault show"}, ""), "no faults\n");
   EXPECT_EQ(Shown({"show log"}, ""), "");
 }
@@ -115,8 +116,9 @@ TEST(Show, Log_CanBeCutToALevel) {
 
 TEST(Show, Counters_ByPortAndOutcome) {
   const Json counters =
-      RunLinesAsJson({"Init", "send uni1 dst 01:80:c2:00:00:00", "send uni1 dst 01:80:c2:00:00:00",
-                      "send wan dst 00:00:00:00:00:09", "show counters"})
+      RunLinesAsJson({"Init", "SetPortAdminState 1 1", "send uni1 dst 01:80:c2:00:00:00",
+                      "send uni1 dst 01:80:c2:00:00:00", "send wan dst 00:00:00:00:00:09",
+                      "show counters"})
           .lastDocument()["counters"];
   ASSERT_EQ(counters.size(), 2U);
   for (const Json& count : counters) {

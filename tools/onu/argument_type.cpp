@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <initializer_list>
 #include <iterator>
 #include <optional>
 #include <ranges>
@@ -56,6 +57,11 @@ bool AcceptsFilled(const std::string& word) {
   return !word.empty();
 }
 
+bool AcceptsUniPort(const std::string& word) {
+  const auto port = virtual_onu::ParsePort(word);
+  return port && !port->isWan();
+}
+
 std::vector<Choice> NoChoices() {
   return {};
 }
@@ -85,8 +91,35 @@ std::vector<Choice> Frames() {
   return choices;
 }
 
+/// Words that stand alone and need no explanation.
+std::vector<Choice> Plain(std::initializer_list<const char*> words) {
+  std::vector<Choice> choices;
+  for (const char* word : words) {
+    choices.push_back({word, "", ""});
+  }
+  return choices;
+}
+
+std::vector<Choice> Duplexes() {
+  return Plain({"full", "half"});
+}
+
+std::vector<Choice> LinkStates() {
+  return Plain({"up", "down"});
+}
+
+std::vector<Choice> Speeds() {
+  return Plain({"10", "100", "1000"});
+}
+
 std::vector<Choice> Switches() {
-  return {{"on", "", ""}, {"off", "", ""}};
+  return Plain({"on", "off"});
+}
+
+template <std::vector<Choice> (*choices)()>
+bool AcceptsChoice(const std::string& word) {
+  const std::vector<Choice> all = choices();
+  return std::ranges::find(all, word, &Choice::word) != all.end();
 }
 
 struct TypeRow {
@@ -106,6 +139,7 @@ constexpr TypeRow kTypes[] = {
      "Keys of the configuration"},
     {ArgumentType::ConfigValue, "a value of the key", AcceptsAll, NoChoices},
     {ArgumentType::Directory, "a directory", AcceptsFilled, NoChoices},
+    {ArgumentType::Duplex, "full or half", AcceptsChoice<Duplexes>, Duplexes},
     {ArgumentType::EntryName, "the name of a command or an operation", AcceptsFilled, NoChoices},
     {ArgumentType::FieldWord, "FIELD=VALUE",
      [](const std::string& word) { return word.find('=') != std::string::npos; }, NoChoices},
@@ -117,16 +151,18 @@ constexpr TypeRow kTypes[] = {
      AcceptsAll, Frames, "Words of a frame"},
     {ArgumentType::Hex, "pairs of hexadecimal digits",
      [](const std::string& word) { return virtual_onu::ParseHex(word).has_value(); }, NoChoices},
+    {ArgumentType::LinkState, "up or down", AcceptsChoice<LinkStates>, LinkStates},
     {ArgumentType::Number, "a number from 0 to 4294967295",
      [](const std::string& word) { return ParseNumber(word).has_value(); }, NoChoices},
     {ArgumentType::Port, "uni1 to uni32 or wan",
      [](const std::string& word) { return virtual_onu::ParsePort(word).has_value(); }, NoChoices},
+    {ArgumentType::Speed, "10, 100 or 1000", AcceptsChoice<Speeds>, Speeds},
     {ArgumentType::StackedVlan, "CVID:SVID or CVID:SVID:PARAM",
      [](const std::string& word) { return ReadNumbers(word, 2, 3).has_value(); }, NoChoices},
-    {ArgumentType::Switch, "on or off",
-     [](const std::string& word) { return word == "on" || word == "off"; }, Switches},
+    {ArgumentType::Switch, "on or off", AcceptsChoice<Switches>, Switches},
     {ArgumentType::TranslatedVlan, "LOCAL:NET, LOCAL:NET:UP or LOCAL:NET:UP:DOWN",
      [](const std::string& word) { return ReadNumbers(word, 2, 4).has_value(); }, NoChoices},
+    {ArgumentType::UniPort, "uni1 to uni32", AcceptsUniPort, NoChoices},
     {ArgumentType::Word, "a word", AcceptsAll, NoChoices},
 };
 

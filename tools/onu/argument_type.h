@@ -16,6 +16,7 @@ enum class ArgumentType : std::uint8_t {
   ConfigKey,
   ConfigValue,
   Directory,
+  Duplex,     ///< full or half
   EntryName,  ///< words of the name of a command or an operation
   FieldWord,  ///< FIELD=VALUE of a record
   File,
@@ -23,11 +24,14 @@ enum class ArgumentType : std::uint8_t {
   Fraction,
   Frame,
   Hex,
+  LinkState,  ///< up or down
   Number,
   Port,
+  Speed,           ///< 10, 100 or 1000
   StackedVlan,     ///< CVID:SVID
   Switch,          ///< on or off
   TranslatedVlan,  ///< LOCAL:NET
+  UniPort,
   Word
 };
 

@@ -15,7 +15,7 @@ const Argument kFrame = {"FRAME", ArgumentType::Frame,
 const Argument kCommand = {"CMD", ArgumentType::CommandCode, "counts commands of this code only",
                            Presence::Optional};
 
-std::vector<Command> ShowCommands() {
+std::vector<Command> ShowObjectCommands() {
   return {
       {{"show classes", {}, "lists the ingress classes", {"Init\nshow classes"}}, ShowClasses},
       {{"show flows", {}, "lists the flows with their keys and results", {"Init\nshow flows"}},
@@ -25,6 +25,27 @@ std::vector<Command> ShowCommands() {
         "lists the VLAN actions",
         {"Init\nIoctl VLAN_ACTION_ADD cmd=pop dir=ds\nshow actions"}},
        ShowActions},
+      {{"show vlans",
+        {},
+        "lists the VLAN objects of the data-path shell, those of the WAN side and of the LAN ports",
+        {"AddWanVlan 1 100 4096\nAddLanVlan 1 100\nshow vlans"}},
+       ShowVlans},
+      {{"show ports",
+        {},
+        "lists the ports: administrative state, link, the ports that each is isolated from, "
+        "mirroring, and the frames and octets that crossed them",
+        {"show ports", "Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\nshow ports"}},
+       ShowPorts},
+      {{"show phy",
+        {{"N", ArgumentType::Number, "UNI port, from 1"}},
+        "lists the registers of a port's PHY",
+        {"show phy 1", "Init\nshow phy 2"}},
+       ShowPhy},
+  };
+}
+
+std::vector<Command> ShowStateCommands() {
+  return {
       {{"show trace",
         {{"N", ArgumentType::Number, "only the newest N events", Presence::Optional},
          {"SEQ", ArgumentType::Number, "only events from this sequence number on",
@@ -41,7 +62,7 @@ std::vector<Command> ShowCommands() {
       {{"show counters",
         {},
         "lists the frames by port and outcome",
-        {"Init\nsend uni1 tests/data/stp.pcap\nshow counters"}},
+        {"Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\nshow counters"}},
        ShowCounters},
   };
 }
@@ -54,17 +75,38 @@ std::vector<Command> FrameCommands() {
          {"DIR", ArgumentType::Directory, "writes what left each port to captures there",
           Presence::Optional, "--out"}},
         "offers frames to the data path and tells what became of each",
-        {"Init\nsend uni1 tests/data/dhcp.pcap", "Init\nsend uni1 tests/data/stp.pcap#1",
+        {"Init\nSetPortAdminState 1 1\nsend uni1 tests/data/dhcp.pcap",
+         "Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap#1",
          "Init\nsend wan udp vlan 100 pcp 5 dport 67",
-         "Init\nsend uni1 tests/data/stp.pcap --out captures"}},
+         "Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap --out captures"}},
        SendFrames,
        true},
       {{"explain",
         {kPort, kFrame},
         "tells, and changes nothing, what would become of a frame and why: each class tried, each "
         "key compared",
-        {"Init\nexplain uni1 tests/data/stp.pcap#1", "Init\nexplain uni2 udp vlan 100 dport 67"}},
+        {"Init\nSetPortAdminState 1 1\nexplain uni1 tests/data/stp.pcap#1",
+         "Init\nSetPortAdminState 2 1\nexplain uni2 udp vlan 100 dport 67"}},
        ExplainFrame},
+  };
+}
+
+std::vector<Command> LinkCommands() {
+  return {
+      {{"link",
+        {{"PORT", ArgumentType::UniPort, "whose cable"},
+         {"STATE", ArgumentType::LinkState, "up plugs a link partner in, down unplugs it"},
+         {"SPEED", ArgumentType::Speed, "the only speed that the partner offers; without it, all",
+          Presence::Optional},
+         {"DUPLEX", ArgumentType::Duplex, "the only duplex mode that the partner offers",
+          Presence::Optional},
+         {"PAUSE", ArgumentType::Flag, "the partner offers pause frames", Presence::Optional,
+          "pause"}},
+        "changes what a port's cable leads to: a partner that negotiates, or none",
+        {"link uni1 down\nGetPortLinkState 1", "link uni1 up 100 full\nGetPortNegResult 1",
+         "link uni2 up pause\nshow ports"}},
+       ChangeLink,
+       true},
   };
 }
 
@@ -108,7 +150,8 @@ std::vector<Command> StateCommands() {
       {{"journal save",
         {{"FILE", ArgumentType::File, "where to write it"}},
         "saves all that changed something in this session, with the records that it caused",
-        {"Init\nsend uni1 tests/data/stp.pcap#1\njournal save session.json"}},
+        {"Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap#1\njournal save "
+         "session.json"}},
        JournalSave},
       {{"journal replay",
         {{"FILE", ArgumentType::File, "a saved journal"}},
@@ -149,8 +192,8 @@ std::vector<Command> ProgramCommands() {
 
 std::vector<Command> MakeTable() {
   std::vector<Command> table;
-  for (const auto& part :
-       {ShowCommands(), FrameCommands(), FaultCommands(), StateCommands(), ProgramCommands()}) {
+  for (const auto& part : {ShowObjectCommands(), ShowStateCommands(), FrameCommands(),
+                           LinkCommands(), FaultCommands(), StateCommands(), ProgramCommands()}) {
     table.insert(table.end(), part.begin(), part.end());
   }
   return table;

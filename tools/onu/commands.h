@@ -11,6 +11,9 @@ namespace onu {
 Result ShowClasses(Session& session, const Arguments& arguments);
 Result ShowFlows(Session& session, const Arguments& arguments);
 Result ShowActions(Session& session, const Arguments& arguments);
+Result ShowVlans(Session& session, const Arguments& arguments);
+Result ShowPorts(Session& session, const Arguments& arguments);
+Result ShowPhy(Session& session, const Arguments& arguments);
 Result ShowTrace(Session& session, const Arguments& arguments);
 Result ShowLog(Session& session, const Arguments& arguments);
 Result ShowConfig(Session& session, const Arguments& arguments);
@@ -18,6 +21,8 @@ Result ShowCounters(Session& session, const Arguments& arguments);
 
 Result SendFrames(Session& session, const Arguments& arguments);
 Result ExplainFrame(Session& session, const Arguments& arguments);
+
+Result ChangeLink(Session& session, const Arguments& arguments);
 
 Result FaultNth(Session& session, const Arguments& arguments);
 Result FaultFrom(Session& session, const Arguments& arguments);

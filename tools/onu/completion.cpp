@@ -79,6 +79,8 @@ Words WordsOf(Session& session, const Argument& row, std::span<const std::string
   switch (row.type) {
     case ArgumentType::Port:
       return PortNames(session);
+    case ArgumentType::UniPort:
+      return UniPortNames(session);
     case ArgumentType::FieldWord:
       return FieldWords(given);
     case ArgumentType::ConfigValue:

@@ -56,7 +56,7 @@ const std::vector<Operation> kRows = {
       "full, 5 1000 full",
       {"GetPortNegResult 1"}},
      Status,
-     BindReading(BCM6838X_GetPortNegResult, "result")},
+     BindReading(BCM6838X_GetPortNegResult, "negResult")},
     {{"BCM6838X_PauseAbilityGet",
       {kUniPort},
       "reads whether a port advertises pause: 2 or 0",

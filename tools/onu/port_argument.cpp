@@ -2,26 +2,46 @@
 /// Ports of the unit by name.
 #include "port_argument.h"
 
+#include <algorithm>
+
 #include "failure.h"
 
 namespace onu {
 
 using virtual_onu::PortId;
 
-PortId PortArgument(Session& session, const Arguments& arguments) {
+namespace {
+
+/// The port of the argument PORT, one of the names.
+PortId OneOf(const Words& names, const Arguments& arguments) {
   const PortId port = virtual_onu::ParsePort(arguments.word("PORT")).value();
-  if (port.uni > session.unit().dataPath().uniPorts()) {
-    throw WrongUse("PORT: expected " + Join(PortNames(session), ", ") + ", got " +
-                   Quote(port.name()) + "; the unit has no more ports (config eth)");
+  if (std::ranges::find(names, port.name()) == names.end()) {
+    throw WrongUse("PORT: expected " + Join(names, ", ") + ", got " + Quote(port.name()) +
+                   "; the unit has no more ports (config eth)");
   }
   return port;
 }
 
-Words PortNames(Session& session) {
+}  // namespace
+
+PortId PortArgument(Session& session, const Arguments& arguments) {
+  return OneOf(PortNames(session), arguments);
+}
+
+std::uint32_t UniPortArgument(Session& session, const Arguments& arguments) {
+  return OneOf(UniPortNames(session), arguments).uni;
+}
+
+Words UniPortNames(Session& session) {
   Words names;
   for (std::uint32_t uni = 1; uni <= session.unit().dataPath().uniPorts(); ++uni) {
     names.push_back(PortId::Uni(uni).name());
   }
+  return names;
+}
+
+Words PortNames(Session& session) {
+  Words names = UniPortNames(session);
   names.push_back(PortId::Wan().name());
   return names;
 }

@@ -73,6 +73,25 @@ std::string KeysOf(const IngressClass& ingressClass, const FieldTexts& flow) {
   return Join(keys, " ");
 }
 
+/// How many flows, and how many port actions, of the direction name an action.
+struct References {
+  std::size_t flows = 0;
+  std::size_t portActions = 0;
+};
+
+References ReferencesOf(const DirectionTables& direction, std::uint32_t actionIndex) {
+  References references;
+  for (const auto& [index, ingressClass] : direction.classes) {
+    for (const auto& [flowIndex, flow] : ingressClass.flows) {
+      references.flows += flow.vlanActionIndex == actionIndex ? 1 : 0;
+    }
+    for (const auto& [key, action] : ingressClass.portActions) {
+      references.portActions += action == actionIndex ? 1 : 0;
+    }
+  }
+  return references;
+}
+
 }  // namespace
 
 Result ShowClasses(Session& session, const Arguments& /*arguments*/) {
@@ -112,14 +131,19 @@ Result ShowFlows(Session& session, const Arguments& /*arguments*/) {
 Result ShowActions(Session& session, const Arguments& /*arguments*/) {
   Result result;
   Json& list = result.json["actions"] = Json::array();
-  TextTable table({"dir", "action", "operations", "vid", "pbit", "tpid"});
+  TextTable table({"dir", "action", "operations", "vid", "pbit", "tpid", "flows", "ports"});
   const ChipTables& tables = session.unit().device().tables();
   for (const DirectionTables* direction : {&tables.upstream, &tables.downstream}) {
     for (const auto& [index, action] : direction->actions) {
-      list.push_back(FieldsToJson(*FindRecord("VlanActionRule"), BytesOf(action)));
+      const References references = ReferencesOf(*direction, index);
+      Json json = FieldsToJson(*FindRecord("VlanActionRule"), BytesOf(action));
+      json["flows"] = references.flows;
+      json["portActions"] = references.portActions;
+      list.push_back(json);
       const FieldTexts fields("VlanActionRule", BytesOf(action));
       table.add({fields["dir"], fields["vlanActionIndex"], fields["cmd"], fields["tag[0].vid"],
-                 fields["tag[0].pbit"], fields["tag[0].tpid"]});
+                 fields["tag[0].pbit"], fields["tag[0].tpid"], std::to_string(references.flows),
+                 std::to_string(references.portActions)});
     }
   }
   result.text = table.text("no actions");

@@ -120,6 +120,7 @@ class DataPath {
   /// Clears what counters() and portCount() tell.
   void clearCounters();
 
+  [[nodiscard]] const Ports& ports() const { return ports_; }
   [[nodiscard]] std::uint32_t uniPorts() const { return ports_.uniPorts(); }
 
  private:

@@ -50,13 +50,19 @@ bool Ports::learns() const {
   return tables_.macLearn.value_or(1) != 0;
 }
 
-std::optional<PortId> Ports::mirrorOf(PortId port, bool received) const {
+std::optional<PortId> Ports::mirrorPort() const {
   const PortMirrorRecord& mirror = tables_.mirror;
+  return mirror.enable == 0 ? std::nullopt
+                            : std::optional(PortId::Uni(mirror.destinationPort - DevicePortOf(0)));
+}
+
+std::optional<PortId> Ports::mirrorOf(PortId port, bool received) const {
+  const std::uint32_t direction = tables_.mirror.direction;
   const std::uint32_t oneWay = received ? kMirrorReceived : kMirrorTransmitted;
-  const PortId destination = PortId::Uni(mirror.destinationPort - DevicePortOf(0));
-  const bool mirrored = mirror.enable != 0 && !port.isWan() && port != destination &&
-                        (mirror.direction == oneWay || mirror.direction == kMirrorBoth);
-  return mirrored ? std::optional(destination) : std::nullopt;
+  const std::optional<PortId> destination = mirrorPort();
+  const bool mirrored =
+      !port.isWan() && port != destination && (direction == oneWay || direction == kMirrorBoth);
+  return mirrored ? destination : std::nullopt;
 }
 
 }  // namespace virtual_onu

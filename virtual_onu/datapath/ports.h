@@ -31,6 +31,9 @@ class Ports {
   /// Tells whether source addresses are learned: until the driver was told not to.
   [[nodiscard]] bool learns() const;
 
+  /// The port that copies go to; nothing while nothing is mirrored.
+  [[nodiscard]] std::optional<PortId> mirrorPort() const;
+
   /// The UNI port that copies of a port's frames go to; nothing when they are not mirrored. The
   /// mirror port's own frames and those of the WAN side are not.
   /// @param[in] received  the frames that enter by the port, or else those that leave by it
