@@ -6,10 +6,6 @@
 
 #include "c_calls.h"
 
-void call_BCM6838X_InitVlan(void) {
-  EXPECT(BCM6838X_InitVlan() == BCM6838X_OK);
-}
-
 /// An upstream action that pushes VID 100.
 static VlanActionRule PushAction(void) {
   VlanActionRule rule;

@@ -24,7 +24,8 @@ set(c_interface
     c_calls_port.c
     c_calls_qos.c
     c_calls_vlan.c
-    c_calls_vlan_mode.c)
+    c_calls_vlan_mode.c
+    c_calls_vlan_port.c)
 add_c_program(c_interface_shared hal_bcm6838x ${c_interface})
 add_c_program(c_interface_archive hal_bcm6838x_static ${c_interface})
 add_c_program(archive_state hal_bcm6838x_static archive_state_test.c)

@@ -69,7 +69,7 @@ TEST(IoctlOperation, ReadBack_ShowsTheRecordAfterTheCall) {
   const Ran ran = RunLines({"Init", "Ioctl VLAN_ACTION_ADD cmd=0x4 dir=ds"});
   EXPECT_THAT(ran.out, HasSubstr("BCM6838X_Ioctl(VLAN_ACTION_ADD, cmd=0x4, dir=ds) = 0 (ok)\n"
                                  "  VlanActionRule "));
-  EXPECT_THAT(ran.out, HasSubstr("vlanActionIndex=0"));
+  EXPECT_THAT(ran.out, HasSubstr("vlanActionIndex=1"));
 }
 
 TEST(IoctlOperation, ReadBack_IsInTheDocument) {

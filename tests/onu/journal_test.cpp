@@ -112,7 +112,7 @@ TEST(Journal, File_HoldsRecordsLogLinesAndResults) {
       ++records;
     }
   }
-  EXPECT_EQ(records, 16) << "ports, eight classes, six flows, feature";
+  EXPECT_EQ(records, 17) << "ports, the default VLAN action, eight classes, six flows, feature";
 }
 
 TEST(Journal, TamperedRecord_IsFound) {

@@ -15,6 +15,7 @@ constexpr Argument kUniPort = {"port", ArgumentType::Number,
 const std::vector<Operation>& CoreOperations();
 const std::vector<Operation>& VlanOperations();
 const std::vector<Operation>& VlanModeOperations();
+const std::vector<Operation>& VlanPortOperations();
 const std::vector<Operation>& IgmpOperations();
 const std::vector<Operation>& PortOperations();
 const std::vector<Operation>& QosOperations();

@@ -10,8 +10,9 @@ namespace {
 
 std::vector<Operation> MakeTable() {
   std::vector<Operation> table;
-  for (const auto* part : {&CoreOperations(), &VlanOperations(), &VlanModeOperations(),
-                           &IgmpOperations(), &PortOperations(), &QosOperations()}) {
+  for (const auto* part :
+       {&CoreOperations(), &VlanOperations(), &VlanModeOperations(), &VlanPortOperations(),
+        &IgmpOperations(), &PortOperations(), &QosOperations()}) {
     table.insert(table.end(), part->begin(), part->end());
   }
   return table;

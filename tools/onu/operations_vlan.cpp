@@ -42,9 +42,6 @@ std::uint32_t DelActionByIndex(std::uint32_t dir, std::uint32_t index) {
 }
 
 const std::vector<Operation> kRows = {
-    {{"BCM6838X_InitVlan", {}, "builds the initial VLAN actions and tables", {"InitVlan"}},
-     Status,
-     Bind(BCM6838X_InitVlan)},
     {{"BCM6838X_AddVlanAction",
       {{"cmd", ArgumentType::Number,
         "tag operations: 1 push, 4 pop, 8 replace the VID, 256 replace the priority"},

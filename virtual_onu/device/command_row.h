@@ -2,6 +2,8 @@
 /// How a command finds its handler: the rows of the tables of commands.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -14,17 +16,19 @@
 
 namespace virtual_onu {
 
+struct CommandSize {
+  std::uint32_t code;
+  std::size_t size;
+};
+
+#define MAKE_SIZE(command, record) CommandSize{BRMGR_CMD_##command, sizeof(record)},
+inline constexpr std::array kCommandSizes = {BRMGR_COMMAND_RECORD_LIST(MAKE_SIZE)};
+#undef MAKE_SIZE
+
 /// Size of the described record of a command; 0 where none is described.
 constexpr std::size_t RecordSize(std::uint32_t code) {
-  switch (code) {
-#define RETURN_SIZE(command, record) \
-  case BRMGR_CMD_##command:          \
-    return sizeof(record);
-    BRMGR_COMMAND_RECORD_LIST(RETURN_SIZE)
-#undef RETURN_SIZE
-    default:
-      return 0;
-  }
+  const auto* const found = std::ranges::find(kCommandSizes, code, &CommandSize::code);
+  return found == kCommandSizes.end() ? 0 : found->size;
 }
 
 /// Runs a handler on a copy of the record, which need not be aligned in `bytes`. ExecuteCommand has

@@ -76,16 +76,18 @@ BRMGR_RECORD_LIST(DEFINE_FIELDS)
 #undef DEFINE_FIELDS
 #undef APPEND_FIELD
 
+struct CommandRecord {
+  std::uint32_t code;
+  const char* record;
+};
+
+#define MAKE_PAIR(command, record) CommandRecord{BRMGR_CMD_##command, #record},
+constexpr std::array kCommandRecords = {BRMGR_COMMAND_RECORD_LIST(MAKE_PAIR)};
+#undef MAKE_PAIR
+
 const RecordInfo* RecordOf(std::uint32_t code) {
-  switch (code) {
-#define RETURN_RECORD(command, record) \
-  case BRMGR_CMD_##command:            \
-    return FindRecord(#record);
-    BRMGR_COMMAND_RECORD_LIST(RETURN_RECORD)
-#undef RETURN_RECORD
-    default:
-      return nullptr;
-  }
+  const auto* const found = std::ranges::find(kCommandRecords, code, &CommandRecord::code);
+  return found == kCommandRecords.end() ? nullptr : FindRecord(found->record);
 }
 
 CommandInfo MakeCommand(std::uint32_t code, const char* name, std::uint32_t length,

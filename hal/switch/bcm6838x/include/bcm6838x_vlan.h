@@ -1,7 +1,7 @@
 /// @file
 /// VLAN rule tables: the pool of VLAN actions, the WAN and LAN VLAN objects of the data path, the
-/// shared downstream flows and the port actions on them; and the start-up of the VLAN area.
-/// With it come the builders of the port VLAN modes, bcm6838x_vlan_mode.h.
+/// shared downstream flows and the port actions on them. With it come the VLAN configuration of the
+/// ports, bcm6838x_vlan_port.h, and the builders of their modes, bcm6838x_vlan_mode.h.
 ///
 /// The management layer calls these operations one at a time; nothing is locked.
 #ifndef BCM6838X_VLAN_H
@@ -11,25 +11,10 @@
 
 #include "bcm6838x_api.h"
 #include "bcm6838x_vlan_mode.h"
+#include "bcm6838x_vlan_port.h"
 #include "brmgr_record.h"
 
 BCM6838X_BEGIN_DECLS
-
-/// A range of customer VLANs to put into a port's stacking list or to take out of it.
-typedef struct PortVlanStackRange {
-  uint8_t port;          ///< UNI port, 1..32
-  uint8_t reserved1[3];  ///< not read
-  uint32_t stackParam;   ///< as in PortVlanStackEntry
-  uint32_t cvidStart;    ///< first customer VID; advanced by the operation
-  uint16_t cvidEnd;      ///< last customer VID
-  uint16_t svid;         ///< service VID, 1..4095
-} PortVlanStackRange;
-
-/// Builds the initial VLAN actions and tables; called by BCM6838X_Init. The port VLAN modes are not
-/// built yet: the operation does nothing.
-///
-/// @return BCM6838X_OK
-BCM6838X_EXPORT uint32_t BCM6838X_InitVlan(void);
 
 /// Takes references on a VLAN action; the first user of a content creates it in the device
 /// (BRMGR_CMD_VLAN_ACTION_ADD). The content is `cmd`, both tags and `dir`. Logs what it does.

@@ -37,6 +37,15 @@ constexpr bool HasVlanInfo(uint32_t port) {
   return port - 1 < kUniPorts;
 }
 
+/// The port that a port argument names.
+constexpr uint32_t VlanPort(uint32_t port) {
+  return port & 0xFF;
+}
+
+/// The current configuration of a port; null, with a log line under the operation's name, when the
+/// tables hold no such port.
+PortVlanInfo* FindVlanInfo(const char* function, uint32_t port);
+
 /// Copies the whole configuration, all ports, over the applied one.
 void CommitVlanConfig();
 

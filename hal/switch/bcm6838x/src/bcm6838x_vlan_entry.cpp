@@ -1,0 +1,168 @@
+/// @file
+/// The table of VLAN membership, which is the library's own, and the VLAN of the unit's own IP
+/// traffic.
+#include "bcm6838x_vlan_entry.h"
+
+#include <cstddef>
+#include <cstdint>
+
+#include <bcm6838x_vlan_port.h>
+#include <brmgr_cmd.h>
+#include <brmgr_record.h>
+#include <platform_log.h>
+
+#include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_log.h"
+
+VlanEntry g_vlanEntry[kVlanEntries] = {};
+uint16_t g_vlanEntryCnt = 0;
+uint16_t g_vlanEntryGetCnt = 0;
+
+namespace {
+
+/// The bit of a port in a mask; ports beyond 32 share the bits of the first ones.
+uint32_t PortBit(uint32_t port) {
+  return 1U << ((port - 1) & 31U);
+}
+
+/// Moves the VID and the members of a record; what else a record holds stays in its place.
+void Move(const VlanEntry& from, VlanEntry& to) {
+  to.vid = from.vid;
+  to.portMask = from.portMask;
+}
+
+void RemoveEntry(size_t index) {
+  --g_vlanEntryCnt;
+  for (size_t i = index; i < g_vlanEntryCnt; ++i) {
+    Move(g_vlanEntry[i + 1], g_vlanEntry[i]);
+  }
+}
+
+void InsertEntry(size_t index, uint16_t vid, uint32_t portMask) {
+  for (size_t i = g_vlanEntryCnt; i > index; --i) {
+    Move(g_vlanEntry[i - 1], g_vlanEntry[i]);
+  }
+  ++g_vlanEntryCnt;
+  g_vlanEntry[index].vid = vid;
+  g_vlanEntry[index].portMask = portMask;
+}
+
+/// Takes a port out of the VLAN whose member it is. A record that moves into a freed place is not
+/// looked at again, which is intended.
+void LeaveVlan(uint32_t portBit) {
+  for (size_t i = 0; i < g_vlanEntryCnt; ++i) {
+    VlanEntry& entry = g_vlanEntry[i];
+    if ((entry.portMask & portBit) == 0) {
+      continue;
+    }
+    entry.portMask &= ~portBit;
+    if (entry.portMask == 0) {
+      RemoveEntry(i);
+    }
+  }
+}
+
+/// Makes a port a member of a VLAN, in the order of the VIDs.
+void JoinVlan(uint16_t vid, uint32_t portBit) {
+  size_t i = 0;
+  while (i < g_vlanEntryCnt && g_vlanEntry[i].vid < vid) {
+    ++i;
+  }
+  if (i < g_vlanEntryCnt && g_vlanEntry[i].vid == vid) {
+    g_vlanEntry[i].portMask |= portBit;
+  } else {
+    InsertEntry(i, vid, portBit);
+  }
+}
+
+void Report(const VlanEntry& entry, uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
+  *vid = entry.vid;
+  *portMask = entry.portMask;
+  *attr = entry.vlanAttr;
+}
+
+/// Priority 7 and a VID, as the driver takes the tag of the unit's own traffic.
+IphostVlanRecord MakeIphostRecord(uint32_t vid) {
+  constexpr uint32_t kHighestPriority = 0xE000;
+  IphostVlanRecord record = {};
+  record.tci = static_cast<uint16_t>(vid | kHighestPriority);
+  return record;
+}
+
+}  // namespace
+
+uint32_t BCM6838X_SetVlanEntry(uint32_t port, uint32_t vid) {
+  // Even a port that only moves between existing VLANs is refused, which is intended.
+  if (g_vlanEntryCnt >= kVlanEntries) {
+    return BCM6838X_FAILED;
+  }
+  const uint32_t portBit = PortBit(port & 0xFF);
+  LeaveVlan(portBit);
+  JoinVlan(static_cast<uint16_t>(vid), portBit);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_GetVlanPorts(uint32_t vid, uint32_t* portMask, uint32_t* extra) {
+  if (portMask == nullptr || extra == nullptr) {
+    HAL_LOG_NULL_POINTER();
+    return BCM6838X_INVALID;
+  }
+  for (size_t i = 0; i < g_vlanEntryCnt; ++i) {
+    if (g_vlanEntry[i].vid == static_cast<uint16_t>(vid)) {
+      *portMask = g_vlanEntry[i].portMask;
+      *extra = 0;
+      break;
+    }
+  }
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_GetFirstVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
+  if (vid == nullptr || portMask == nullptr || attr == nullptr) {
+    HAL_LOG_NULL_POINTER();
+    return BCM6838X_INVALID;
+  }
+  if (g_vlanEntryCnt == 0) {
+    return BCM6838X_END;
+  }
+  Report(g_vlanEntry[0], vid, portMask, attr);  // the walk's place stays, which is intended
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_GetNextVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
+  if (vid == nullptr || portMask == nullptr || attr == nullptr) {
+    HAL_LOG_NULL_POINTER();
+    return BCM6838X_INVALID;
+  }
+  ++g_vlanEntryGetCnt;
+  if (g_vlanEntryGetCnt >= g_vlanEntryCnt) {
+    g_vlanEntryGetCnt = 0;
+    return BCM6838X_END;
+  }
+  Report(g_vlanEntry[g_vlanEntryGetCnt], vid, portMask, attr);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_AddIphostVlan(uint32_t vid) {
+  IphostVlanRecord record = MakeIphostRecord(vid);
+  const uint32_t result = SendCommand(BRMGR_CMD_IPHOST_VLAN_ADD, record, BRMGR_FLAG_INPUT);
+  HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets Tci[%04x],ret = %lu \r\n", record.tci,
+          AsUnsignedLong(result));
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_DelIphostVlan(uint32_t vid) {
+  IphostVlanRecord record = MakeIphostRecord(vid);
+  const uint32_t result = SendCommand(BRMGR_CMD_IPHOST_VLAN_DEL, record, BRMGR_FLAG_INPUT);
+  HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets remove Tci[%04x],ret = %lu \r\n", record.tci,
+          AsUnsignedLong(result));
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_AddVlan(uint32_t /*vid*/, ...) {
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_DelVlan(uint32_t /*vid*/, ...) {
+  return BCM6838X_OK;
+}
