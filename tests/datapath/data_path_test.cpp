@@ -18,7 +18,7 @@ constexpr PortId kUni1 = PortId::Uni(1);
 void ExpectDropped(const Verdict& verdict, Outcome outcome, const std::string& offered) {
   EXPECT_EQ(Describe(verdict.outcome).name, Describe(outcome).name);
   EXPECT_EQ(verdict.frame, Hex(offered));
-  EXPECT_TRUE(verdict.egress.empty());
+  EXPECT_TRUE(verdict.egress().empty());
   EXPECT_FALSE(verdict.queue);
 }
 
@@ -28,7 +28,7 @@ TEST(DataPath, Offer_UpstreamFlowForwards_LeavesAtTheWan) {
   const Verdict verdict = DataPath(chip.tables, chip.ports(kUniPorts)).offer(kUni1, Hex(kTagged));
   EXPECT_EQ(verdict.outcome, Outcome::FlowForward);
   EXPECT_EQ(verdict.dir, 1U);
-  EXPECT_EQ(verdict.egress, std::vector<PortId>{PortId::Wan()});
+  EXPECT_EQ(verdict.egress(), std::vector<PortId>{PortId::Wan()});
   EXPECT_EQ(verdict.frame, Hex(kTagged));
   EXPECT_EQ(verdict.icIndex, 0U);
   EXPECT_EQ(verdict.flowIndex, 0U);
@@ -43,7 +43,7 @@ TEST(DataPath, Offer_DownstreamFlowForwards_LeavesAtEveryUniPort) {
       DataPath(chip.tables, chip.ports(kUniPorts)).offer(PortId::Wan(), Hex(kTagged));
   EXPECT_EQ(verdict.outcome, Outcome::FlowForward);
   EXPECT_EQ(verdict.dir, 0U);
-  EXPECT_EQ(verdict.egress, (std::vector<PortId>{PortId::Uni(1), PortId::Uni(2)}));
+  EXPECT_EQ(verdict.egress(), (std::vector<PortId>{PortId::Uni(1), PortId::Uni(2)}));
 }
 
 TEST(DataPath, Offer_FlowTraps_HandsTheFrameOverUnchanged) {
@@ -55,7 +55,7 @@ TEST(DataPath, Offer_FlowTraps_HandsTheFrameOverUnchanged) {
   const Verdict verdict = DataPath(chip.tables, chip.ports(kUniPorts)).offer(kUni1, Hex(kTagged));
   EXPECT_EQ(verdict.outcome, Outcome::FlowTrap);
   EXPECT_EQ(verdict.frame, Hex(kTagged));
-  EXPECT_TRUE(verdict.egress.empty());
+  EXPECT_TRUE(verdict.egress().empty());
   EXPECT_FALSE(verdict.vlanActionIndex);
   EXPECT_FALSE(verdict.queue);
 }

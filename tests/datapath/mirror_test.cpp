@@ -19,7 +19,7 @@ TEST_F(MirrorTest, MirrorOfReceivedFrames_ShowsThemAsTheyCame) {
   chip.addAction(kUp, 0, BRMGR_TAG_POP);
   mirrorTo(3, kReceived);
   const Verdict up = path.offer(kUni1, Hex(kTagged));
-  EXPECT_EQ(up.egress, PortIds{PortId::Wan()});
+  EXPECT_EQ(up.egress(), PortIds{PortId::Wan()});
   EXPECT_EQ(up.frame, Hex(kUntagged));
   EXPECT_EQ(up.copies,
             (std::vector<MirrorCopy>{{kUni3, kUni1, true, Outcome::Mirrored, Hex(kTagged)}}));
@@ -31,7 +31,7 @@ TEST_F(MirrorTest, MirrorOfTransmittedFrames_ShowsThemAsTheyLeave) {
   chip.addAction(kDown, 0, BRMGR_TAG_POP);
   mirrorTo(3, kTransmitted);
   const Verdict down = path.offer(PortId::Wan(), Hex(kTagged));
-  EXPECT_EQ(down.egress, (PortIds{kUni1, kUni2, kUni3}));
+  EXPECT_EQ(down.egress(), (PortIds{kUni1, kUni2, kUni3}));
   EXPECT_EQ(down.copies,
             (std::vector<MirrorCopy>{{kUni3, kUni1, false, Outcome::Mirrored, Hex(kUntagged)},
                                      {kUni3, kUni2, false, Outcome::Mirrored, Hex(kUntagged)}}))
@@ -76,7 +76,7 @@ TEST_F(MirrorTest, MirrorPortThatIsDown_LosesTheCopyAndNotTheFrame) {
   mirrorTo(3, kReceived);
   chip.linksDown = {3};
   const Verdict verdict = path.offer(kUni1, Hex(kTagged));
-  EXPECT_EQ(verdict.egress, PortIds{PortId::Wan()});
+  EXPECT_EQ(verdict.egress(), PortIds{PortId::Wan()});
   ASSERT_EQ(verdict.copies.size(), 1U);
   EXPECT_EQ(verdict.copies[0].outcome, Outcome::EgressLinkDown);
   EXPECT_EQ(path.portCount(kUni3), PortCount());

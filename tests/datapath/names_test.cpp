@@ -30,6 +30,7 @@ TEST(Outcome, Names_AreTheseAndStable) {
       "egress_admin_down drop",
       "egress_link_down drop",
       "egress_isolated drop",
+      "egress_vlan_filter drop",
       "mirrored forward",
   };
   std::vector<std::string> names;

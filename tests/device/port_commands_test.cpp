@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "device_fixture.h"
@@ -153,6 +154,20 @@ TEST_F(PortCommands, MacLimitAndLearn_AreKept) {
   expectDone(BRMGR_CMD_MAC_LEARN, MacLearnRecord{0x80000001});
   EXPECT_EQ(ports().macLimit, 0xFFFF);
   EXPECT_EQ(ports().macLearn, 0x80000001U);
+}
+
+TEST_F(PortCommands, VlanConfiguration_IsKeptAsToldLast) {
+  EXPECT_TRUE(ports().vlans.empty());
+  auto table = std::make_unique<PortVlanTable>();
+  table->port[0].pvid = 100;
+  table->port[31].stackingList[511].svid = 500;
+  EXPECT_EQ(request(BRMGR_CMD_VLAN_REBUILD, table.get(), sizeof(*table), BRMGR_FLAG_INPUT), 0);
+  ASSERT_EQ(ports().vlans.size(), 32U);
+  EXPECT_EQ(ports().vlans[0].pvid, 100);
+  EXPECT_EQ(ports().vlans[31].stackingList[511].svid, 500);
+  table->port[0].pvid = 200;
+  EXPECT_EQ(request(BRMGR_CMD_VLAN_REBUILD, table.get(), sizeof(*table), BRMGR_FLAG_INPUT), 0);
+  EXPECT_EQ(ports().vlans[0].pvid, 200);
 }
 
 TEST_F(PortCommands, ShortRecord_IsRefused) {

@@ -117,9 +117,28 @@ std::string FrameToText(const char* when, const virtual_onu::Bytes& frame) {
          virtual_onu::ToHex(frame) + "\n";
 }
 
+/// How the frame leaves by a port whose VLAN configuration was asked.
+std::string DeliveryToText(const virtual_onu::Delivery& delivery) {
+  if (delivery.rule.empty()) {
+    return "";
+  }
+  std::string text = "to " + delivery.port.name() + ": " + delivery.rule;
+  if (delivery.vlanActionIndex) {
+    text += ", VLAN action " + std::to_string(*delivery.vlanActionIndex) + " of the port";
+  }
+  text += "\n";
+  for (const std::string& step : delivery.steps) {
+    text += "  " + step + "\n";
+  }
+  return text + "  " + virtual_onu::SummarizeFrame(delivery.frame) + "\n";
+}
+
 /// A line for each port that the frame did not leave by, and for each copy.
 std::string CopiesToText(const Verdict& verdict) {
   std::string text;
+  for (const virtual_onu::Delivery& delivery : verdict.deliveries) {
+    text += DeliveryToText(delivery);
+  }
   for (const virtual_onu::ClosedPort& closed : verdict.closed) {
     text += "not to " + closed.port.name() + ": " +
             std::string(virtual_onu::Describe(closed.outcome).name) + "\n";
@@ -136,7 +155,7 @@ std::string OutcomeToText(const Verdict& verdict) {
   const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
   std::string text = "outcome: " + std::string(outcome.name) + ", " +
                      std::string(DispositionDone(outcome.disposition));
-  if (!verdict.egress.empty()) {
+  if (!verdict.egress().empty()) {
     text += " to " + DestinationOf(verdict);
   }
   text += " (" + std::string(outcome.text) + ")\n";

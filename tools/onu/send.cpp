@@ -36,8 +36,8 @@ void WriteCaptures(CaptureDirectory& captures, const Verdict& verdict, const tim
   if (virtual_onu::Describe(verdict.outcome).disposition == Disposition::Trap) {
     captures.write("trap", {verdict.frame, time});
   }
-  for (const PortId port : verdict.egress) {
-    captures.write(port.name(), {verdict.frame, time});
+  for (const virtual_onu::Delivery& delivery : verdict.deliveries) {
+    captures.write(delivery.port.name(), {delivery.frame, time});
   }
   for (const virtual_onu::MirrorCopy& copy : verdict.copies) {
     if (copy.outcome == virtual_onu::Outcome::Mirrored) {

@@ -24,6 +24,18 @@ std::string NameOf(virtual_onu::Outcome outcome) {
   return std::string(virtual_onu::Describe(outcome).name);
 }
 
+Json DeliveriesToJson(const Verdict& verdict) {
+  Json deliveries = Json::array();
+  for (const virtual_onu::Delivery& delivery : verdict.deliveries) {
+    deliveries.push_back({{"port", delivery.port.name()},
+                          {"rule", delivery.rule.empty() ? Json(nullptr) : Json(delivery.rule)},
+                          {"vlanActionIndex", OrNull(delivery.vlanActionIndex)},
+                          {"steps", delivery.steps},
+                          {"frame", FrameToJson(delivery.frame)}});
+  }
+  return deliveries;
+}
+
 Json ClosedToJson(const Verdict& verdict) {
   Json closed = Json::array();
   for (const virtual_onu::ClosedPort& port : verdict.closed) {
@@ -49,7 +61,7 @@ Json CopiesToJson(const Verdict& verdict) {
 Json VerdictToJson(const Verdict& verdict) {
   const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
   Json egress = Json::array();
-  for (const virtual_onu::PortId port : verdict.egress) {
+  for (const virtual_onu::PortId port : verdict.egress()) {
     egress.push_back(port.name());
   }
   return {{"dir", verdict.dir == 0 ? "ds" : "us"},
@@ -60,6 +72,7 @@ Json VerdictToJson(const Verdict& verdict) {
           {"vlanActionIndex", OrNull(verdict.vlanActionIndex)},
           {"queue", OrNull(verdict.queue)},
           {"egress", egress},
+          {"deliveries", DeliveriesToJson(verdict)},
           {"closed", ClosedToJson(verdict)},
           {"copies", CopiesToJson(verdict)}};
 }
@@ -80,7 +93,7 @@ std::string DestinationOf(const Verdict& verdict) {
       break;
   }
   Words ports;
-  for (const virtual_onu::PortId port : verdict.egress) {
+  for (const virtual_onu::PortId port : verdict.egress()) {
     ports.push_back(port.name());
   }
   return Join(ports, ",");

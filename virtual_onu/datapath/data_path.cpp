@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "datapath/classify.h"
+#include "datapath/port_vlan_rule.h"
 #include "datapath/vlan_action.h"
 
 namespace virtual_onu {
@@ -55,6 +56,15 @@ Outcome Edit(const DirectionTables& tables, std::uint32_t actionIndex, Verdict& 
 
 }  // namespace
 
+std::vector<PortId> Verdict::egress() const {
+  std::vector<PortId> ports;
+  ports.reserve(deliveries.size());
+  for (const Delivery& delivery : deliveries) {
+    ports.push_back(delivery.port);
+  }
+  return ports;
+}
+
 DataPath::DataPath(const ChipTables& tables, Ports ports)
     : tables_(tables), ports_(std::move(ports)) {}
 
@@ -93,8 +103,8 @@ void DataPath::countCrossings(PortId port, std::size_t octets, const Verdict& ve
     ++left.framesOut;
     left.octetsOut += frame.size();
   };
-  for (const PortId destination : verdict.egress) {
-    leaves(destination, verdict.frame);
+  for (const Delivery& delivery : verdict.deliveries) {
+    leaves(delivery.port, delivery.frame);
   }
   for (const MirrorCopy& copy : verdict.copies) {
     if (copy.outcome == Outcome::Mirrored) {
@@ -169,17 +179,68 @@ const IngressFlowRule* DataPath::classify(const ReceivedFrame& received, Verdict
 
 void DataPath::forward(PortId port, const IngressFlowRule& flow, Verdict& verdict,
                        Explanation* explanation) const {
-  verdict.neighbour = stations_.neighbourOf(port, verdict.frame);
-  if (verdict.neighbour) {
-    leave(port, {*verdict.neighbour}, verdict);
-    return;
+  const FlowId decided = {*verdict.icIndex, *verdict.flowIndex};
+  if (!ports_.hasVlans()) {
+    verdict.neighbour = stations_.neighbourOf(port, verdict.frame);
+    if (verdict.neighbour) {
+      leave(port, {*verdict.neighbour}, decided, verdict);
+      return;
+    }
   }
   verdict.outcome = Edit(tables_.of(verdict.dir), flow.vlanActionIndex, verdict,
                          explanation ? &explanation->actionSteps : nullptr);
-  if (verdict.outcome == Outcome::FlowForward) {
-    verdict.queue = flow.queue;
-    leave(port, destinationsOf(verdict.dir), verdict);
+  if (verdict.outcome != Outcome::FlowForward) {
+    return;
   }
+  verdict.queue = flow.queue;
+  if (const std::optional<Shortcut> way = shortcut(port, verdict.frame)) {
+    verdict.neighbour = way->to;
+    leave(port, {way->to}, way->flow, verdict);
+  } else {
+    leave(port, destinationsOf(verdict.dir), decided, verdict);
+  }
+}
+
+std::optional<Shortcut> DataPath::shortcut(PortId from, ByteView frame) const {
+  const std::optional<PortId> to = stations_.neighbourOf(from, frame);
+  ReceivedFrame back;
+  back.ingressPort = kWanIngressPort;
+  if (!to || !ports_.hasVlans() || ParseFrame(frame, back.headers) != FrameFault::None) {
+    return std::nullopt;
+  }
+  const Classification found = Classify(tables_.downstream, back, nullptr);
+  if (found.flow == nullptr || found.flow->forward != BRMGR_FORWARD_PASS) {
+    return std::nullopt;
+  }
+  const Shortcut way = {*to, {found.icIndex, found.flowIndex}};
+  return treat(way.to, frame, way.flow) ? std::optional(way) : std::nullopt;
+}
+
+std::optional<Delivery> DataPath::treat(PortId to, ByteView frame, const FlowId& flow) const {
+  Delivery delivery = {to, {}, {}, {}, {frame.begin(), frame.end()}};
+  if (to.isWan() || !ports_.hasVlans()) {
+    return delivery;
+  }
+  FrameHeaders headers;
+  ParseFrame(frame, headers);
+  const PortVlanRule rule = FindPortVlanRule(ports_.vlanOf(to.uni), to.uni, headers);
+  if (!rule.admits) {
+    return std::nullopt;
+  }
+  delivery.rule = rule.reason;
+  const IngressClass& ingressClass = tables_.downstream.classes.at(flow.icIndex);
+  const auto own = ingressClass.portActions.find({flow.flowIndex, to.uni});
+  const auto action = own == ingressClass.portActions.end()
+                          ? tables_.downstream.actions.end()
+                          : tables_.downstream.actions.find(own->second);
+  if (action != tables_.downstream.actions.end()) {
+    delivery.vlanActionIndex = action->first;
+    ApplyVlanAction(action->second, delivery.frame, &delivery.steps);
+  } else if (rule.edit != nullptr) {
+    rule.edit(delivery.frame);
+    delivery.steps.emplace_back("pop the outer tag");
+  }
+  return delivery;
 }
 
 std::vector<PortId> DataPath::destinationsOf(std::uint32_t dir) const {
@@ -194,16 +255,19 @@ std::vector<PortId> DataPath::destinationsOf(std::uint32_t dir) const {
   return ports;
 }
 
-void DataPath::leave(PortId from, const std::vector<PortId>& destinations, Verdict& verdict) const {
+void DataPath::leave(PortId from, const std::vector<PortId>& destinations, const FlowId& flow,
+                     Verdict& verdict) const {
   for (const PortId to : destinations) {
     if (const std::optional<Outcome> block = ports_.exitBlock(from, to)) {
       verdict.closed.push_back({to, *block});
+    } else if (std::optional<Delivery> delivery = treat(to, verdict.frame, flow)) {
+      mirror(to, false, delivery->frame, verdict);
+      verdict.deliveries.push_back(std::move(*delivery));
     } else {
-      verdict.egress.push_back(to);
-      mirror(to, false, verdict.frame, verdict);
+      verdict.closed.push_back({to, Outcome::EgressVlanFilter});
     }
   }
-  if (verdict.egress.empty()) {
+  if (verdict.deliveries.empty()) {
     verdict.outcome = Outcome::NoEgress;
   }
 }

@@ -21,6 +21,17 @@ namespace virtual_onu {
 
 struct ReceivedFrame;
 
+/// A frame as it leaves by one port.
+struct Delivery {
+  PortId port;
+  std::string rule;  ///< why the port takes it, "VID is the PVID"; empty when no rule was asked
+  /// The port's own VLAN action on the deciding flow, which then edited the frame.
+  std::optional<std::uint32_t> vlanActionIndex;
+  std::vector<std::string> steps;  ///< what was done to the frame for this port, in words
+  Bytes frame;
+  bool operator==(const Delivery&) const = default;
+};
+
 /// A port that a frame was to leave by and did not.
 struct ClosedPort {
   PortId port;
@@ -49,13 +60,16 @@ struct Verdict {
   std::optional<std::uint32_t> queue;  ///< of a forwarded frame
   /// The UNI port that the frame is switched to locally, as it came.
   std::optional<PortId> neighbour;
-  /// The frame as it leaves, was to leave or is trapped; the frame as offered when it was dropped
-  /// before that.
+  /// The frame behind the flow's action, before the treatment of the ports; the frame as offered
+  /// when it was trapped or dropped before that.
   Bytes frame;
-  std::vector<PortId> egress;      ///< where it leaves; empty when trapped or dropped
-  std::vector<ClosedPort> closed;  ///< where it was to leave and did not
+  std::vector<Delivery> deliveries;  ///< where it leaves; empty when trapped or dropped
+  std::vector<ClosedPort> closed;    ///< where it was to leave and did not
   std::vector<MirrorCopy> copies;
   bool operator==(const Verdict&) const = default;
+
+  /// The ports of the deliveries.
+  [[nodiscard]] std::vector<PortId> egress() const;
 };
 
 /// One key of a flow held against the frame.
@@ -103,6 +117,18 @@ struct PortCount {
   bool operator==(const PortCount&) const = default;
 };
 
+/// Names a flow of the direction at hand.
+struct FlowId {
+  std::uint32_t icIndex = 0;
+  std::uint32_t flowIndex = 0;
+};
+
+/// A UNI port, and the downstream flow that brings a frame there.
+struct Shortcut {
+  PortId to;
+  FlowId flow;
+};
+
 class DataPath {
  public:
   DataPath(const ChipTables& tables, Ports ports);
@@ -131,8 +157,16 @@ class DataPath {
   void forward(PortId port, const IngressFlowRule& flow, Verdict& verdict,
                Explanation* explanation) const;
   [[nodiscard]] std::vector<PortId> destinationsOf(std::uint32_t dir) const;
-  /// Lets the frame leave by those of the ports that are open to it.
-  void leave(PortId from, const std::vector<PortId>& destinations, Verdict& verdict) const;
+  /// Lets the frame leave by those of the ports that are open to it and take it.
+  /// @param[in] flow  the downstream flow that brings it to UNI ports
+  void leave(PortId from, const std::vector<PortId>& destinations, const FlowId& flow,
+             Verdict& verdict) const;
+  /// The frame as a downstream flow and the port's VLAN configuration let it leave by a port;
+  /// nothing when the port does not take it.
+  [[nodiscard]] std::optional<Delivery> treat(PortId to, ByteView frame, const FlowId& flow) const;
+  /// The way from one UNI port to another at which the destination was seen, as if the frame came
+  /// back from the WAN side.
+  [[nodiscard]] std::optional<Shortcut> shortcut(PortId from, ByteView frame) const;
   void mirror(PortId port, bool received, ByteView frame, Verdict& verdict) const;
   void count(PortId port, Outcome outcome, std::size_t octets);
   void countCrossings(PortId port, std::size_t octets, const Verdict& verdict);

@@ -42,6 +42,10 @@ constexpr std::array kOutcomes = {
     OutcomeInfo{Outcome::EgressIsolated, "egress_isolated", Disposition::Drop,
                 "of a copy: the UNI port that it was to leave by is isolated from the one it came "
                 "to"},
+    OutcomeInfo{
+        Outcome::EgressVlanFilter, "egress_vlan_filter", Disposition::Drop,
+        "of a copy: the VLAN configuration of the UNI port that it was to leave by has no rule "
+        "for it"},
     OutcomeInfo{Outcome::Mirrored, "mirrored", Disposition::Forward,
                 "of a copy: it left by the mirror port"},
 };

@@ -28,6 +28,7 @@ enum class Outcome : std::uint8_t {
   EgressAdminDown,
   EgressLinkDown,
   EgressIsolated,
+  EgressVlanFilter,
   Mirrored
 };
 

@@ -28,6 +28,15 @@ class Ports {
   /// ports of the unit.
   [[nodiscard]] std::optional<Outcome> exitBlock(PortId from, PortId to) const;
 
+  /// Tells whether the driver was told the VLAN configuration of the ports; until then every UNI
+  /// port takes every frame.
+  [[nodiscard]] bool hasVlans() const { return !tables_.vlans.empty(); }
+
+  /// The VLAN configuration of a UNI port of the unit, once it was told.
+  [[nodiscard]] const PortVlanInfo& vlanOf(std::uint32_t uni) const {
+    return tables_.vlans.at(uni - 1);
+  }
+
   /// Tells whether source addresses are learned: until the driver was told not to.
   [[nodiscard]] bool learns() const;
 

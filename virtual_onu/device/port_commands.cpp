@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <iterator>
 #include <string>
 
 namespace virtual_onu {
@@ -72,6 +73,11 @@ CommandResult SetMirror(DriverState& state, PortMirrorRecord& record) {
   return {};
 }
 
+CommandResult SetVlans(DriverState& state, PortVlanTable& record) {
+  state.portTables.vlans.assign(std::begin(record.port), std::end(record.port));
+  return {};
+}
+
 CommandResult SetMacLimit(DriverState& state, MacLimitRecord& record) {
   state.portTables.macLimit = record.limit;
   return {};
@@ -83,6 +89,7 @@ CommandResult SetMacLearn(DriverState& state, MacLearnRecord& record) {
 }
 
 constexpr std::array kPortCommands = {
+    kRow<BRMGR_CMD_VLAN_REBUILD, PortVlanTable, SetVlans>,
     kRow<BRMGR_CMD_PORT_ADMIN, PortAdminRecord, SetAdmin>,
     kRow<BRMGR_CMD_PORT_LOOPBACK, PortLoopbackRecord, SetLoopback>,
     kRow<BRMGR_CMD_PORT_ISOLATE, PortIsolateRecord, SetIsolation>,

@@ -9,6 +9,7 @@
 #include <optional>
 #include <set>
 #include <utility>
+#include <vector>
 
 #include <brmgr_record.h>
 
@@ -38,6 +39,7 @@ struct PortTables {
   /// Ports that may not exchange traffic. A port may be paired with itself, which means nothing.
   std::set<PortPair> isolated;
   PortMirrorRecord mirror = {};           ///< as the last command gave it
+  std::vector<PortVlanInfo> vlans;        ///< of UNI port 1 and up; empty until told
   std::optional<std::uint16_t> macLimit;  ///< nothing until told
   std::optional<std::uint32_t> macLearn;  ///< nothing until told
 
