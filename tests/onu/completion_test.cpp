@@ -86,7 +86,7 @@ TEST(Completion, ChoicesAndKeys) {
   EXPECT_THAT(CandidatesOf("link uni1 "), ElementsAre("down", "pause", "up"));
   EXPECT_THAT(CandidatesOf("link uni1 up "), ElementsAre("10", "100", "1000", "pause"));
   EXPECT_THAT(CandidatesOf("link uni1 up 100 "), ElementsAre("full", "half", "pause"));
-  EXPECT_THAT(CandidatesOf("show p"), ElementsAre("phy", "ports"));
+  EXPECT_THAT(CandidatesOf("show p"), ElementsAre("phy", "port", "ports"));
   EXPECT_THAT(CandidatesOf("config fail-m"), ElementsAre("fail-mac"));
   EXPECT_THAT(CandidatesOf("config fail-mac "), ElementsAre("off", "on"));
   EXPECT_THAT(CandidatesOf("config eth "), IsEmpty());

@@ -82,9 +82,18 @@ std::vector<std::string> ScriptNames() {
 
 class ExampleScript : public testing::TestWithParam<std::string> {};
 
+/// What the examples read, in a directory in which they may write.
+void LinkSources(const test::Scratch& scratch) {
+  for (const char* const folder : {"tests", "tools"}) {
+    std::filesystem::create_directory_symlink(test::Sources() / folder, scratch.path() / folder);
+  }
+}
+
 TEST_P(ExampleScript, PrintsWhatIsExpected) {
+  const test::Scratch scratch;
+  LinkSources(scratch);
   const std::filesystem::path script = kExampleScripts / GetParam();
-  const Finished finished = test::RunProgramHere({"run", script.string() + ".onu"});
+  const Finished finished = test::RunProgramIn(scratch.path(), {"run", script.string() + ".onu"});
   EXPECT_EQ(finished.status, 0);
   EXPECT_EQ(finished.errors, "");
   EXPECT_EQ(finished.out, test::ReadFile(test::Sources() / (script.string() + ".expected")));
@@ -94,6 +103,35 @@ INSTANTIATE_TEST_SUITE_P(Scripts, ExampleScript, testing::ValuesIn(ScriptNames()
                          [](const auto& test) {
                            return std::regex_replace(test.param, std::regex("-"), "_");
                          });
+
+/// Tags, addresses and protocol of each frame, as another program reads them.
+std::string ReadByTshark(const std::filesystem::path& capture) {
+  test::Surroundings surroundings;
+  surroundings.directory = capture.parent_path();
+  surroundings.program = "tshark";
+  const Finished finished =
+      test::RunProgram({"-r", capture.filename(), "-T", "fields", "-e", "vlan.id", "-e",
+                        "vlan.priority", "-e", "eth.src", "-e", "_ws.col.Protocol"},
+                       surroundings);
+  EXPECT_EQ(finished.status, 0) << finished.errors;
+  return finished.out;
+}
+
+TEST(TriplePlay, Captures_AreReadByTsharkAsExpected) {
+  const test::Scratch scratch;
+  LinkSources(scratch);
+  const std::filesystem::path script = kExampleScripts / "triple-play";
+  ASSERT_EQ(test::RunProgramIn(scratch.path(), {"run", script.string() + ".onu"}).status, 0);
+  std::string read;
+  for (int port = 1; port <= 4; ++port) {
+    const std::string name = "port" + std::to_string(port);
+    const std::filesystem::path captures = scratch.path() / "build/triple-play";
+    read += name + " up\n" + ReadByTshark(captures / (name + "-up") / "wan.pcap");
+    read += name + " down\n" +
+            ReadByTshark(captures / (name + "-down") / ("uni" + std::to_string(port) + ".pcap"));
+  }
+  EXPECT_EQ(read, test::ReadFile(test::Sources() / (script.string() + ".tshark")));
+}
 
 TEST(Documentation, ReferencePage_IsCurrent) {
   const Finished finished = test::RunProgramHere({"help", "--markdown"});

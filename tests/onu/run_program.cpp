@@ -66,14 +66,14 @@ bool Prepare(const Surroundings& surroundings, const Streams& streams) {
 
 [[noreturn]] void BecomeProgram(Words arguments, const Surroundings& surroundings,
                                 const Streams& streams) {
-  std::string name = "onu";
+  std::string name = surroundings.program.empty() ? ONU_PROGRAM : surroundings.program;
   std::vector<char*> argv = {name.data()};
   for (std::string& argument : arguments) {
     argv.push_back(argument.data());
   }
   argv.push_back(nullptr);
   if (Prepare(surroundings, streams)) {
-    execv(ONU_PROGRAM, argv.data());
+    execvp(name.c_str(), argv.data());
   }
   _exit(127);
 }

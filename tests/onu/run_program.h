@@ -28,6 +28,7 @@ struct Surroundings {
   std::string input;  ///< on standard input
   Output output = Output::kRead;
   std::string temporary_directory;  ///< of temporary files; empty: that of the test
+  std::string program;              ///< another program, found by PATH; empty: onu
 };
 
 /// Runs the program with the arguments.

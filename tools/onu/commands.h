@@ -12,12 +12,16 @@ Result ShowClasses(Session& session, const Arguments& arguments);
 Result ShowFlows(Session& session, const Arguments& arguments);
 Result ShowActions(Session& session, const Arguments& arguments);
 Result ShowVlans(Session& session, const Arguments& arguments);
+Result ShowPort(Session& session, const Arguments& arguments);
 Result ShowPorts(Session& session, const Arguments& arguments);
 Result ShowPhy(Session& session, const Arguments& arguments);
 Result ShowTrace(Session& session, const Arguments& arguments);
 Result ShowLog(Session& session, const Arguments& arguments);
 Result ShowConfig(Session& session, const Arguments& arguments);
+Result ShowVlanConfig(Session& session, const Arguments& arguments);
 Result ShowCounters(Session& session, const Arguments& arguments);
+
+Result CheckTables(Session& session, const Arguments& arguments);
 
 Result SendFrames(Session& session, const Arguments& arguments);
 Result ExplainFrame(Session& session, const Arguments& arguments);

@@ -9,7 +9,10 @@
 
 namespace onu {
 
-Result ShowConfig(Session& session, const Arguments& /*arguments*/) {
+Result ShowConfig(Session& session, const Arguments& arguments) {
+  if (arguments.has("N")) {
+    return ShowVlanConfig(session, arguments);
+  }
   const Settings settings = session.settings();
   Result result;
   result.json["config"] = ConfigToJson(settings);

@@ -1,14 +1,12 @@
 /// @file
 /// The commands that list the chip's objects: ingress classes, flows, VLAN actions.
-#include <algorithm>
 #include <cstdint>
-#include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <brmgr_record.h>
 
+#include "chip_report.h"
 #include "commands.h"
 #include "device/records.h"
 #include "record_report.h"
@@ -23,54 +21,13 @@ using virtual_onu::ChipTables;
 using virtual_onu::DirectionTables;
 using virtual_onu::FindRecord;
 using virtual_onu::IngressClass;
-using virtual_onu::RecordInfo;
 
-template <typename Record>
-ByteView BytesOf(const Record& record) {
-  return {reinterpret_cast<const std::uint8_t*>(&record), sizeof(record)};
-}
-
-/// A record's fields by name, each with its value in words.
-class FieldTexts {
- public:
-  FieldTexts(std::string_view record, ByteView bytes)
-      : fields_(virtual_onu::DecodeRecord(*FindRecord(record), bytes)) {}
-
-  [[nodiscard]] std::string operator[](std::string_view name) const {
-    const auto found = std::ranges::find_if(
-        fields_, [name](const auto& field) { return field.info->name == name; });
-    return found == fields_.end() ? "" : found->value;
-  }
-
- private:
-  std::vector<virtual_onu::DecodedField> fields_;
-};
-
-/// The classes of both directions, upstream first, each in the order in which they are tried.
-std::vector<const IngressClass*> ClassesAsTried(const ChipTables& tables) {
-  std::vector<const IngressClass*> classes;
-  for (const DirectionTables* direction : {&tables.upstream, &tables.downstream}) {
-    const auto first = static_cast<std::ptrdiff_t>(classes.size());
-    for (const auto& [index, ingressClass] : direction->classes) {
-      classes.push_back(&ingressClass);
-    }
-    std::stable_sort(classes.begin() + first, classes.end(),
-                     [](const IngressClass* left, const IngressClass* right) {
-                       return left->cfg.priority > right->cfg.priority;
-                     });
-  }
+/// The classes of both directions, upstream first.
+std::vector<const IngressClass*> AllClassesAsTried(const ChipTables& tables) {
+  std::vector<const IngressClass*> classes = ClassesAsTried(tables.upstream);
+  const std::vector<const IngressClass*> downstream = ClassesAsTried(tables.downstream);
+  classes.insert(classes.end(), downstream.begin(), downstream.end());
   return classes;
-}
-
-/// The key values that the flow's class compares, "dstMac=01:80:c2:00:00:00".
-std::string KeysOf(const IngressClass& ingressClass, const FieldTexts& flow) {
-  Words keys;
-  for (const virtual_onu::NamedValue& key : virtual_onu::KeyBits()) {
-    if ((ingressClass.cfg.fieldMask & key.value) != 0) {
-      keys.push_back(std::string(key.name) + "=" + flow[key.name]);
-    }
-  }
-  return Join(keys, " ");
 }
 
 /// How many flows, and how many port actions, of the direction name an action.
@@ -98,7 +55,7 @@ Result ShowClasses(Session& session, const Arguments& /*arguments*/) {
   Result result;
   Json& list = result.json["classes"] = Json::array();
   TextTable table({"dir", "class", "priority", "flows", "keys"});
-  for (const IngressClass* ingressClass : ClassesAsTried(session.unit().device().tables())) {
+  for (const IngressClass* ingressClass : AllClassesAsTried(session.unit().device().tables())) {
     const ByteView bytes = BytesOf(ingressClass->cfg);
     Json json = FieldsToJson(*FindRecord("IngressClassCfg"), bytes);
     json["flows"] = ingressClass->flows.size();
@@ -115,7 +72,7 @@ Result ShowFlows(Session& session, const Arguments& /*arguments*/) {
   Result result;
   Json& list = result.json["flows"] = Json::array();
   TextTable table({"dir", "class", "flow", "forward", "queue", "action", "policer", "keys"});
-  for (const IngressClass* ingressClass : ClassesAsTried(session.unit().device().tables())) {
+  for (const IngressClass* ingressClass : AllClassesAsTried(session.unit().device().tables())) {
     for (const auto& [index, flow] : ingressClass->flows) {
       list.push_back(FieldsToJson(*FindRecord("IngressFlowRule"), BytesOf(flow)));
       const FieldTexts fields("IngressFlowRule", BytesOf(flow));
