@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "support/brief.h"
 #include "support/left.h"
 #include "unit/unit.h"
 
@@ -19,6 +20,7 @@ class LibraryTest : public ::testing::Test {
 
   /// What left the library since the start or since the last forget().
   [[nodiscard]] std::vector<std::string> left() const { return Left(unit, from_); }
+  [[nodiscard]] std::vector<std::string> leftBriefly() const { return LeftBriefly(unit, from_); }
   [[nodiscard]] std::vector<std::string> commands() const { return OfKind(left(), "command"); }
   [[nodiscard]] std::vector<std::string> logLines() const { return OfKind(left(), "log"); }
 
