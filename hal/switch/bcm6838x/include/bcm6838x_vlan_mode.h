@@ -19,12 +19,9 @@
 #include <stdint.h>
 
 #include "bcm6838x_api.h"
+#include "brmgr_record.h"
 
 BCM6838X_BEGIN_DECLS
-
-struct PortVlanTrunkEntry;
-struct PortVlanTransEntry;
-struct PortVlanStackEntry;
 
 /// Transparent mode: frames pass unchanged. Upstream one flow of untagged frames and eight, one for
 /// each priority, of single- and of double-tagged ones, which go to the queue of their priority;
@@ -85,8 +82,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsTag(uint32_t port, uint32_t vid, uint32_t 
 ///   at; not kept
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl), BCM6838X_OK when none was
 ///   sent; BCM6838X_FAILED for a port out of range; BCM6838X_INVALID for a null list
-BCM6838X_EXPORT int32_t BCM6838X_AddUsZTETrunk(uint32_t port,
-                                               const struct PortVlanTrunkEntry* list);
+BCM6838X_EXPORT int32_t BCM6838X_AddUsZTETrunk(uint32_t port, const PortVlanTrunkEntry* list);
 
 /// Ends ZTE trunk mode: deletes every recorded flow of a listed VID, and with each of them the VID
 /// of the WAN and LAN objects. A flow that the driver deletes gives one downstream reference back.
@@ -96,8 +92,7 @@ BCM6838X_EXPORT int32_t BCM6838X_AddUsZTETrunk(uint32_t port,
 /// @param[in] list 512 entries must be readable; those with VID 0 are skipped; not kept
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl), BCM6838X_OK when none was
 ///   sent; BCM6838X_FAILED for a port out of range; BCM6838X_INVALID for a null list
-BCM6838X_EXPORT int32_t BCM6838X_DelUsZTETrunk(uint32_t port,
-                                               const struct PortVlanTrunkEntry* list);
+BCM6838X_EXPORT int32_t BCM6838X_DelUsZTETrunk(uint32_t port, const PortVlanTrunkEntry* list);
 
 /// Hybrid mode, also for trunk ports: the port is an access port of its PVID, as in tag mode, and
 /// carries the listed VLANs as in ZTE trunk mode.
@@ -111,7 +106,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsZTETrunk(uint32_t port,
 /// port
 ///   out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_AddUsHybrid(uint32_t port, uint32_t pvid, uint32_t priority,
-                                             const struct PortVlanTrunkEntry* list);
+                                             const PortVlanTrunkEntry* list);
 
 /// Ends hybrid mode: the listed VLANs as BCM6838X_DelUsZTETrunk, then the recorded flow of untagged
 /// frames with its action, its downstream reference and the WAN object's VID. Without a recorded
@@ -124,7 +119,7 @@ BCM6838X_EXPORT int32_t BCM6838X_AddUsHybrid(uint32_t port, uint32_t pvid, uint3
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl), BCM6838X_OK when none was
 ///   sent; BCM6838X_FAILED for a port out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_DelUsHybrid(uint32_t port, uint32_t pvid, uint32_t priority,
-                                             const struct PortVlanTrunkEntry* list);
+                                             const PortVlanTrunkEntry* list);
 
 /// Translation mode: the port is an access port of its PVID, and frames of the listed local VIDs
 /// are carried under their network VIDs. Upstream eight flows an entry, one for each priority,
@@ -143,7 +138,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsHybrid(uint32_t port, uint32_t pvid, uint3
 /// port
 ///   out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_AddUsTranslation(uint32_t port, uint32_t pvid, uint32_t priority,
-                                                  const struct PortVlanTransEntry* list);
+                                                  const PortVlanTransEntry* list);
 
 /// Ends translation mode: deletes every recorded flow of a listed local VID, each with one
 /// reference on both actions and on the downstream flow, the port action and the VIDs of the
@@ -159,7 +154,7 @@ BCM6838X_EXPORT int32_t BCM6838X_AddUsTranslation(uint32_t port, uint32_t pvid, 
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl), BCM6838X_OK when none was
 ///   sent; BCM6838X_FAILED for a port out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_DelUsTranslation(uint32_t port, uint32_t pvid, uint32_t priority,
-                                                  const struct PortVlanTransEntry* list);
+                                                  const PortVlanTransEntry* list);
 
 /// ZTE stacking: every frame is carried inside the PVID's tag, which is removed downstream.
 /// Upstream a flow of untagged frames and eight of tagged ones, one for each priority, which is
@@ -202,7 +197,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsZTEStacking(uint32_t port, uint32_t pvid, 
 /// port
 ///   out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_AddUsBDCOMStacking(uint32_t port, uint32_t pvid, uint32_t priority,
-                                                    const struct PortVlanStackEntry* list);
+                                                    const PortVlanStackEntry* list);
 
 /// Ends BDCOM stacking: for each entry that takes part, deletes the flow of the first slot of its
 /// customer VID with its action, and gives the downstream reference and the VIDs of the objects
@@ -217,7 +212,7 @@ BCM6838X_EXPORT int32_t BCM6838X_AddUsBDCOMStacking(uint32_t port, uint32_t pvid
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl), BCM6838X_OK when none was
 ///   sent; BCM6838X_FAILED for a port out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_DelUsBDCOMStacking(uint32_t port, uint32_t pvid, uint32_t priority,
-                                                    const struct PortVlanStackEntry* list);
+                                                    const PortVlanStackEntry* list);
 
 BCM6838X_END_DECLS
 
