@@ -1,7 +1,7 @@
 /// @file
 /// Tests of the VLAN modes as a program sees them that links with the archive: what the port's
-/// slots keep, slots that only such a program can make, and the tables of other areas that the
-/// modes read.
+/// slots keep, slots that only such a program can make, the policers and the default downstream
+/// action.
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -22,26 +22,11 @@ namespace {
 constexpr std::size_t kSlots = 256;
 constexpr std::size_t kPorts = 32;
 constexpr std::uint32_t kNone = 0xFFFFFFFF;
-constexpr std::uint16_t kNoVlan = 0xFFFF;
-
-struct McastTranslation {
-  std::uint16_t mvlan;
-  std::uint16_t iptvVlan;
-  std::uint32_t vlanActionIndex;
-};
-
-struct McastPort {
-  std::uint16_t mode;
-  std::array<std::uint16_t, 8> vlans;
-  std::uint32_t stripActionIndex;
-  std::array<McastTranslation, 8> translations;
-};
 
 }  // namespace
 
 extern "C" {
 extern IngressFlowRule g_usIngressClass[kPorts * kSlots];
-extern McastPort g_mcastUniPortInfo[kPorts];
 extern std::uint32_t g_portPolicerCfg[kPorts];
 extern std::uint32_t g_dsVlanAction;
 }
@@ -319,146 +304,6 @@ TEST_F(VlanModeStateTest, Policer_OfTheLastPort) {
   EXPECT_THAT(leftWith("FLOW_ADD us"),
               ElementsAre("FLOW_ADD us outerVid=0 ingressPort=33 outerPbit=0 vlanNum=0 queue=0 "
                           "icIndex=0 policer=32"));
-}
-
-class VlanModeMcastTest : public VlanModeStateTest {
- protected:
-  /// UNI port 2 has the VLANs 500 and 600 at the first and the last of its eight places.
-  void SetUp() override {
-    VlanModeStateTest::SetUp();
-    McastPort& port = g_mcastUniPortInfo[1];
-    port.mode = 1;
-    port.vlans.fill(kNoVlan);
-    port.vlans.front() = 500;
-    port.vlans.back() = 600;
-    for (const std::uint32_t vid : {500U, 600U}) {
-      BCM6838X_AddWanVlan(2, vid, vid);
-      BCM6838X_AddLanVlan(2, vid);
-    }
-    forget();
-  }
-
-  /// The first lines that left.
-  [[nodiscard]] std::vector<std::string> first(std::size_t count) const {
-    std::vector<std::string> lines = leftBriefly();
-    lines.resize(std::min(lines.size(), count));
-    return lines;
-  }
-
-  /// The lines about the multicast VLANs.
-  [[nodiscard]] std::vector<std::string> aboutMcast() const {
-    std::vector<std::string> lines = leftBriefly();
-    std::erase_if(lines, [](const std::string& line) {
-      return line.find("500") == std::string::npos && line.find("600") == std::string::npos;
-    });
-    return lines;
-  }
-};
-
-std::vector<std::string> Withdrawn(const std::string& vid) {
-  return {"log BCM6838X_DelWanVlan,<line>, port=2,del wanVid=" + vid + " lanVid=" + vid,
-          "shell bs /b/c vlan/name=wan0_" + vid + " vid_enable[" + vid + "]=no",
-          "shell bs /b/d vlan/name=wan0_" + vid,
-          "log BCM6838X_DelWanVlan,<line>, port=2, del wanVid=" + vid + " lanVid=" + vid + " ret=0",
-          "log BCM6838X_DelLanVlan,<line>, del lan vlan  2  vid=" + vid,
-          "shell bs /b/c vlan/name=lan1_" + vid + " vid_enable[" + vid + "]=no",
-          "shell bs /b/d vlan/name=lan1_" + vid};
-}
-
-std::vector<std::string> Restored(const std::string& vid) {
-  return {"log BCM6838X_AddWanVlan,<line>, add wan vlan  2  wanVid=" + vid + " lanVid=" + vid,
-          "shell bs /b/n vlan/name=wan0_" + vid + " port/index=wan0",
-          "shell bs /b/c vlan/name=wan0_" + vid + " vid_enable[" + vid + "]=yes",
-          "log BCM6838X_AddWanVlan,<line>, add wan vlan  2  wanVid=" + vid + " lanVid=" + vid +
-              " ret=0",
-          "log BCM6838X_AddLanVlan,<line>, add lan vlan  2  vid=" + vid,
-          "shell bs /b/n vlan/name=lan1_" + vid + " port/index=lan1",
-          "shell bs /b/c vlan/name=lan1_" + vid + " vid_enable[" + vid + "]=yes"};
-}
-
-std::vector<std::string> operator+(std::vector<std::string> first,
-                                   const std::vector<std::string>& second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
-}
-
-using Lines = std::vector<std::string>;
-
-TEST_F(VlanModeMcastTest, Transparent_WithdrawsAndRestoresBehindTheShellLine) {
-  BCM6838X_AddUsTransparent(2);
-  EXPECT_EQ(first(17), (Lines{"log ++++++BCM6838X_AddUsTransparent,<line>",
-                              "shell bs /b/c port/index=lan1 transparent=yes"} +
-                        Withdrawn("500") + Withdrawn("600") +
-                        Lines{"FLOW_ADD us outerVid=0 ingressPort=3 outerPbit=0 vlanNum=0 queue=0 "
-                              "icIndex=0"}));
-  forget();
-  BCM6838X_DelUsTransparent(2);
-  EXPECT_EQ(first(17),
-            (Lines{"log ++++++BCM6838X_DelUsTransparent,<line>",
-                   "shell bs /b/c port/index=lan1 transparent=no"} +
-             Restored("500") + Restored("600") + Lines{"FLOW_DEL dir=us icIndex=0 flowIndex=0"}));
-}
-
-TEST_F(VlanModeMcastTest, TransparentPerf_WithdrawsBehindTheShellLine) {
-  BCM6838X_AddUsTransparent_Perf(2);
-  EXPECT_EQ(first(17), (Lines{"log ++++++BCM6838X_AddUsTransparent_Perf,<line>",
-                              "shell bs /b/c port/index=lan1 transparent=yes"} +
-                        Withdrawn("500") + Withdrawn("600") +
-                        Lines{"FLOW_ADD us outerVid=0 ingressPort=3 outerPbit=0 vlanNum=0 queue=0 "
-                              "icIndex=0"}));
-}
-
-TEST_F(VlanModeMcastTest, ZteStacking_WithdrawsAndRestoresBeforeItLogsItsEntry) {
-  BCM6838X_AddUsZTEStacking(2, 10, 3);
-  EXPECT_EQ(first(16), (Lines{"shell bs /b/c port/index=lan1 transparent=yes"} + Withdrawn("500") +
-                        Withdrawn("600") + Lines{"log ++++++BCM6838X_AddUsZTEStacking,<line>"}));
-  forget();
-  BCM6838X_DelUsZTEStacking(2, 10, 3);
-  EXPECT_EQ(first(16), (Lines{"shell bs /b/c port/index=lan1 transparent=no"} + Restored("500") +
-                        Restored("600") + Lines{"log ++++++BCM6838X_DelUsZTEStacking,<line>"}));
-}
-
-TEST_F(VlanModeMcastTest, OtherModes_LeaveThemAlone) {
-  int modes = 0;
-  for (const std::string name : {"Tag", "ZteTrunk", "Hybrid", "Translation", "BdcomStacking"}) {
-    ModeOf(name).add(2, 2);
-    ModeOf(name).del(2, 2);
-    EXPECT_THAT(aboutMcast(), IsEmpty()) << name;
-    ++modes;
-  }
-  EXPECT_EQ(modes, 5);
-}
-
-TEST_F(VlanModeMcastTest, OtherMulticastModes_LeaveThemAlone) {
-  int rounds = 0;
-  for (const std::uint16_t mode : std::to_array<std::uint16_t>({0, 2, 3, 0x101})) {
-    g_mcastUniPortInfo[1].mode = mode;
-    for (const std::string name : {"Transparent", "ZteStacking"}) {
-      ModeOf(name).add(2, 0);
-      ModeOf(name).del(2, 0);
-      EXPECT_THAT(aboutMcast(), IsEmpty()) << name << " " << mode;
-      ++rounds;
-    }
-  }
-  EXPECT_EQ(rounds, 8);
-}
-
-TEST_F(VlanModeMcastTest, OtherPortsMulticastVlans_AreLeftAlone) {
-  BCM6838X_AddUsTransparent(1);
-  BCM6838X_AddUsZTEStacking(3, 10, 3);
-  EXPECT_THAT(aboutMcast(), IsEmpty());
-}
-
-TEST_F(VlanModeMcastTest, AllEightPlacesInOrder) {
-  g_mcastUniPortInfo[1].vlans = {507, 506, 505, 504, 503, 502, 501, 500};
-  BCM6838X_AddUsTransparent(2);
-  Lines expected;
-  for (const std::string vid : {"507", "506", "505", "504", "503", "502", "501", "500"}) {
-    expected.push_back("log BCM6838X_DelWanVlan,<line>, port=2,del wanVid=" + vid +
-                       " lanVid=" + vid);
-  }
-  EXPECT_EQ(leftWith("log BCM6838X_DelWanVlan,<line>, port=2,del"), expected);
-  EXPECT_THAT(leftWith("log BCM6838X_DelLanVlan"), SizeIs(8));
 }
 
 }  // namespace
