@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <ostream>
 #include <regex>
 #include <string>
 #include <vector>
@@ -257,10 +256,6 @@ class VlanModeFault : public VlanModeTest, public testing::WithParamInterface<Vl
   void refuseEach(Where where, const std::vector<Row>& rows);
   void refuseAllFromEach(Where where, const std::string& ownFlow);
 };
-
-void PrintTo(const VlanMode& mode, std::ostream* out) {
-  *out << mode.name;
-}
 
 /// Without the VLAN actions: one whose delete was refused is used again, and then deleted.
 Lines WithoutActions(Lines lines) {

@@ -3,6 +3,7 @@
 #include "hal/vlan_modes.h"
 
 #include <algorithm>
+#include <ostream>
 #include <stdexcept>
 
 namespace hal_test {
@@ -31,6 +32,10 @@ VlanList<PortVlanStackEntry> StackingList(std::uint32_t port, std::uint32_t entr
                   static_cast<std::uint16_t>(300 + v)};
   }
   return list;
+}
+
+void PrintTo(const VlanMode& mode, std::ostream* out) {
+  *out << mode.name;
 }
 
 const std::vector<VlanMode>& VlanModes() {

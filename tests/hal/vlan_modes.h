@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,9 @@ struct VlanMode {
   std::int32_t (*add)(std::uint32_t port, std::uint32_t entries);
   std::int32_t (*del)(std::uint32_t port, std::uint32_t entries);
 };
+
+/// For failing tests.
+void PrintTo(const VlanMode& mode, std::ostream* out);
 
 /// "Transparent", "Tag" (of kPvid), "ZteTrunk", "Hybrid", "Translation", "ZteStacking",
 /// "BdcomStacking".

@@ -70,15 +70,16 @@ std::optional<std::int64_t> Term(const std::string& text, const GoldenNumbers& n
   return value->second * (parts[2].matched ? std::stoll(parts[2]) : 1);
 }
 
+/// Nothing when a summand is wrong or there is none.
 std::optional<std::int64_t> Sum(const std::string& text, const GoldenNumbers& numbers) {
   static const std::regex kSummand(R"(([+-]?)([^+-]+))");
-  std::int64_t sum = 0;
+  std::optional<std::int64_t> sum;
   for (std::sregex_iterator found(text.begin(), text.end(), kSummand), end; found != end; ++found) {
     const std::optional<std::int64_t> term = Term((*found)[2], numbers);
     if (!term) {
       return {};
     }
-    sum += (*found)[1] == "-" ? -*term : *term;
+    sum = sum.value_or(0) + ((*found)[1] == "-" ? -*term : *term);
   }
   return sum;
 }

@@ -103,8 +103,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsZTETrunk(uint32_t port, const PortVlanTrun
 /// @param[in] list 512 entries must be readable; those with VID 0 are skipped, `port` is not looked
 ///   at; not kept
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl); BCM6838X_FAILED for a
-/// port
-///   out of range; BCM6838X_INVALID for a null list
+///   port out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_AddUsHybrid(uint32_t port, uint32_t pvid, uint32_t priority,
                                              const PortVlanTrunkEntry* list);
 
@@ -135,8 +134,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsHybrid(uint32_t port, uint32_t pvid, uint3
 /// skipped,
 ///   `port` is not looked at, the low 8 bits of the priorities are used; not kept
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl); BCM6838X_FAILED for a
-/// port
-///   out of range; BCM6838X_INVALID for a null list
+///   port out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_AddUsTranslation(uint32_t port, uint32_t pvid, uint32_t priority,
                                                   const PortVlanTransEntry* list);
 
@@ -167,8 +165,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsTranslation(uint32_t port, uint32_t pvid, 
 /// @param[in] pvid PVID in the low 16 bits, 1..4095; the WAN object refuses others with a log line
 /// @param[in] priority priority of the tag and queue of untagged frames, 0..7, in the low 8 bits
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl); BCM6838X_FAILED for a
-/// port
-///   out of range
+///   port out of range
 BCM6838X_EXPORT int32_t BCM6838X_AddUsZTEStacking(uint32_t port, uint32_t pvid, uint32_t priority);
 
 /// Ends ZTE stacking: the port's data path is no longer transparent, the multicast VLANs are put
@@ -194,8 +191,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsZTEStacking(uint32_t port, uint32_t pvid, 
 /// @param[in] list 512 entries must be readable; those take part whose `stackParam` is 2, whose
 ///   `port` is the port, and whose `cvid` (all bits) and `svid` are not 0; not kept
 /// @return the result of the last flow command (codes of BCM6838X_Ioctl); BCM6838X_FAILED for a
-/// port
-///   out of range; BCM6838X_INVALID for a null list
+///   port out of range; BCM6838X_INVALID for a null list
 BCM6838X_EXPORT int32_t BCM6838X_AddUsBDCOMStacking(uint32_t port, uint32_t pvid, uint32_t priority,
                                                     const PortVlanStackEntry* list);
 
