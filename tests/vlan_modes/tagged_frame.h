@@ -14,6 +14,6 @@ std::vector<std::uint8_t> MakeFrame(const std::string& tags);
 
 /// The tags of a frame, written the same way; "damaged" when what is behind them is not the UDP
 /// datagram of MakeFrame, or a TPID is none.
-std::string ReadTags(const std::vector<std::uint8_t>& frame);
+std::string ReadTags(const std::vector<std::uint8_t>& bytes);
 
 }  // namespace vlan_modes

@@ -42,7 +42,7 @@ Result ShowCounters(Session& session, const Arguments& /*arguments*/) {
 }
 
 Result ChangeConfig(Session& session, const Arguments& arguments) {
-  const std::string key = arguments.word("KEY");
+  const std::string& key = arguments.word("KEY");
   const Words values = arguments.words("VALUE");
   Settings settings = session.settings();
   SetConfig(settings, key, values);

@@ -4,6 +4,7 @@
 #include <array>
 #include <compare>
 #include <set>
+#include <tuple>
 
 #include "consistency/consistency.h"
 #include "consistency/vlan_flows.h"
@@ -17,7 +18,9 @@ namespace {
 struct Admitted {
   std::uint32_t tags = 0;
   std::uint32_t vid = kAnyVid;
-  auto operator<=>(const Admitted&) const = default;
+  std::strong_ordering operator<=>(const Admitted& other) const {
+    return std::tie(tags, vid) <=> std::tie(other.tags, other.vid);
+  }
 };
 
 using AdmittedSet = std::set<Admitted>;

@@ -5,6 +5,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <tuple>
 #include <vector>
 
 #include <brmgr_record.h>
@@ -50,7 +51,9 @@ struct LibraryTables {
 struct SharedFlowKey {
   std::uint32_t vid = 0;   ///< 4096 stands for any VID
   std::uint32_t tags = 0;  ///< number of VLAN tags
-  auto operator<=>(const SharedFlowKey&) const = default;
+  std::strong_ordering operator<=>(const SharedFlowKey& other) const {
+    return std::tie(vid, tags) <=> std::tie(other.vid, other.tags);
+  }
 };
 
 /// The downstream flow that brings an upstream flow's frames back: that of the outer VID and of the
