@@ -21,6 +21,7 @@ set(c_interface
     c_interface_test.c
     c_calls_core.c
     c_calls_igmp.c
+    c_calls_mac.c
     c_calls_port.c
     c_calls_qos.c
     c_calls_vlan.c

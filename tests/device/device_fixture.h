@@ -19,7 +19,8 @@ namespace virtual_onu {
 
 class DeviceTest : public testing::Test {
  protected:
-  static constexpr ChipLimits kLimits = {.classes = 4, .flowsPerClass = 3, .vlanActions = 2};
+  static constexpr ChipLimits kLimits = {
+      .classes = 4, .flowsPerClass = 3, .vlanActions = 2, .macEntries = 3, .mcastGroups = 3};
 
   /// Sends a request; returns 0, or the errno value of the refusal.
   int request(std::uint32_t code, void* buffer, std::uint32_t length, std::uint32_t flag) {

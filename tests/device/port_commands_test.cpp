@@ -1,5 +1,6 @@
 /// @file
 /// Tests of the commands of the ports and of MAC learning.
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -149,6 +150,31 @@ TEST_F(PortCommands, Mirror_UnknownSelectorOrDirection_IsRefused) {
                 "mirror direction 3 is none of 0 (transmitted), 1 (received) and 2 (both)");
 }
 
+TEST_F(PortCommands, Counters_AreReadByThePortFromOneAndZeroMeansTheFirst) {
+  for (std::uint32_t uni = 1; uni <= kPorts; ++uni) {
+    device_.counters(uni).port = 10 + uni;
+    device_.counters(uni).rxUnicast = 100 * uni;
+    device_.counters(uni).word52[1] = uni;
+  }
+  for (const std::uint32_t port : {0U, 1U, 4U}) {
+    PortStatsRecord record = {};
+    record.port = port;
+    record.rxOctets = 77;
+    EXPECT_EQ(send(BRMGR_CMD_PORT_STATS, record), 0);
+    EXPECT_EQ(BytesOf(record), BytesOf(device_.counters(std::max(port, 1U)))) << port;
+  }
+}
+
+TEST_F(PortCommands, Counters_OfNoPort_AreRefused) {
+  for (const std::uint32_t port : {5U, 0xFFFFFFFFU}) {
+    PortStatsRecord record = {};
+    record.port = port;
+    expectRefusal(
+        BRMGR_CMD_PORT_STATS, record,
+        "UNI port " + std::to_string(port) + ", but the chip has 4 ports, counted from 1");
+  }
+}
+
 TEST_F(PortCommands, MacLimitAndLearn_AreKept) {
   expectDone(BRMGR_CMD_MAC_LIMIT, MacLimitRecord{0xFFFF});
   expectDone(BRMGR_CMD_MAC_LEARN, MacLearnRecord{0x80000001});
@@ -175,9 +201,9 @@ TEST_F(PortCommands, ShortRecord_IsRefused) {
     std::uint32_t code;
     std::uint32_t size;
   };
-  constexpr std::array<Row, 7> kRows = {
-      {{35, 48}, {39, 48}, {58, 16}, {85, 16}, {126, 12}, {132, 2}, {133, 4}}};
-  std::array<std::uint8_t, 48> record = {};
+  constexpr std::array<Row, 8> kRows = {
+      {{35, 48}, {39, 48}, {58, 16}, {85, 16}, {95, 216}, {126, 12}, {132, 2}, {133, 4}}};
+  std::array<std::uint8_t, 216> record = {};
   const std::string before = dump();
   for (const Row& row : kRows) {
     EXPECT_EQ(request(row.code, record.data(), row.size - 1, BRMGR_FLAG_INPUT), EINVAL) << row.code;

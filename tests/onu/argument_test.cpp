@@ -113,6 +113,8 @@ TEST(Argument, Types_AcceptWhatTheyExpect) {
       {ArgumentType::Hex, "0f0", false},
       {ArgumentType::LinkState, "down", true},
       {ArgumentType::LinkState, "off", false},
+      {ArgumentType::Mac, "02:00:00:00:00:0a", true},
+      {ArgumentType::Mac, "02:00:00:00:00", false},
       {ArgumentType::Port, "uni32", true},
       {ArgumentType::Port, "uni33", false},
       {ArgumentType::Speed, "1000", true},

@@ -152,6 +152,8 @@ constexpr TypeRow kTypes[] = {
     {ArgumentType::Hex, "pairs of hexadecimal digits",
      [](const std::string& word) { return virtual_onu::ParseHex(word).has_value(); }, NoChoices},
     {ArgumentType::LinkState, "up or down", AcceptsChoice<LinkStates>, LinkStates},
+    {ArgumentType::Mac, "a MAC address such as 01:80:c2:00:00:00",
+     [](const std::string& word) { return virtual_onu::ParseMac(word).has_value(); }, NoChoices},
     {ArgumentType::Number, "a number from 0 to 4294967295",
      [](const std::string& word) { return ParseNumber(word).has_value(); }, NoChoices},
     {ArgumentType::Port, "uni1 to uni32 or wan",

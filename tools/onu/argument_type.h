@@ -25,6 +25,7 @@ enum class ArgumentType : std::uint8_t {
   Frame,
   Hex,
   LinkState,  ///< up or down
+  Mac,
   Number,
   Port,
   Speed,           ///< 10, 100 or 1000

@@ -3,9 +3,11 @@
 /// argument. An argument type that operations come to need is one more specialisation of Slot.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,7 +15,10 @@
 #include <type_traits>
 #include <utility>
 
+#include <bcm6838x_mac.h>
+
 #include "argument.h"
+#include "base/text.h"
 #include "json_output.h"
 
 namespace onu {
@@ -47,6 +52,20 @@ class Slot<std::uint32_t> {
 
  private:
   std::uint32_t value_;
+};
+
+template <>
+class Slot<MacAddress> {
+ public:
+  Slot(const Arguments& given, const Argument& row) {
+    std::ranges::copy(virtual_onu::ParseMac(given.word(row.name)).value(), std::begin(mac_.octet));
+  }
+
+  [[nodiscard]] MacAddress pass() const { return mac_; }
+  void report(CallOutcome& /*outcome*/) const {}
+
+ private:
+  MacAddress mac_ = {};
 };
 
 template <typename Return, typename... Types, std::size_t... positions>

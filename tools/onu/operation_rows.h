@@ -19,5 +19,6 @@ const std::vector<Operation>& VlanPortOperations();
 const std::vector<Operation>& IgmpOperations();
 const std::vector<Operation>& PortOperations();
 const std::vector<Operation>& QosOperations();
+const std::vector<Operation>& MacOperations();
 
 }  // namespace onu

@@ -13,11 +13,14 @@
 
 namespace virtual_onu {
 
-/// How many objects of a kind the chip holds, each per direction, and how many UNI ports it has.
+/// How many objects of a kind the chip holds, classes, flows and VLAN actions per direction, and
+/// how many UNI ports it has.
 struct ChipLimits {
   std::size_t classes = 64;
   std::size_t flowsPerClass = 2048;
   std::size_t vlanActions = 512;
+  std::size_t macEntries = 4096;
+  std::size_t mcastGroups = 1024;
   std::uint32_t uniPorts = 4;
 };
 
@@ -43,6 +46,9 @@ struct DirectionTables {
   std::map<std::uint32_t, IngressClass> classes;
   std::map<std::uint32_t, VlanActionRule> actions;
 };
+
+/// Multicast groups, each forwarded to one port, by channel index.
+using McastGroups = std::map<std::uint32_t, McastGroupEntry>;
 
 struct ChipTables {
   DirectionTables downstream;

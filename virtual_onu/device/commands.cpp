@@ -12,6 +12,9 @@
 #include <brmgr_cmd.h>
 
 #include "device/command_row.h"
+#include "device/free_index.h"
+#include "device/mac_commands.h"
+#include "device/mcast_commands.h"
 #include "device/port_commands.h"
 #include "device/qos_commands.h"
 
@@ -45,21 +48,6 @@ bool IsDirection(std::uint32_t dir) {
 
 CommandResult BadDirection(std::uint32_t dir) {
   return {EINVAL, "direction " + std::to_string(dir) + " is neither 0 (ds) nor 1 (us)"};
-}
-
-/// The wished index when it is free, otherwise the next free one above it, starting over at 0
-/// behind the last index of the table. Nothing when the table is full.
-template <typename Object>
-std::optional<std::uint32_t> FreeIndex(const std::map<std::uint32_t, Object>& table,
-                                       std::size_t limit, std::uint32_t wished = 0) {
-  if (table.size() >= limit) {
-    return {};
-  }
-  std::uint32_t index = wished < limit ? wished : 0;
-  while (table.contains(index)) {
-    index = index + 1 < limit ? index + 1 : 0;
-  }
-  return index;
 }
 
 IngressClass* FindClass(DriverState& state, std::uint32_t dir, std::uint32_t icIndex) {
@@ -218,7 +206,8 @@ CommandResult ExecuteCommand(DriverState& state, std::uint32_t code,
     return {EINVAL, "short record"};
   }
   for (const std::span<const CommandRow> rows :
-       {std::span<const CommandRow>(kChipCommands), PortCommands(), QosCommands()}) {
+       {std::span<const CommandRow>(kChipCommands), PortCommands(), QosCommands(), MacCommands(),
+        McastCommands()}) {
     const auto row = std::ranges::find(rows, code, &CommandRow::code);
     if (row != rows.end()) {
       return row->run(state, record);

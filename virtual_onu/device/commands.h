@@ -11,6 +11,7 @@
 #include <brmgr_record.h>
 
 #include "device/chip_tables.h"
+#include "device/mac_tables.h"
 #include "device/port_tables.h"
 #include "device/qos_tables.h"
 
@@ -22,6 +23,8 @@ struct DriverState {
   ChipTables tables = {};
   PortTables portTables = {};
   QosTables qosTables = {};
+  MacTables macTables = {};
+  McastGroups mcastGroups = {};
   std::optional<DrvInitRecord> ports = {};
   std::optional<std::uint32_t> feature = {};
 };

@@ -21,9 +21,9 @@ namespace virtual_onu {
 
 /// Commands and events may come from any thread; they are carried out, and traced, one at a time. A
 /// listener of the trace must therefore not call the device's functions that lock: ioctl,
-/// sendEvent, open, owns, ports, feature, setPortAction. tables(), portTables(), qosTables() and
-/// faults() hand out what the commands work on, without a lock: use them on the thread that sends
-/// the commands, or while none is sent.
+/// sendEvent, open, owns, ports, feature, setPortAction. tables(), portTables(), qosTables(),
+/// macTables(), mcastGroups(), counters() and faults() hand out what the commands work on, without a
+/// lock: use them on the thread that sends the commands, or while none is sent.
 class Device {
  public:
   /// Records longer than this are refused unread; the longest that a command carries has 492032
@@ -48,8 +48,8 @@ class Device {
   /// command is traced, refused ones too; an ioctl that carries none is traced as a call.
   ///
   /// ENOTTY: not the device's request. EFAULT: no argument, or a length without a record. EINVAL: a
-  /// record that is too long or too short, or a direction that is none. EIO: refused by a fault
-  /// rule. ENOENT: no such class, flow or action. ENOSPC: the table is full.
+  /// record that is too long or too short, or a direction, a port or a VID that is none. EIO:
+  /// refused by a fault rule. ENOENT: no such object, or none left. ENOSPC: the table is full.
   int ioctl(unsigned long request, void* argument);
 
   /// Hands an event record to the reader of every open descriptor, without waiting. False when
@@ -70,7 +70,13 @@ class Device {
   [[nodiscard]] const ChipTables& tables() const { return state_.tables; }
   [[nodiscard]] const PortTables& portTables() const { return state_.portTables; }
   [[nodiscard]] const QosTables& qosTables() const { return state_.qosTables; }
+  [[nodiscard]] const MacTables& macTables() const { return state_.macTables; }
+  [[nodiscard]] const McastGroups& mcastGroups() const { return state_.mcastGroups; }
   [[nodiscard]] const ChipLimits& limits() const { return state_.limits; }
+
+  /// The counters of a UNI port, counted from 1, as a read returns them, its first word included.
+  PortStatsRecord& counters(std::uint32_t uni) { return state_.portTables.counters[uni]; }
+
   FaultPlan& faults() { return faults_; }
 
  private:

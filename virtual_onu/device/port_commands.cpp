@@ -3,6 +3,7 @@
 /// frames is the data path's matter.
 #include "device/port_commands.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <iterator>
@@ -78,6 +79,16 @@ CommandResult SetVlans(DriverState& state, PortVlanTable& record) {
   return {};
 }
 
+/// Counts its ports from 1, and takes 0 for the first one too. The counters go on.
+CommandResult ReadCounters(DriverState& state, PortStatsRecord& record) {
+  if (record.port > state.limits.uniPorts) {
+    return {EINVAL, "UNI port " + std::to_string(record.port) + ", but the chip has " +
+                        std::to_string(state.limits.uniPorts) + " ports, counted from 1"};
+  }
+  record = state.portTables.counters[std::max(record.port, 1U)];
+  return {};
+}
+
 CommandResult SetMacLimit(DriverState& state, MacLimitRecord& record) {
   state.portTables.macLimit = record.limit;
   return {};
@@ -93,6 +104,7 @@ constexpr std::array kPortCommands = {
     kRow<BRMGR_CMD_PORT_ADMIN, PortAdminRecord, SetAdmin>,
     kRow<BRMGR_CMD_PORT_LOOPBACK, PortLoopbackRecord, SetLoopback>,
     kRow<BRMGR_CMD_PORT_ISOLATE, PortIsolateRecord, SetIsolation>,
+    kRow<BRMGR_CMD_PORT_STATS, PortStatsRecord, ReadCounters>,
     kRow<BRMGR_CMD_PORT_STP, PortStpRecord, SetSpanningTree>,
     kRow<BRMGR_CMD_PORT_MIRROR, PortMirrorRecord, SetMirror>,
     kRow<BRMGR_CMD_MAC_LIMIT, MacLimitRecord, SetMacLimit>,

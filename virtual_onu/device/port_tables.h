@@ -38,6 +38,7 @@ struct PortTables {
   std::map<std::uint32_t, PortSettings> settings;  ///< of the ports that a command has named
   /// Ports that may not exchange traffic. A port may be paired with itself, which means nothing.
   std::set<PortPair> isolated;
+  std::map<std::uint32_t, PortStatsRecord> counters;
   PortMirrorRecord mirror = {};           ///< as the last command gave it
   std::vector<PortVlanInfo> vlans;        ///< of UNI port 1 and up; empty until told
   std::optional<std::uint16_t> macLimit;  ///< nothing until told

@@ -190,6 +190,78 @@ enum {
   FIELD(R, 8,   uint32_t, enable,          ,     DEC,      CALLER, "mirroring, as the caller gave it") \
   FIELD(R, 12,  uint32_t, direction,       ,     DEC,      CALLER, "0, 1 or 2 for the modes 2, 1 and 3")
 
+#define MCAST_GROUP_ENTRY_FIELDS(FIELD, R)                                                            \
+  FIELD(R, 0,   uint32_t, vlanActionIndex, ,     INDEX,    CALLER, "downstream VLAN action for the port's copies, or none") \
+  FIELD(R, 4,   uint32_t, channelIndex,    ,     INDEX,    BOTH,   "create: the driver returns the entry's index; delete: the entry to delete") \
+  FIELD(R, 8,   uint32_t, port,            ,     DEC,      CALLER, "UNI port number")                 \
+  FIELD(R, 12,  uint32_t, portMask,        ,     HEX,      CALLER, "ports that have joined, bit p - 1 for UNI port p, as the caller gave it") \
+  FIELD(R, 16,  uint16_t, vlan,            ,     DEC,      CALLER, "multicast VLAN of the group")     \
+  FIELD(R, 18,  uint8_t,  reserved18,      [6],  RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 24,  uint8_t,  groupMac,        [6],  MAC,      CALLER, "group MAC address")               \
+  FIELD(R, 30,  uint8_t,  groupIpv4,       [4],  IP,       CALLER, "IPv4 group address; 0.0.0.0 in an IPv6 group") \
+  FIELD(R, 34,  uint8_t,  groupIpv6,       [16], IP,       CALLER, "IPv6 group address")              \
+  FIELD(R, 50,  uint8_t,  reserved50,      [2],  RESERVED, NOBODY, "zero")
+
+#define PORT_STATS_RECORD_FIELDS(FIELD, R)                                                            \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "port whose counters are read")    \
+  FIELD(R, 4,   uint32_t, rxOctets,        ,     DEC,      DRIVER, "received octets")                 \
+  FIELD(R, 8,   uint32_t, word2,           ,     DEC,      DRIVER, "not read")                        \
+  FIELD(R, 12,  uint32_t, rx64,            ,     DEC,      DRIVER, "received frames of 64 octets")    \
+  FIELD(R, 16,  uint32_t, rx65to127,       ,     DEC,      DRIVER, "received frames of 65 to 127 octets") \
+  FIELD(R, 20,  uint32_t, rx128to255,      ,     DEC,      DRIVER, "received frames of 128 to 255 octets") \
+  FIELD(R, 24,  uint32_t, rx256to511,      ,     DEC,      DRIVER, "received frames of 256 to 511 octets") \
+  FIELD(R, 28,  uint32_t, rx512to1023,     ,     DEC,      DRIVER, "received frames of 512 to 1023 octets") \
+  FIELD(R, 32,  uint32_t, rx1024to1518,    ,     DEC,      DRIVER, "received frames of 1024 to 1518 octets") \
+  FIELD(R, 36,  uint32_t, word9,           ,     DEC,      DRIVER, "not read")                        \
+  FIELD(R, 40,  uint32_t, rxMulticast,     ,     DEC,      DRIVER, "received multicast frames")       \
+  FIELD(R, 44,  uint32_t, rxBroadcast,     ,     DEC,      DRIVER, "received broadcast frames")       \
+  FIELD(R, 48,  uint32_t, rxUnicast,       ,     DEC,      DRIVER, "received unicast frames")         \
+  FIELD(R, 52,  uint32_t, word13,          [4],  DEC,      DRIVER, "not read")                        \
+  FIELD(R, 68,  uint32_t, rxDiscard,       ,     DEC,      DRIVER, "received frames that were discarded; also the first of three terms of the receive errors") \
+  FIELD(R, 72,  uint32_t, word18,          [4],  DEC,      DRIVER, "not read")                        \
+  FIELD(R, 88,  uint32_t, rxWord22,        ,     DEC,      DRIVER, "a receive counter that only the table of all ports shows") \
+  FIELD(R, 92,  uint32_t, rxError23,       ,     DEC,      DRIVER, "second term of the receive errors") \
+  FIELD(R, 96,  uint32_t, rxError24,       ,     DEC,      DRIVER, "third term of the receive errors") \
+  FIELD(R, 100, uint32_t, word25,          ,     DEC,      DRIVER, "not read")                        \
+  FIELD(R, 104, uint32_t, txOctets,        ,     DEC,      DRIVER, "transmitted octets")              \
+  FIELD(R, 108, uint32_t, word27,          ,     DEC,      DRIVER, "not read")                        \
+  FIELD(R, 112, uint32_t, tx64,            ,     DEC,      DRIVER, "transmitted frames of 64 octets") \
+  FIELD(R, 116, uint32_t, tx65to127,       ,     DEC,      DRIVER, "transmitted frames of 65 to 127 octets") \
+  FIELD(R, 120, uint32_t, tx128to255,      ,     DEC,      DRIVER, "transmitted frames of 128 to 255 octets") \
+  FIELD(R, 124, uint32_t, tx256to511,      ,     DEC,      DRIVER, "transmitted frames of 256 to 511 octets") \
+  FIELD(R, 128, uint32_t, tx512to1023,     ,     DEC,      DRIVER, "transmitted frames of 512 to 1023 octets") \
+  FIELD(R, 132, uint32_t, tx1024to1518,    ,     DEC,      DRIVER, "transmitted frames of 1024 to 1518 octets") \
+  FIELD(R, 136, uint32_t, word34,          ,     DEC,      DRIVER, "not read")                        \
+  FIELD(R, 140, uint32_t, txDiscard,       ,     DEC,      DRIVER, "frames to transmit that were discarded; also the first of three terms of the transmit errors") \
+  FIELD(R, 144, uint32_t, txMulticast,     ,     DEC,      DRIVER, "transmitted multicast frames")    \
+  FIELD(R, 148, uint32_t, txBroadcast,     ,     DEC,      DRIVER, "transmitted broadcast frames")    \
+  FIELD(R, 152, uint32_t, txUnicast,       ,     DEC,      DRIVER, "transmitted unicast frames")      \
+  FIELD(R, 156, uint32_t, word39,          [8],  DEC,      DRIVER, "not read")                        \
+  FIELD(R, 188, uint32_t, txError47,       ,     DEC,      DRIVER, "second term of the transmit errors") \
+  FIELD(R, 192, uint32_t, word48,          [3],  DEC,      DRIVER, "not read")                        \
+  FIELD(R, 204, uint32_t, txError51,       ,     DEC,      DRIVER, "third term of the transmit errors") \
+  FIELD(R, 208, uint32_t, word52,          [2],  DEC,      DRIVER, "not read")
+
+#define MAC_ENTRY_RECORD_FIELDS(FIELD, R)                                                             \
+  FIELD(R, 0,   uint8_t,  mac,             [6],  MAC,      BOTH,   "the entry's address; in a read the address after which to look, then that of the entry found") \
+  FIELD(R, 6,   uint16_t, reserved6,       ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 8,   uint32_t, port,            ,     DEC,      BOTH,   "UNI port number; a read sends zero") \
+  FIELD(R, 12,  uint16_t, vid,             ,     DEC,      BOTH,   "VLAN identifier; a read sends zero") \
+  FIELD(R, 14,  uint16_t, reserved14,      ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 16,  uint32_t, entryType,       ,     DEC,      DRIVER, "sent as zero; a read returns the kind of the entry") \
+  FIELD(R, 20,  uint32_t, reserved20,      ,     RESERVED, NOBODY, "zero")
+
+#define MAC_FILTER_RECORD_FIELDS(FIELD, R)                                                            \
+  FIELD(R, 0,   uint32_t, reserved0,       ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 4,   uint8_t,  mac,             [6],  MAC,      CALLER, "MAC address")                     \
+  FIELD(R, 10,  uint16_t, reserved10,      ,     RESERVED, NOBODY, "zero")                            \
+  FIELD(R, 12,  uint32_t, port,            ,     DEC,      CALLER, "UNI port number")                 \
+  FIELD(R, 16,  uint16_t, vid,             ,     DEC,      CALLER, "VLAN identifier")                 \
+  FIELD(R, 18,  uint16_t, reserved18,      ,     RESERVED, NOBODY, "zero")
+
+#define MAC_AGING_RECORD_FIELDS(FIELD, R)                                                             \
+  FIELD(R, 0,   uint16_t, ageTime,         ,     DEC,      CALLER, "aging time of learned entries")
+
 #define MAC_LIMIT_RECORD_FIELDS(FIELD, R)                                                             \
   FIELD(R, 0,   uint16_t, limit,           ,     DEC,      CALLER, "number of MAC addresses that may be learned")
 
@@ -278,6 +350,11 @@ enum {
   X(PortIsolateRecord, PORT_ISOLATE_RECORD_FIELDS, 16, "Isolation of two ports from each other.")     \
   X(PortStpRecord,   PORT_STP_RECORD_FIELDS,   12,  "Spanning tree of a port.")                       \
   X(PortMirrorRecord, PORT_MIRROR_RECORD_FIELDS, 16, "Port mirroring.")                               \
+  X(McastGroupEntry, MCAST_GROUP_ENTRY_FIELDS, 52,  "A multicast group that is forwarded to one port.") \
+  X(PortStatsRecord, PORT_STATS_RECORD_FIELDS, 216, "Counters of a port.")                            \
+  X(MacEntryRecord,  MAC_ENTRY_RECORD_FIELDS,  24,  "An entry of the MAC table.")                    \
+  X(MacFilterRecord, MAC_FILTER_RECORD_FIELDS, 20,  "A MAC address that is blocked, or bound to a port.") \
+  X(MacAgingRecord,  MAC_AGING_RECORD_FIELDS,  2,   "Aging time of the MAC table.")                  \
   X(MacLimitRecord,  MAC_LIMIT_RECORD_FIELDS,  2,   "Learning limit of the MAC table.")               \
   X(MacLearnRecord,  MAC_LEARN_RECORD_FIELDS,  4,   "Learning switch of the MAC table.")             \
   X(PolicerCfg,      POLICER_CFG_FIELDS,       24,  "Upstream policer of a port.")                    \
@@ -309,6 +386,19 @@ enum {
   X(PORT_ISOLATE,    PortIsolateRecord)    \
   X(PORT_STP,        PortStpRecord)        \
   X(PORT_MIRROR,     PortMirrorRecord)     \
+  X(MCAST_ADD,       McastGroupEntry)      \
+  X(MCAST_DEL,       McastGroupEntry)      \
+  X(PORT_STATS,      PortStatsRecord)      \
+  X(MAC_GET_NEXT,    MacEntryRecord)       \
+  X(MAC_BIND_ADD,    MacFilterRecord)      \
+  X(MAC_BIND_DEL,    MacFilterRecord)      \
+  X(MAC_FILTER_ADD,  MacFilterRecord)      \
+  X(MAC_FILTER_DEL,  MacFilterRecord)      \
+  X(MAC_STATIC_ADD,  MacEntryRecord)       \
+  X(MAC_STATIC_DEL,  MacEntryRecord)       \
+  X(MAC_DYNAMIC_ADD, MacEntryRecord)       \
+  X(MAC_DYNAMIC_DEL, MacEntryRecord)       \
+  X(MAC_AGING,       MacAgingRecord)       \
   X(MAC_LIMIT,       MacLimitRecord)       \
   X(MAC_LEARN,       MacLearnRecord)       \
   X(POLICER_ADD,     PolicerCfg)           \
