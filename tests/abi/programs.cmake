@@ -23,6 +23,7 @@ set(c_interface
     c_calls_igmp.c
     c_calls_mac.c
     c_calls_port.c
+    c_calls_port_statistics.c
     c_calls_qos.c
     c_calls_vlan.c
     c_calls_vlan_mode.c

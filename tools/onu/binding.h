@@ -16,6 +16,7 @@
 #include <utility>
 
 #include <bcm6838x_mac.h>
+#include <bcm6838x_port.h>
 
 #include "argument.h"
 #include "base/text.h"
@@ -90,6 +91,22 @@ Binding Bind(Return (*function)(Types...)) {
             return CallWithSlots(function, given, rows, std::index_sequence_for<Types...>());
           },
           sizeof...(Types)};
+}
+
+/// Binds an operation that reads one counter of a port that is wider than a word.
+inline Binding BindReading(std::uint32_t (*function)(std::uint32_t port, Counter64* value),
+                           std::string name) {
+  return {
+      [function, name = std::move(name)](const Arguments& given, std::span<const Argument> rows) {
+        Counter64 counter = {};
+        CallOutcome outcome;
+        outcome.value = function(given.number(rows[0].name), &counter);
+        const std::uint64_t value = (std::uint64_t{counter.high} << 32U) | counter.low;
+        outcome.outputs[name] = value;
+        outcome.text = "  " + name + " = " + std::to_string(value) + "\n";
+        return outcome;
+      },
+      1};
 }
 
 /// Binds an operation that reads one number of a port: the port is the argument, the number that

@@ -18,6 +18,7 @@ const std::vector<Operation>& VlanModeOperations();
 const std::vector<Operation>& VlanPortOperations();
 const std::vector<Operation>& IgmpOperations();
 const std::vector<Operation>& PortOperations();
+const std::vector<Operation>& PortStatisticsOperations();
 const std::vector<Operation>& QosOperations();
 const std::vector<Operation>& MacOperations();
 

@@ -12,7 +12,8 @@ std::vector<Operation> MakeTable() {
   std::vector<Operation> table;
   for (const auto* part :
        {&CoreOperations(), &VlanOperations(), &VlanModeOperations(), &VlanPortOperations(),
-        &IgmpOperations(), &PortOperations(), &QosOperations(), &MacOperations()}) {
+        &IgmpOperations(), &PortOperations(), &PortStatisticsOperations(), &QosOperations(),
+        &MacOperations()}) {
     table.insert(table.end(), part->begin(), part->end());
   }
   return table;

@@ -22,8 +22,8 @@ namespace virtual_onu {
 /// Commands and events may come from any thread; they are carried out, and traced, one at a time. A
 /// listener of the trace must therefore not call the device's functions that lock: ioctl,
 /// sendEvent, open, owns, ports, feature, setPortAction. tables(), portTables(), qosTables(),
-/// macTables(), mcastGroups(), counters() and faults() hand out what the commands work on, without a
-/// lock: use them on the thread that sends the commands, or while none is sent.
+/// macTables(), mcastGroups(), counters() and faults() hand out what the commands work on, without
+/// a lock: use them on the thread that sends the commands, or while none is sent.
 class Device {
  public:
   /// Records longer than this are refused unread; the longest that a command carries has 492032

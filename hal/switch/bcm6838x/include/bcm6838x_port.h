@@ -1,17 +1,20 @@
 /// @file
 /// Port control: link and negotiation state, pause, PHY power, administrative state, negotiation
-/// mode, loopback, isolation, learning, spanning tree, frame size and mirroring.
+/// mode, loopback, isolation, learning, spanning tree, frame size and mirroring. Port statistics:
+/// counters, and their clearing.
 ///
 /// Every operation takes a UNI port number, counted from 1, in the low 8 bits of `port`. The Linux
 /// interface of ports 1..5 is "eth0".."eth4"; an operation that reads the PHY fails for any other
-/// port. Device commands carry the port number plus 1. The results of device commands and shell
-/// lines are not checked.
+/// port. The device commands of port control carry the port number plus 1; their results and those
+/// of shell lines are not checked.
 #ifndef BCM6838X_PORT_H
 #define BCM6838X_PORT_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include "bcm6838x_api.h"
+#include "brmgr_record.h"
 
 BCM6838X_BEGIN_DECLS
 
@@ -212,6 +215,207 @@ BCM6838X_EXPORT uint32_t BCM6838X_GetGlobalNegResult(uint32_t port, ...);
 /// @param[in] port not used
 /// @return BCM6838X_OK
 BCM6838X_EXPORT uint32_t BCM6838X_SetPortAuthMode(uint32_t port, ...);
+
+/// A 64-bit result in two words.
+typedef struct Counter64 {
+  uint32_t high;  ///< upper 32 bits
+  uint32_t low;   ///< lower 32 bits
+} Counter64;
+
+/// One port's raw counters, as BCM6838X_GetPortStatistics fills them.
+typedef struct PortStatisticsEntry {
+  uint32_t rxOctetsHigh;  ///< 0
+  uint32_t rxOctets;      ///< received octets
+  uint32_t rxUnicast;     ///< received unicast frames
+  uint32_t rxMulticast;   ///< received multicast frames
+  uint32_t rxBroadcast;   ///< received broadcast frames
+  uint32_t rxErrors;      ///< receive errors, discards included
+  uint32_t rxDiscards;    ///< received frames that were discarded
+  uint32_t rx64;          ///< received frames of 64 octets
+  uint32_t rx65to127;     ///< received frames of 65 to 127 octets
+  uint32_t rx128to255;    ///< received frames of 128 to 255 octets
+  uint32_t rx256to511;    ///< received frames of 256 to 511 octets
+  uint32_t rx512to1023;   ///< received frames of 512 to 1023 octets
+  uint32_t rx1024to1518;  ///< received frames of 1024 to 1518 octets
+  uint32_t rxWord22;      ///< a receive counter whose meaning is the driver's
+  uint32_t txOctetsHigh;  ///< 0
+  uint32_t txOctets;      ///< transmitted octets
+  uint32_t txUnicast;     ///< transmitted unicast frames
+  uint32_t txMulticast;   ///< transmitted multicast frames
+  uint32_t txBroadcast;   ///< transmitted broadcast frames
+  uint32_t txErrors;      ///< transmit errors, discards included
+  uint32_t txDiscards;    ///< frames to transmit that were discarded
+  uint32_t tx64;          ///< transmitted frames of 64 octets
+  uint32_t tx65to127;     ///< transmitted frames of 65 to 127 octets
+  uint32_t tx128to255;    ///< transmitted frames of 128 to 255 octets
+  uint32_t tx256to511;    ///< transmitted frames of 256 to 511 octets
+  uint32_t tx512to1023;   ///< transmitted frames of 512 to 1023 octets
+  uint32_t tx1024to1518;  ///< transmitted frames of 1024 to 1518 octets
+  uint32_t notWritten;    ///< left as the caller had it
+} PortStatisticsEntry;
+
+/// @cond
+BRMGR_STATIC_ASSERT(sizeof(Counter64) == 8, "Counter64 has another size");
+BRMGR_STATIC_ASSERT(sizeof(PortStatisticsEntry) == 112, "PortStatisticsEntry has another size");
+BRMGR_STATIC_ASSERT(offsetof(PortStatisticsEntry, rxWord22) == 52, "rxWord22 is misplaced");
+BRMGR_STATIC_ASSERT(offsetof(PortStatisticsEntry, notWritten) == 108, "notWritten is misplaced");
+/// @endcond
+
+/// Fills a table of the raw counters of all ports, one BRMGR_CMD_PORT_STATS a port, counted from 0
+/// in these requests. Clears do not count here. An entry whose command fails is filled with zeros.
+///
+/// @param[out] entries one entry for each Ethernet port; the last word of an entry is not written
+/// @return BCM6838X_OK, or BCM6838X_INVALID, with a log line, when `entries` is null
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatistics(PortStatisticsEntry* entries);
+
+/// Clears a port's counters: keeps them as they stand (BRMGR_CMD_PORT_STATS), for the getters to
+/// subtract. The hardware goes on counting. The request's port word is what the driver left in the
+/// port's kept record, zero before the first clear. A failed command may leave the kept record
+/// partly overwritten.
+///
+/// @param[in] port UNI port, 1..32
+/// @return the command's result (codes of BCM6838X_Ioctl); BCM6838X_INVALID, with a log line and
+///   without a command, when the port is out of range
+BCM6838X_EXPORT uint32_t BCM6838X_SetPortStatisticsClear(uint32_t port);
+
+/// Does nothing.
+///
+/// @return BCM6838X_OK
+BCM6838X_EXPORT uint32_t BCM6838X_SetPortStatisticsInit(void);
+
+/// Does nothing.
+///
+/// @return BCM6838X_OK
+BCM6838X_EXPORT uint32_t BCM6838X_SetPortStatisticsSync(void);
+
+/// Reads the octets that a port has received since its last clear (one BRMGR_CMD_PORT_STATS).
+///
+/// @param[in] port UNI port, from 1 to the number of Ethernet ports and to 32
+/// @param[out] out the counter; when it fell below its value at the clear, `high` is 0xFFFFFFFF
+/// @return BCM6838X_OK; BCM6838X_INVALID, without a command, when the port is out of range, and,
+///   with a log line, when `out` is null; BCM6838X_FAILED, with a log line and `out` left as it
+///   was, when the command fails
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRxOctets(uint32_t port, Counter64* out);
+
+/// Reads the unicast frames that a port has received since its last clear (one
+/// BRMGR_CMD_PORT_STATS).
+///
+/// @param[in] port UNI port, from 1 to the number of Ethernet ports and to 32
+/// @param[out] out the counter; it wraps when it fell below its value at the clear
+/// @return BCM6838X_OK; BCM6838X_INVALID, without a command, when the port is out of range, and,
+///   with a log line, when `out` is null; BCM6838X_FAILED, with a log line and `out` left as it
+///   was, when the command fails
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRxUnicastPackets(uint32_t port, uint32_t* out);
+
+/// Reads the received multicast frames of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRxMulticastPackets(uint32_t port, uint32_t* out);
+
+/// Reads the received broadcast frames of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRxBroadcastPackets(uint32_t port, uint32_t* out);
+
+/// Reads the receive errors, discards included, of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRxErrorPackets(uint32_t port, uint32_t* out);
+
+/// Reads the received frames that were discarded of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRxDiscardPackets(uint32_t port, uint32_t* out);
+
+/// Reads the received frames of 64 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRx64Octets(uint32_t port, uint32_t* out);
+
+/// Reads the received frames of 65 to 127 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRx65to127Octets(uint32_t port, uint32_t* out);
+
+/// Reads the received frames of 128 to 255 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRx128to255Octets(uint32_t port, uint32_t* out);
+
+/// Reads the received frames of 256 to 511 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRx256to511Octets(uint32_t port, uint32_t* out);
+
+/// Reads the received frames of 512 to 1023 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRx512to1023Octets(uint32_t port, uint32_t* out);
+
+/// Reads the received frames of 1024 to 1518 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsRx1024to1518Octets(uint32_t port, uint32_t* out);
+
+/// Reads the octets that a port has transmitted since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxOctets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTxOctets(uint32_t port, Counter64* out);
+
+/// Reads the transmitted unicast frames of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTxUnicastPackets(uint32_t port, uint32_t* out);
+
+/// Reads the transmitted multicast frames of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTxMulticastPackets(uint32_t port, uint32_t* out);
+
+/// Reads the transmitted broadcast frames of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTxBroadcastPackets(uint32_t port, uint32_t* out);
+
+/// Reads the transmit errors, discards included, of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTxErrorPackets(uint32_t port, uint32_t* out);
+
+/// Reads the frames to transmit that were discarded of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTxDiscardPackets(uint32_t port, uint32_t* out);
+
+/// Reads the transmitted frames of 64 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTx64Octets(uint32_t port, uint32_t* out);
+
+/// Reads the transmitted frames of 65 to 127 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTx65to127Octets(uint32_t port, uint32_t* out);
+
+/// Reads the transmitted frames of 128 to 255 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTx128to255Octets(uint32_t port, uint32_t* out);
+
+/// Reads the transmitted frames of 256 to 511 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTx256to511Octets(uint32_t port, uint32_t* out);
+
+/// Reads the transmitted frames of 512 to 1023 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTx512to1023Octets(uint32_t port, uint32_t* out);
+
+/// Reads the transmitted frames of 1024 to 1518 octets of a port since its last clear.
+///
+/// @copydetails BCM6838X_GetPortStatisticsRxUnicastPackets
+BCM6838X_EXPORT uint32_t BCM6838X_GetPortStatisticsTx1024to1518Octets(uint32_t port, uint32_t* out);
 
 BCM6838X_END_DECLS
 
