@@ -151,6 +151,8 @@ constexpr TypeRow kTypes[] = {
      AcceptsAll, Frames, "Words of a frame"},
     {ArgumentType::Hex, "pairs of hexadecimal digits",
      [](const std::string& word) { return virtual_onu::ParseHex(word).has_value(); }, NoChoices},
+    {ArgumentType::Ip, "an IPv4 or IPv6 address",
+     [](const std::string& word) { return virtual_onu::ParseIp(word).has_value(); }, NoChoices},
     {ArgumentType::LinkState, "up or down", AcceptsChoice<LinkStates>, LinkStates},
     {ArgumentType::Mac, "a MAC address such as 01:80:c2:00:00:00",
      [](const std::string& word) { return virtual_onu::ParseMac(word).has_value(); }, NoChoices},

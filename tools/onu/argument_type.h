@@ -24,6 +24,7 @@ enum class ArgumentType : std::uint8_t {
   Fraction,
   Frame,
   Hex,
+  Ip,         ///< IPv4 or IPv6
   LinkState,  ///< up or down
   Mac,
   Number,
