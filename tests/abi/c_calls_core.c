@@ -96,7 +96,3 @@ void call_BCM6838X_StreamPortIndexUniToRdpa(void) {
   EXPECT(BCM6838X_StreamPortIndexUniToRdpa(1) == 2);
   EXPECT(BCM6838X_StreamPortIndexUniToRdpa(0x1FF) == 0x100);
 }
-
-void call_BCM6838X_kernelEvent(void) {
-  BCM6838X_kernelEvent();
-}

@@ -3,12 +3,16 @@
 #include "c_platform.h"
 
 #include <linux/mii.h>
+#include <linux/netlink.h>
 #include <linux/sockios.h>
 #include <net/if.h>
 #include <stdarg.h>
 #include <stdio.h>
 #include <string.h>
+#include <strings.h>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <brmgr_cmd.h>
@@ -19,7 +23,7 @@
 #include <platform_log.h>
 #include <platform_vos.h>
 
-struct Platform g_platform = {.descriptor = PLATFORM_DESCRIPTOR};
+struct Platform g_platform = {.descriptor = PLATFORM_DESCRIPTOR, .monitorSocket = -1};
 uint32_t g_PortRevert = 0;
 
 void Note(const char* format, ...) {
@@ -61,7 +65,7 @@ int ioctl(int fd, unsigned long request, ...) {
   va_start(arguments, request);
   void* argument = va_arg(arguments, void*);
   va_end(arguments);
-  if (fd != PLATFORM_DESCRIPTOR) {
+  if (fd != g_platform.descriptor) {
     return MiiRequest(request, argument);
   }
   const BrmgrRequest* sent = argument;
@@ -91,6 +95,20 @@ int access(const char* name, int type) {
 int unlink(const char* name) {
   g_platform.unlinks += (uint32_t)IsMarker(name);
   return 0;
+}
+
+int socket(int domain, int type, int protocol) {
+  return domain == AF_NETLINK ? g_platform.monitorSocket
+                              : (int)syscall(SYS_socket, domain, type, protocol);
+}
+
+int bind(int fd, const struct sockaddr* address, socklen_t length) {
+  return fd == PLATFORM_SOCKET && address->sa_family == AF_NETLINK && length == 12 ? 0 : -1;
+}
+
+int close(int fd) {
+  g_platform.closes += fd == PLATFORM_SOCKET ? 1 : 0;
+  return fd == PLATFORM_SOCKET ? 0 : (int)syscall(SYS_close, fd);
 }
 
 uint32_t LOG_Create(const char* name, uint32_t a, int32_t b) {
@@ -180,5 +198,70 @@ uint32_t HC_GetGePortNum(void) {
 }
 
 uint32_t SF_GetFeature(uint32_t feature) {
-  return feature + 1;
+  return g_platform.features != 0 ? g_platform.features : feature + 1;
 }
+
+uint32_t BCM6838X_sysGetFactoryMode(uint32_t* mode) {
+  *mode = 0;
+  return 0;
+}
+
+uint32_t TIMER_GetCurrent(void) {
+  return 0;
+}
+
+void VOS_TaskDelay(uint32_t milliseconds) {
+  Note("VOS_TaskDelay %u\n", (unsigned)milliseconds);
+}
+
+void VOS_Reboot(uint32_t reason) {
+  Note("VOS_Reboot %u\n", (unsigned)reason);
+}
+
+void VOS_ResetDefaultCfg(void) {
+  Note("VOS_ResetDefaultCfg\n");
+}
+
+int32_t VOS_StrNcaseCmp(const char* a, const char* b) {
+  return strcasecmp(a, b);
+}
+
+// The prototype is the platform's.
+// NOLINTNEXTLINE(readability-non-const-parameter)
+int32_t devCtl_boardIoctl(uint32_t request, uint32_t action, char* string, uint32_t stringLength,
+                          uint32_t offset, char* buffer) {
+  return request == 0xC0184211 && action == 0 && *string == 0 && stringLength == 0 &&
+                 offset == (uint32_t)getpid() && *buffer == 0
+             ? 0
+             : -1;
+}
+
+static uint32_t Take(const char* client, uint32_t size, uint32_t vid, uint32_t port) {
+  ++g_platform.clients;
+  snprintf(g_platform.clientText, sizeof(g_platform.clientText), "%s %u %u %u", client,
+           (unsigned)size, (unsigned)vid, (unsigned)port);
+  return PLATFORM_CLIENT_RESULT;
+}
+
+// The prototypes are the platform's.
+// NOLINTBEGIN(readability-non-const-parameter)
+uint32_t IGMP_DispatchPacket(uint8_t* frame, uint32_t size, uint32_t vid, uint32_t srcPort) {
+  (void)frame;
+  return Take("IGMP", size, vid, srcPort);
+}
+
+uint32_t MLD_DispatchPacket(uint8_t* frame, uint32_t size, uint32_t vid, uint32_t srcPort) {
+  (void)frame;
+  return Take("MLD", size, vid, srcPort);
+}
+
+uint32_t DHCPRELAY_HandlePacket(uint8_t* frame, uint32_t length, uint32_t vlan, uint32_t port) {
+  (void)frame;
+  return Take("DHCP", length, vlan, port);
+}
+
+uint32_t PPPOERELAY_HandlePacket(uint8_t* frame, uint32_t length, uint32_t vlan, uint32_t port) {
+  (void)frame;
+  return Take("PPPOE", length, vlan, port);
+}
+// NOLINTEND(readability-non-const-parameter)

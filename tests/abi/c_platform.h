@@ -1,6 +1,7 @@
 /// @file
 /// The smallest platform that the library can run on, in C: every call succeeds, does nothing and
-/// is recorded. Also stands in for the C library's ioctl(), access() and unlink().
+/// is recorded. Also stands in for the C library's ioctl(), access() and unlink(), and for the
+/// socket calls of the kernel monitor.
 #ifndef C_PLATFORM_H
 #define C_PLATFORM_H
 
@@ -17,7 +18,9 @@ enum {
   PLATFORM_TEXT_SIZE = 256,
   PLATFORM_JOURNAL_SIZE = 1024,
   PLATFORM_MII_REGISTERS = 32,
-  PLATFORM_PHY = 9  // address of the only PHY, which every "eth" interface shows
+  PLATFORM_CLIENT_RESULT = 77,  // of every protocol client
+  PLATFORM_SOCKET = 11,         // the kernel monitor's, which is none of the system's
+  PLATFORM_PHY = 9              // address of the only PHY, which every "eth" interface shows
 };
 
 /// What the calls were given since the program started, and what some of them answer.
@@ -44,6 +47,11 @@ struct Platform {
   uint32_t messageCode;
   uint32_t jumboPort;  ///< of the last call, as is the value
   uint32_t jumboValue;
+  uint32_t features;  ///< answer of SF_GetFeature(); 0: the number of the feature plus 1
+  uint32_t clients;   ///< frames handed to the protocol clients
+  char clientText[PLATFORM_TEXT_SIZE];  ///< of the last one: "CLIENT SIZE VID PORT"
+  int monitorSocket;                    ///< answer of socket() to the kernel monitor: -1 unless set
+  uint32_t closes;                      ///< of PLATFORM_SOCKET
   uint16_t mii[PLATFORM_MII_REGISTERS];  ///< registers of the PHY
 };
 

@@ -16,12 +16,13 @@ function(add_c_program name library)
   add_test(NAME abi.${name} COMMAND ${name})
 endfunction()
 
-# The calls of the operations, one file a public header.
+# The calls of the operations, one file a public header or a part of one.
 set(c_interface
     c_interface_test.c
     c_calls_core.c
     c_calls_igmp.c
     c_calls_mac.c
+    c_calls_packet.c
     c_calls_port.c
     c_calls_port_statistics.c
     c_calls_qos.c

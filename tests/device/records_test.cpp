@@ -28,7 +28,7 @@ constexpr std::array<ExpectedCommand, 47> kCommands = {{
     {0, "BRMGR_CMD_INIT", 32, 0, "DrvInitRecord"},
     {25, "BRMGR_CMD_MCAST_ADD", 52, 1, "McastGroupEntry"},
     {26, "BRMGR_CMD_MCAST_DEL", 52, 0, "McastGroupEntry"},
-    {33, "BRMGR_CMD_SEND_BPDU", kVariable, 0, ""},
+    {33, "BRMGR_CMD_SEND_BPDU", kVariable, 0, "RelayPkt"},
     {35, "BRMGR_CMD_PORT_ADMIN", 48, 0, "PortAdminRecord"},
     {39, "BRMGR_CMD_PORT_LOOPBACK", 48, 0, "PortLoopbackRecord"},
     {50, "BRMGR_CMD_IPHOST_VLAN_ADD", 4, 0, "IphostVlanRecord"},
@@ -55,7 +55,7 @@ constexpr std::array<ExpectedCommand, 47> kCommands = {{
     {105, "BRMGR_CMD_POLICER_ADD", 24, 1, "PolicerCfg"},
     {106, "BRMGR_CMD_POLICER_DEL", 8, 0, "PolicerDel"},
     {111, "BRMGR_CMD_DSCP_MAP", 68, 0, "DscpMapRecord"},
-    {118, "BRMGR_CMD_SEND_PKT", kVariable, 0, ""},
+    {118, "BRMGR_CMD_SEND_PKT", kVariable, 0, "RdpaPkt"},
     {119, "BRMGR_CMD_LASER_ON", 0, 1, ""},
     {120, "BRMGR_CMD_LASER_OFF", 0, 0, ""},
     {123, "BRMGR_CMD_PORT_STATE", 8, 0, "PortRateRecord"},
@@ -67,10 +67,10 @@ constexpr std::array<ExpectedCommand, 47> kCommands = {{
     {133, "BRMGR_CMD_MAC_LEARN", 4, 0, "MacLearnRecord"},
     {134, "BRMGR_CMD_CTC_MODE_A", 1, 0, "CtcModeRecord"},
     {135, "BRMGR_CMD_CTC_MODE_B", 1, 0, "CtcModeRecord"},
-    {140, "BRMGR_CMD_DHCP_TRAP", 8, 0, ""},
-    {141, "BRMGR_CMD_SEND_DHCP", kVariable, 0, ""},
-    {142, "BRMGR_CMD_PPPOE_TRAP", 8, 0, ""},
-    {143, "BRMGR_CMD_SEND_PPPOE", kVariable, 0, ""},
+    {140, "BRMGR_CMD_DHCP_TRAP", 8, 0, "TrapEnableRecord"},
+    {141, "BRMGR_CMD_SEND_DHCP", kVariable, 0, "RelayPkt"},
+    {142, "BRMGR_CMD_PPPOE_TRAP", 8, 0, "TrapEnableRecord"},
+    {143, "BRMGR_CMD_SEND_PPPOE", kVariable, 0, "RelayPkt"},
     {158, "BRMGR_CMD_VLAN_REBUILD", 492032, 0, "PortVlanTable"},
 }};
 
@@ -92,7 +92,8 @@ TEST(CommandTable, RecordsHaveTheLengthOfTheirCommand) {
   std::size_t described = 0;
   for (const CommandInfo& command : AllCommands()) {
     if (command.record != nullptr) {
-      EXPECT_EQ(command.length, command.record->size) << command.name;
+      EXPECT_EQ(command.length.value_or(command.record->size), command.record->size)
+          << command.name;
       ++described;
     }
   }
@@ -143,7 +144,9 @@ TEST(RecordTable, HoldsEveryRecordInOrder) {
                        "PolicerCfg 24",         "PolicerDel 8",          "PortRateRecord 8",
                        "DsRateLimitRecord 8",   "DscpMapRecord 68",      "PortVlanTrunkEntry 4",
                        "PortVlanTransEntry 10", "PortVlanStackEntry 16", "PortVlanInfo 15376",
-                       "PortVlanTable 492032",  "IphostVlanRecord 4",    "CtcModeRecord 1"}));
+                       "PortVlanTable 492032",  "IphostVlanRecord 4",    "CtcModeRecord 1",
+                       "TrapEnableRecord 8",    "RelayPkt 1708",         "RdpaPkt 2064",
+                       "BrmgrEvent 2068"}));
 }
 
 TEST(RecordTable, FieldsCoverEveryByteOnce) {

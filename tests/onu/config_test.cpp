@@ -42,6 +42,7 @@ TEST(Config, Words_MakeTheSameSettingsAgain) {
                                     {"fail-log", "on"},
                                     {"fail-task", "on"},
                                     {"fail-device", "on"},
+                                    {"fail-socket", "on"},
                                     {"run-tasks", "on"},
                                     {"max-classes", "1"},
                                     {"max-flows", "2"},

@@ -23,8 +23,18 @@ TEST(Operation, Number_IsShownAlone) {
 }
 
 TEST(Operation, Nothing_IsShownForAnOperationWithoutResult) {
-  EXPECT_EQ(RunLines({"kernelEvent"}).out, "BCM6838X_kernelEvent()\n");
-  EXPECT_FALSE(RunLinesAsJson({"kernelEvent"}).lastDocument().contains("result"));
+  EXPECT_EQ(RunLines({"config fail-socket on", "kernelEvent"}).out,
+            "Could not open netlink socket for kernel monitor\nBCM6838X_kernelEvent()\n");
+  EXPECT_FALSE(
+      RunLinesAsJson({"config fail-socket on", "kernelEvent"}).lastDocument().contains("result"));
+}
+
+TEST(Operation, KernelEvent_ThatWouldNeverEnd_IsNotCalled) {
+  const Ran ran = RunLines({"kernelEvent"});
+  EXPECT_EQ(ran.status, ExitStatus::WorkFailed);
+  EXPECT_THAT(ran.errors,
+              testing::HasSubstr("runs for ever; start it as a task: config run-tasks on, "
+                                 "then Init"));
 }
 
 TEST(Operation, Arguments_ArePassedInOrder) {

@@ -71,8 +71,10 @@ TEST(RecordsPage, HoldsACommand) {
                         "[`IngressFlowRule`](#ingressflowrule) | adds a flow to an ingress class |"
                         "\n"),
             std::string::npos);
-  EXPECT_NE(Page().find("\n| 33 | `BRMGR_CMD_SEND_BPDU` | varies | input |  | "),
-            std::string::npos);
+  EXPECT_NE(
+      Page().find("\n| 33 | `BRMGR_CMD_SEND_BPDU` | varies | input | [`RelayPkt`](#relaypkt) | "),
+      std::string::npos);
+  EXPECT_NE(Page().find("\n| 119 | `BRMGR_CMD_LASER_ON` | 0 | read-back |  | "), std::string::npos);
 }
 
 TEST(RecordsPage, HoldsFields) {

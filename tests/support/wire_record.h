@@ -22,6 +22,9 @@ class WireRecord {
   WireRecord& u32(std::size_t offset, std::uint32_t value);
   WireRecord& bytes(std::size_t offset, virtual_onu::ByteView value);
 
+  /// The record as it stands on the target.
+  [[nodiscard]] const virtual_onu::Bytes& wire() const { return bytes_; }
+
   /// The record as hexadecimal digits.
   [[nodiscard]] std::string hex() const;
 

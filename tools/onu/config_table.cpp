@@ -159,6 +159,8 @@ std::vector<ConfigKey> MakeTable() {
       SwitchKey("fail-log", &PlatformConfig::logCreateFails, "makes LOG_Create fail"),
       SwitchKey("fail-task", &PlatformConfig::taskSpawnFails, "makes VOS_TaskSpawn fail"),
       SwitchKey("fail-device", &PlatformConfig::openDeviceFails, "makes VOS_OpenDevice fail"),
+      SwitchKey("fail-socket", &PlatformConfig::monitorSocketFails,
+                "makes socket() for the kernel monitor fail"),
       SwitchKey("run-tasks", &PlatformConfig::runTasks,
                 "runs spawned tasks on threads; off, they are only recorded"),
       LimitKey("max-classes", &ChipLimits::classes, "ingress classes that a direction holds"),

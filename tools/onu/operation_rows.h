@@ -13,6 +13,7 @@ constexpr Argument kUniPort = {"port", ArgumentType::Number,
                                "UNI port number, from 1; the low 8 bits count"};
 
 const std::vector<Operation>& CoreOperations();
+const std::vector<Operation>& PacketOperations();
 const std::vector<Operation>& VlanOperations();
 const std::vector<Operation>& VlanModeOperations();
 const std::vector<Operation>& VlanPortOperations();

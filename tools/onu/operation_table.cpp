@@ -10,9 +10,10 @@ namespace {
 
 std::vector<Operation> MakeTable() {
   std::vector<Operation> table;
-  for (const auto* part : {&CoreOperations(), &VlanOperations(), &VlanModeOperations(),
-                           &VlanPortOperations(), &IgmpOperations(), &PortOperations(),
-                           &PortStatisticsOperations(), &QosOperations(), &MacOperations()}) {
+  for (const auto* part :
+       {&CoreOperations(), &PacketOperations(), &VlanOperations(), &VlanModeOperations(),
+        &VlanPortOperations(), &IgmpOperations(), &PortOperations(), &PortStatisticsOperations(),
+        &QosOperations(), &MacOperations()}) {
     table.insert(table.end(), part->begin(), part->end());
   }
   return table;

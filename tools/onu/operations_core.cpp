@@ -1,5 +1,6 @@
 /// @file
-/// The rows of the operations that hal_bcm6838x.h declares. A new operation is one more row.
+/// The rows of the driver core's operations, which hal_bcm6838x.h declares; those of its packet
+/// path are in operations_packet.cpp. A new operation is one more row.
 #include <hal_bcm6838x.h>
 
 #include "ioctl_operation.h"
@@ -70,12 +71,6 @@ const std::vector<Operation> kRows = {
       {"StreamPortIndexUniToRdpa 1"}},
      Number,
      Bind(BCM6838X_StreamPortIndexUniToRdpa)},
-    {{"BCM6838X_kernelEvent",
-      {},
-      "runs the body of the kernel event task on the caller's thread",
-      {"kernelEvent"}},
-     Nothing,
-     Bind(BCM6838X_kernelEvent)},
 };
 
 }  // namespace

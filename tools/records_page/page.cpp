@@ -31,8 +31,8 @@ constexpr std::string_view kIntroduction = R"(# Commands and records of BrmgrDev
 <!-- Generated from brmgr_cmd.h and brmgr_record.h; change those, then make this page again:
      build/host/tools/records_page/records_page > docs/records.md -->
 
-Everything that the library sends to the bridge-manager driver: the commands, and the records that
-they carry. On the target all numbers are big-endian; offsets and lengths are in bytes. A sender
+Everything that passes between the library and the bridge-manager driver: the commands, the records
+that they carry, and the events. On the target all numbers are big-endian; offsets and lengths are in bytes. A sender
 clears the whole record before it fills it, so that reserved bytes are zero.
 
 )";

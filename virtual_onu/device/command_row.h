@@ -25,10 +25,24 @@ struct CommandSize {
 inline constexpr std::array kCommandSizes = {BRMGR_COMMAND_RECORD_LIST(MAKE_SIZE)};
 #undef MAKE_SIZE
 
-/// Size of the described record of a command; 0 where none is described.
+/// Size of the described record of a command; 0 where none is described. Of a record that ends with
+/// its frame it is the size of the longest.
 constexpr std::size_t RecordSize(std::uint32_t code) {
   const auto* const found = std::ranges::find(kCommandSizes, code, &CommandSize::code);
   return found == kCommandSizes.end() ? 0 : found->size;
+}
+
+/// Whether a command's record ends with its frame.
+constexpr bool HasVariableLength(std::uint32_t code) {
+  switch (code) {
+#define RETURN_VARIABLE(command, name, length, flag, purpose) \
+  case command:                                               \
+    return (length) == BRMGR_LENGTH_VARIABLE;
+    BRMGR_COMMAND_LIST(RETURN_VARIABLE)
+#undef RETURN_VARIABLE
+    default:
+      return false;
+  }
 }
 
 /// Runs a handler on a copy of the record, which need not be aligned in `bytes`. ExecuteCommand has

@@ -202,7 +202,7 @@ CommandResult SetPortAction(DriverState& state, std::uint32_t icIndex, const Por
 
 CommandResult ExecuteCommand(DriverState& state, std::uint32_t code,
                              std::span<std::uint8_t> record) {
-  if (record.size() < RecordSize(code)) {
+  if (!HasVariableLength(code) && record.size() < RecordSize(code)) {
     return {EINVAL, "short record"};
   }
   for (const std::span<const CommandRow> rows :

@@ -15,6 +15,17 @@ bool Covers(ByteView bytes, const FieldInfo& field) {
   return field.offset <= bytes.size() && field.size <= bytes.size() - field.offset;
 }
 
+/// What `bytes` holds of a field: all or nothing of a number or an address; of plain bytes, which
+/// may end with the frame that they hold, as many as there are.
+ByteView CoveredPart(ByteView bytes, const FieldInfo& field) {
+  if (Covers(bytes, field)) {
+    return bytes.subspan(field.offset, field.size);
+  }
+  return field.format == FieldFormat::Raw && field.offset < bytes.size()
+             ? bytes.subspan(field.offset)
+             : ByteView();
+}
+
 bool IsZero(ByteView bytes) {
   return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
 }
@@ -63,10 +74,10 @@ Bytes Swapped(const RecordInfo& record, ByteView bytes) {
 void Decode(const std::vector<FieldInfo>& fields, ByteView bytes, const std::string& place,
             std::vector<DecodedField>& decoded) {
   for (const FieldInfo& field : fields) {
-    if (!Covers(bytes, field)) {
+    const ByteView value = CoveredPart(bytes, field);
+    if (value.empty()) {
       continue;
     }
-    const ByteView value = bytes.subspan(field.offset, field.size);
     if (field.format == FieldFormat::List) {
       ForEachUsed(field, value, [&](std::size_t index, ByteView element) {
         Decode(field.fields, element, place + ElementName(field, std::to_string(index)), decoded);

@@ -117,7 +117,8 @@ struct DecodedField {
 };
 
 /// Decodes a record that is in the processor's byte order. Fields that `bytes` does not cover whole
-/// are left out, and the elements of a list that are not in use.
+/// are left out, and the elements of a list that are not in use; of one with Raw format, such as a
+/// frame, the bytes that are there are decoded.
 std::vector<DecodedField> DecodeRecord(const RecordInfo& record, ByteView bytes);
 
 /// One line of "name=value" pairs; fields that are reserved and zero are left out.

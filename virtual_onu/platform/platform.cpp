@@ -45,7 +45,16 @@ Platform::Platform(PlatformConfig config, Trace& trace, Clock& clock,
     : config_(std::move(config)), trace_(trace), clock_(clock), directory_(std::move(directory)) {}
 
 Platform::~Platform() {
-  for (std::thread& thread : threads_) {
+  joinTasks();
+}
+
+void Platform::joinTasks() {
+  std::vector<std::thread> threads;
+  {
+    const std::lock_guard lock(mutex_);
+    threads.swap(threads_);
+  }
+  for (std::thread& thread : threads) {
     thread.join();
   }
 }

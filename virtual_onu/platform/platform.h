@@ -40,6 +40,10 @@ struct PlatformConfig {
   bool logCreateFails = false;
   bool taskSpawnFails = false;
   bool openDeviceFails = false;
+  bool monitorSocketFails = false;         ///< socket() for the kernel monitor
+  bool monitorBindFails = false;           ///< bind() of its socket
+  std::int32_t monitorRegisterResult = 0;  ///< of its registration with devCtl_boardIoctl
+  std::uint32_t clientResult = 0;          ///< of every protocol client
   bool runTasks = false;  ///< true: a spawned task runs on a thread; false: it is only recorded
 };
 
@@ -91,6 +95,9 @@ class Platform {
   [[nodiscard]] bool performanceMarker() const;
 
   [[nodiscard]] std::vector<Task> tasks() const;
+
+  /// Waits for the tasks that run; somebody must have seen to it that they end.
+  void joinTasks();
 
  private:
   PlatformConfig config_;

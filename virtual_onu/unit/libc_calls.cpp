@@ -1,14 +1,17 @@
 /// @file
 /// The C library's calls that the unit interposes: ioctl() on the device's descriptors and, on any
 /// socket, for the unit's network interfaces; access() and unlink() of the files that the unit
-/// keeps in its own directory. Everything else goes to the system.
+/// keeps in its own directory; socket() and bind() of the kernel monitor, and the end of recvmsg()
+/// on its socket. Everything else goes to the system.
 #include <cstdarg>
 #include <cstdint>
 #include <dlfcn.h>
 #include <filesystem>
+#include <linux/netlink.h>
 #include <optional>
 #include <string>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -58,6 +61,18 @@ std::optional<int> ServedByUnit(int fd, unsigned long request, void* argument) {
   return std::nullopt;
 }
 
+/// The unit's monitor when the descriptor is one of its sockets.
+virtual_onu::KernelMonitor* MonitorOf(int fd) {
+  Unit* unit = Unit::Current();
+  return unit != nullptr && unit->monitor().owns(fd) ? &unit->monitor() : nullptr;
+}
+
+/// What is to go wrong with the monitor's sockets.
+virtual_onu::MonitorFaults MonitorFaultsOf(const Unit& unit) {
+  const virtual_onu::PlatformConfig& config = unit.platform().config();
+  return {.socketFails = config.monitorSocketFails, .bindFails = config.monitorBindFails};
+}
+
 }  // namespace
 
 extern "C" {
@@ -82,6 +97,33 @@ int access(const char* name, int type) noexcept {
 int unlink(const char* name) noexcept {
   static auto* const next = Next<int(const char*)>("unlink");
   return next(Mapped("unlink", name).c_str());
+}
+
+int socket(int domain, int type, int protocol) noexcept {
+  Unit* unit = Unit::Current();
+  if (unit != nullptr && domain == AF_NETLINK &&
+      protocol == virtual_onu::KernelMonitor::kProtocol) {
+    return unit->monitor().open(MonitorFaultsOf(*unit));
+  }
+  static auto* const next = Next<int(int, int, int)>("socket");
+  return next(domain, type, protocol);
+}
+
+int bind(int fd, const sockaddr* address, socklen_t length) noexcept {
+  if (virtual_onu::KernelMonitor* monitor = MonitorOf(fd)) {
+    return monitor->bind(MonitorFaultsOf(*Unit::Current()), address, length);
+  }
+  static auto* const next = Next<int(int, const sockaddr*, socklen_t)>("bind");
+  return next(fd, address, length);
+}
+
+ssize_t recvmsg(int fd, msghdr* message, int flags) {
+  static auto* const next = Next<ssize_t(int, msghdr*, int)>("recvmsg");
+  const ssize_t size = next(fd, message, flags);
+  if (virtual_onu::KernelMonitor* monitor = MonitorOf(fd)) {
+    monitor->received(size);
+  }
+  return size;
 }
 
 }  // extern "C"

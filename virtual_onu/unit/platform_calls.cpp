@@ -27,17 +27,20 @@ std::uint32_t Configured(std::uint32_t PlatformConfig::*number) {
   return unit == nullptr ? 0 : unit->platform().config().*number;
 }
 
-/// Notes a frame given to a protocol client, which takes it and does nothing.
+/// Notes a frame given to a protocol client, which takes it and does nothing; its result is
+/// configured.
 std::uint32_t NoteClient(const char* client, ByteView frame, std::uint32_t vid,
                          std::uint32_t port) {
   Unit* unit = Unit::Current();
-  if (unit != nullptr) {
-    unit->trace().add(virtual_onu::CallEvent{std::string(client) + "(" + virtual_onu::ToHex(frame) +
-                                                 ", vid " + std::to_string(vid) + ", port " +
-                                                 std::to_string(port) + ")",
-                                             0});
+  if (unit == nullptr) {
+    return 0;
   }
-  return 0;
+  const std::uint32_t result = unit->platform().config().clientResult;
+  unit->trace().add(virtual_onu::CallEvent{std::string(client) + "(" + virtual_onu::ToHex(frame) +
+                                               ", vid " + std::to_string(vid) + ", port " +
+                                               std::to_string(port) + ")",
+                                           result});
+  return result;
 }
 
 }  // namespace
@@ -188,11 +191,12 @@ std::int32_t devCtl_boardIoctl(std::uint32_t request, std::uint32_t action, char
     return kNoUnit;
   }
   const std::string text(string, stringLength);
+  const std::int32_t result = unit->platform().config().monitorRegisterResult;
   unit->trace().add(virtual_onu::CallEvent{"devCtl_boardIoctl(" + std::to_string(request) + ", " +
                                                std::to_string(action) + ", \"" + text +
                                                "\", offset " + std::to_string(offset) + ")",
-                                           0});
-  return 0;
+                                           result});
+  return result;
 }
 
 // The prototype is the platform's.

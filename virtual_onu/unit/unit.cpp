@@ -40,6 +40,7 @@ Unit::Unit(UnitConfig config)
       directory_(ownsDirectory_ ? MakeTemporaryDirectory() : std::move(config.directory)),
       trace_(clock_),
       device_(trace_, WithPorts(config.chip, config.platform.ethPorts)),
+      monitor_(trace_),
       interfaces_(trace_, config.platform.ethPorts),
       shell_({device_, interfaces_, g_PortRevert}),
       platform_(std::move(config.platform), trace_, clock_, directory_),
@@ -54,7 +55,13 @@ Unit::Unit(UnitConfig config)
   platform_.setShellRunner([this](std::string line) { return shell_.run(std::move(line)); });
 }
 
+void Unit::endTasks() {
+  monitor_.end();
+  platform_.joinTasks();
+}
+
 Unit::~Unit() {
+  endTasks();
   currentUnit = nullptr;
   if (ownsDirectory_) {
     std::error_code ignored;

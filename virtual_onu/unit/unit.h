@@ -10,6 +10,7 @@
 #include "base/trace.h"
 #include "datapath/data_path.h"
 #include "device/device.h"
+#include "monitor/kernel_monitor.h"
 #include "phy/interfaces.h"
 #include "platform/platform.h"
 #include "shell/shell.h"
@@ -38,11 +39,16 @@ class Unit {
   Platform& platform() { return platform_; }
   [[nodiscard]] const Platform& platform() const { return platform_; }
   DataPath& dataPath() { return dataPath_; }
+  KernelMonitor& monitor() { return monitor_; }
   Shell& shell() { return shell_; }
   Interfaces& interfaces() { return interfaces_; }
 
   /// The PHY of a UNI port, counted from 1.
   Phy& phy(std::uint32_t port) { return interfaces_.phy(port); }
+
+  /// Ends the tasks that run, once they have carried out what was sent to them. The end of the unit
+  /// does that too.
+  void endTasks();
 
   /// The unit that the platform calls reach, or null.
   static Unit* Current();
@@ -53,6 +59,7 @@ class Unit {
   Clock clock_;
   Trace trace_;
   Device device_;
+  KernelMonitor monitor_;
   Interfaces interfaces_;
   Shell shell_;
   Platform platform_;

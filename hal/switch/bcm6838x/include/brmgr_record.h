@@ -43,6 +43,15 @@ enum {
   BRMGR_TAG_REPLACE_PRIORITY = 0x100  ///< replace the outer priority by tag[0].pbit
 };
 
+/// Kind of an event; any other is ignored.
+enum {
+  BRMGR_EVENT_MCAST_IN = 1,   ///< multicast control frame from a UNI port
+  BRMGR_EVENT_BPDU = 3,       ///< bridge protocol data unit
+  BRMGR_EVENT_MCAST_OUT = 5,  ///< multicast control frame to send
+  BRMGR_EVENT_DHCP = 6,       ///< DHCP frame for the relay
+  BRMGR_EVENT_PPPOE = 7       ///< PPPoE frame for the relay
+};
+
 // clang-format off
 /// Key fields of an ingress class: X(bit of fieldMask, NAME, field of IngressFlowRule with the key).
 #define BRMGR_KEY_LIST(X)                          \
@@ -281,8 +290,8 @@ enum {
   FIELD(R, 4,   uint32_t, port,            ,     DEC,      CALLER, "UNI port number")
 
 #define PORT_RATE_RECORD_FIELDS(FIELD, R)                                                             \
-  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port: the UNI port number plus 1") \
-  FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "line rate in bit/s")
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port: the UNI port number plus 1; 0 for a port that has none") \
+  FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "line rate in bit/s; 0 when it is not known")
 
 #define DS_RATE_LIMIT_RECORD_FIELDS(FIELD, R)                                                         \
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "the caller's port index plus 1")  \
@@ -334,6 +343,30 @@ enum {
 #define CTC_MODE_RECORD_FIELDS(FIELD, R)                                                              \
   FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")
 
+#define TRAP_ENABLE_RECORD_FIELDS(FIELD, R)                                                           \
+  FIELD(R, 0,   uint32_t, portIndex,       ,     DEC,      CALLER, "port index, from 0")              \
+  FIELD(R, 4,   uint32_t, enable,          ,     DEC,      CALLER, "trap of the port, as the caller gave it")
+
+#define RELAY_PKT_FIELDS(FIELD, R)                                                                    \
+  FIELD(R, 0,   uint32_t, desPort,         ,     DEC,      CALLER, "UNI port that the frame concerns") \
+  FIELD(R, 4,   uint32_t, length,          ,     DEC,      CALLER, "frame length in bytes; the record ends behind the frame") \
+  FIELD(R, 8,   uint8_t,  data,            [1700], BYTES,  CALLER, "the frame")
+
+#define RDPA_PKT_FIELDS(FIELD, R)                                                                     \
+  FIELD(R, 0,   uint32_t, size,            ,     DEC,      CALLER, "frame length in bytes; the record ends two bytes behind the frame") \
+  FIELD(R, 4,   uint32_t, desPort,         ,     DEC,      CALLER, "destination UNI port, 0 for none") \
+  FIELD(R, 8,   uint32_t, srcPort,         ,     DEC,      CALLER, "source UNI port, 0 for none")     \
+  FIELD(R, 12,  uint32_t, gemFlowId,       ,     DEC,      CALLER, "flow identifier")                 \
+  FIELD(R, 16,  uint8_t,  data,            [2048], BYTES,  CALLER, "the frame")
+
+#define BRMGR_EVENT_FIELDS(FIELD, R)                                                                  \
+  FIELD(R, 0,   uint32_t, eventType,       ,     DEC,      DRIVER, "kind of event: 1, 3, 5, 6 or 7")  \
+  FIELD(R, 4,   uint32_t, length,          ,     DEC,      DRIVER, "frame length in bytes")           \
+  FIELD(R, 8,   uint32_t, reserved8,       ,     RESERVED, DRIVER, "not read")                        \
+  FIELD(R, 12,  uint32_t, port,            ,     DEC,      DRIVER, "UNI port, 0 for none or all")     \
+  FIELD(R, 16,  uint32_t, gemFlowId,       ,     DEC,      DRIVER, "flow identifier of the frame's ingress flow") \
+  FIELD(R, 20,  uint8_t,  data,            [2048], BYTES,  DRIVER, "the frame, which in events 3, 6 and 7 begins at offset 22")
+
 /// Every record, and those nested in others: X(record, FIELD TABLE, size in bytes, what it is).
 #define BRMGR_RECORD_LIST(X)                                                                          \
   X(DrvInitRecord,   DRV_INIT_RECORD_FIELDS,   32,  "Port counts handed over at start-up.")           \
@@ -368,7 +401,11 @@ enum {
   X(PortVlanInfo,    PORT_VLAN_INFO_FIELDS,    15376, "VLAN configuration of a UNI port.")            \
   X(PortVlanTable,   PORT_VLAN_TABLE_FIELDS,   492032, "VLAN configuration of all UNI ports.")        \
   X(IphostVlanRecord, IPHOST_VLAN_RECORD_FIELDS, 4, "VLAN tag of the unit's own IP traffic.")         \
-  X(CtcModeRecord,   CTC_MODE_RECORD_FIELDS,   1,   "Names a port whose VLAN mode was set by its code.")
+  X(CtcModeRecord,   CTC_MODE_RECORD_FIELDS,   1,   "Names a port whose VLAN mode was set by its code.") \
+  X(TrapEnableRecord, TRAP_ENABLE_RECORD_FIELDS, 8, "Trap of a protocol on a port.")                  \
+  X(RelayPkt,        RELAY_PKT_FIELDS,         1708, "A BPDU, DHCP or PPPoE frame to send.")          \
+  X(RdpaPkt,         RDPA_PKT_FIELDS,          2064, "A frame to send, and the descriptor of a trapped one.") \
+  X(BrmgrEvent,      BRMGR_EVENT_FIELDS,       2068, "An event read from the device: a trapped frame.")
 
 /// Which record a command carries: X(command NAME, record).
 #define BRMGR_COMMAND_RECORD_LIST(X)       \
@@ -410,7 +447,13 @@ enum {
   X(IPHOST_VLAN_DEL, IphostVlanRecord)     \
   X(CTC_MODE_A,      CtcModeRecord)        \
   X(CTC_MODE_B,      CtcModeRecord)        \
-  X(VLAN_REBUILD,    PortVlanTable)
+  X(VLAN_REBUILD,    PortVlanTable) \
+  X(DHCP_TRAP,       TrapEnableRecord)     \
+  X(PPPOE_TRAP,      TrapEnableRecord)     \
+  X(SEND_BPDU,       RelayPkt)             \
+  X(SEND_DHCP,       RelayPkt)             \
+  X(SEND_PPPOE,      RelayPkt)             \
+  X(SEND_PKT,        RdpaPkt)
 // clang-format on
 
 #define BRMGR_DECLARE_FIELD(record, offset, type, name, array, format, access, text) \

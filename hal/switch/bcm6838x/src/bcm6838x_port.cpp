@@ -146,7 +146,6 @@ uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
 }
 
 uint32_t BCM6838X_SetPortStpState(uint32_t port, uint32_t stpState) {
-  constexpr uint32_t kCaptureFeature = 27;
   constexpr uint32_t kBlocking = 1;
   constexpr uint32_t kForwarding = 4;
   if (SF_GetFeature(kCaptureFeature) != 1 || (stpState != kBlocking && stpState != kForwarding)) {

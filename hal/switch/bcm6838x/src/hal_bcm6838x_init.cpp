@@ -27,9 +27,6 @@ namespace {
 
 constexpr char kPerformanceMarker[] = "/var/config/switch_perf";
 
-/// The platform's feature switch that enables frame capture and the data path's own MAC aging.
-constexpr uint32_t kCaptureFeature = 27;
-
 void PrintPerformanceBanner() {
   constexpr int kBarLines = 4;
   puts("WARNING!!!  Hal enter performance mode !!!>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>\r");

@@ -1,0 +1,119 @@
+/// @file
+/// The relays of trapped DHCP and PPPoE frames, and the switches of their traps.
+#include "hal_bcm6838x_relay.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include <brmgr_cmd.h>
+#include <brmgr_record.h>
+#include <hal_bcm6838x.h>
+#include <platform_clients.h>
+#include <platform_config.h>
+
+#include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_frame.h"
+#include "hal_bcm6838x_log.h"
+
+uint8_t g_dhcpRelayStatus = 0;
+uint8_t g_pppoeRelayStatus = 0;
+
+namespace {
+
+/// A transmit record with room for the tag that a VLAN rule adds to the longest frame.
+union RelayFrame {
+  RelayPkt record;
+  uint8_t bytes[sizeof(RelayPkt) + kTagSize];
+
+  uint8_t* frame() { return bytes + offsetof(RelayPkt, data); }
+};
+
+/// Takes a frame out of its event and applies its port's upstream VLAN rule. Returns false, with a
+/// log line, when it is not to be relayed.
+bool TakeFrame(const BrmgrEvent* event, bool (*recognises)(FrameView), RelayFrame& relay) {
+  /// The frame begins two bytes behind the start of the data field, which is intended.
+  constexpr uint32_t kSkipped = 2;
+  constexpr uint32_t kSourceMask = 0xFF;
+  if (event == nullptr) {
+    HAL_LOG(LOG_LEVEL_INVALID, "Invalid parameter!\r\n");
+    return false;
+  }
+  if (event->length > sizeof(relay.record.data)) {
+    HAL_LOG(LOG_LEVEL_TRACE, "Packet is too long!\r\n");
+    return false;
+  }
+  relay = {};
+  relay.record.desPort = event->port;
+  relay.record.length = event->length;
+  memcpy(relay.frame(), event->data + kSkipped, event->length);
+  if (!recognises({relay.frame(), relay.record.length})) {
+    // The same text for both protocols, which is intended.
+    HAL_LOG(LOG_LEVEL_TRACE, "Packet is not dhcp pkts!\r\n");
+    return false;
+  }
+  if (AccordFrame(relay.frame(), &relay.record.length, relay.record.desPort & kSourceMask, 0) !=
+      0) {
+    HAL_LOG(LOG_LEVEL_TRACE, "Deal with vlan failed!\r\n");
+    return false;
+  }
+  return true;
+}
+
+/// The VID of the outer customer tag, 0 when there is none.
+uint32_t OuterVid(RelayFrame& relay) {
+  const FrameView frame = {relay.frame(), relay.record.length};
+  return frame.u16(kTypeOffset) == kTypeCustomerTag ? TagVid(frame.u16(kTypeOffset + kTypeSize))
+                                                    : 0;
+}
+
+void SetTraps(uint32_t cmd, uint32_t enable) {
+  for (uint32_t index = 0; index < HC_GetEthPortNum(); ++index) {
+    TrapEnableRecord record = {index, enable};
+    SendCommand(cmd, record, BRMGR_FLAG_INPUT);
+  }
+}
+
+}  // namespace
+
+uint32_t BCM6838X_DhcpRelayHandle(const BrmgrEvent* event) {
+  RelayFrame relay;
+  if (!TakeFrame(event, IsDhcpFrame, relay)) {
+    return BCM6838X_FAILED;
+  }
+  if (g_dhcpRelayStatus != 1) {
+    BCM6838X_SendDhcpPkt(&relay.record);
+    return BCM6838X_OK;
+  }
+  const uint32_t vid = OuterVid(relay);
+  HAL_LOG_HERE(LOG_LEVEL_TRACE, "[%s:%d] receive dhcp pkts from port %u VLAN %u\r\n",
+               relay.record.desPort, vid);
+  return DHCPRELAY_HandlePacket(relay.frame(), relay.record.length, vid, relay.record.desPort);
+}
+
+uint32_t BCM6838X_PPPoERelayHandle(const BrmgrEvent* event) {
+  RelayFrame relay;
+  if (!TakeFrame(event, IsPppoeFrame, relay)) {
+    return BCM6838X_FAILED;
+  }
+  if (g_pppoeRelayStatus != 1) {
+    BCM6838X_SendPPPoEPkt(&relay.record);
+    return BCM6838X_OK;
+  }
+  const uint32_t vid = OuterVid(relay);
+  HAL_LOG_HERE(LOG_LEVEL_TRACE, "[%s:%d] receive ppoe pkts from port %u VLAN %u\r\n",
+               relay.record.desPort, vid);
+  return PPPOERELAY_HandlePacket(relay.frame(), relay.record.length, vid, relay.record.desPort);
+}
+
+uint32_t BCM6838X_SetDhcpTrapEnable(uint32_t enable) {
+  g_dhcpRelayStatus = enable > 0 ? 1 : 0;
+  SetTraps(BRMGR_CMD_DHCP_TRAP, enable);
+  return BCM6838X_OK;
+}
+
+uint32_t BCM6838X_SetPPPoETrapEnable(uint32_t enable) {
+  g_pppoeRelayStatus = enable > 0 ? 1 : 0;
+  SetTraps(BRMGR_CMD_PPPOE_TRAP, enable);
+  return BCM6838X_OK;
+}

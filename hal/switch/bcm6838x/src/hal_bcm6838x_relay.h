@@ -1,0 +1,13 @@
+/// @file
+/// Which protocols the relay clients take.
+#ifndef HAL_BCM6838X_RELAY_H
+#define HAL_BCM6838X_RELAY_H
+
+#include <cstdint>
+
+extern "C" {
+extern uint8_t g_dhcpRelayStatus;   ///< 1 while the DHCP relay client takes trapped frames, else 0
+extern uint8_t g_pppoeRelayStatus;  ///< the same of the PPPoE relay client
+}
+
+#endif
