@@ -26,11 +26,13 @@ TEST(Outcome, Names_AreTheseAndStable) {
       "unknown_port drop",
       "port_admin_down drop",
       "port_link_down drop",
+      "policed drop",
       "no_egress drop",
       "egress_admin_down drop",
       "egress_link_down drop",
       "egress_isolated drop",
       "egress_vlan_filter drop",
+      "egress_rate_limited drop",
       "mirrored forward",
   };
   std::vector<std::string> names;

@@ -41,7 +41,7 @@ class QosCommands : public DeviceTest {
   [[nodiscard]] std::string dump() const {
     std::string text;
     for (const auto& [uni, policer] : qos().policers) {
-      text += "policer " + std::to_string(uni) + " " + ToHex(BytesOf(policer)) + "\n";
+      text += "policer " + std::to_string(uni) + " " + ToHex(BytesOf(policer.cfg)) + "\n";
     }
     for (const auto& [uni, rate] : qos().lineRates) {
       text += "line " + std::to_string(uni) + " " + std::to_string(rate) + "\n";
@@ -67,8 +67,9 @@ TEST_F(QosCommands, Policer_IsKeptReplacedAndDeleted) {
   expectDone(BRMGR_CMD_POLICER_ADD, PolicerCfg{0, 256000, 501536, 1, 1, 1});
   expectDone(BRMGR_CMD_POLICER_ADD, fast);
   ASSERT_EQ(qos().policers.size(), 2U);
-  EXPECT_EQ(BytesOf(qos().policers.at(4)), BytesOf(fast));
-  EXPECT_EQ(qos().policers.at(1).rate, 256000U);
+  EXPECT_EQ(BytesOf(qos().policers.at(4).cfg), BytesOf(fast));
+  EXPECT_EQ(qos().policers.at(1).cfg.rate, 256000U);
+  EXPECT_GT(qos().policers.at(4).serial, qos().policers.at(1).serial) << "it is the newest";
   expectDone(BRMGR_CMD_POLICER_DEL, PolicerDel{1, 4});
   EXPECT_EQ(qos().policers.size(), 1U);
   EXPECT_TRUE(qos().policers.contains(1));

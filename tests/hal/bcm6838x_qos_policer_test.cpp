@@ -48,6 +48,12 @@ std::string CallLogged(const std::string& values) {
   return kTrace + "BCM6838X_SetQosUsPolicer(<line>) " + values + "\r\n";
 }
 
+std::string RangeLogged(const std::string& port) {
+  std::string line = kInvalid;
+  line += "BCM6838X_SetQosUsPolicer(<line>), port=";
+  return line += port + " is out of range\r\n";
+}
+
 LinkPartner Unplugged() {
   LinkPartner partner;
   partner.present = false;
@@ -198,8 +204,7 @@ TEST_F(QosPolicerTest, Policer_PortOutOfRange_IsRefused) {
     const QosUsPolicerCfg cfg = {static_cast<std::uint32_t>(std::stoi(port)), 64, 0, 0};
     EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 1U);
     EXPECT_THAT(left(), ElementsAre(CallLogged("port=" + port + ", cir = 64, ebs = 0, cbs = 0"),
-                                    kInvalid + "BCM6838X_SetQosUsPolicer(<line>), port=" + port +
-                                        " is out of range\r\n"));
+                                    RangeLogged(port)));
   }
 }
 

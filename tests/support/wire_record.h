@@ -28,8 +28,6 @@ class WireRecord {
   /// The record as hexadecimal digits.
   [[nodiscard]] std::string hex() const;
 
-  [[nodiscard]] const virtual_onu::Bytes& wire() const { return bytes_; }
-
  private:
   virtual_onu::Bytes bytes_;
 };

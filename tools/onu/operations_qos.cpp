@@ -102,7 +102,7 @@ const std::vector<Operation> kRows = {
        {"rule", ArgumentType::Word,
         "PRECEDENCE,PRIORITY,FIELD=VALUE,..., the fields by their names in the listing"}},
       "installs a classification rule",
-      {"Init\nAddQosClassificationRule 1 0 1,7,VlanId=100,Ipv4TosDscp=46"}},
+      {"Init\nAddQosClassificationRule 1 0 1,7,VlanId=100,Ipv4TosDscp=184"}},
      Status,
      {AddRule, std::nullopt}},
     {{"BCM6838X_ApplyQosClassification",

@@ -7,8 +7,8 @@
 #include <array>
 #include <cstddef>
 #include <optional>
-#include <ranges>
 #include <span>
+#include <sstream>
 #include <string_view>
 
 #include "base/bytes.h"
@@ -161,8 +161,9 @@ std::uint8_t ByteOf(std::string_view what, const std::string& word) {
 
 QosClassRule ParseQosRule(std::uint32_t port, std::uint32_t type, const std::string& word) {
   Words parts;
-  for (const auto part : std::views::split(word, ',')) {
-    parts.emplace_back(part.begin(), part.end());
+  std::istringstream text(word);
+  for (std::string part; std::getline(text, part, ',');) {
+    parts.push_back(part);
   }
   if (parts.size() < 2) {
     throw WrongUse("expected PRECEDENCE,PRIORITY[,CONDITION]..., got " + Quote(word));

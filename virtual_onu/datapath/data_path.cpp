@@ -65,8 +65,8 @@ std::vector<PortId> Verdict::egress() const {
   return ports;
 }
 
-DataPath::DataPath(const ChipTables& tables, Ports ports)
-    : tables_(tables), ports_(std::move(ports)) {}
+DataPath::DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits)
+    : tables_(tables), ports_(std::move(ports)), limits_(std::move(limits)) {}
 
 Verdict DataPath::offer(PortId port, ByteView frame) {
   Verdict verdict = decide(port, frame, nullptr);
@@ -80,6 +80,7 @@ Verdict DataPath::offer(PortId port, ByteView frame) {
   for (const MirrorCopy& copy : verdict.copies) {
     count(copy.port, copy.outcome, copy.frame.size());
   }
+  countLimits(port, frame.size(), verdict);
   countCrossings(port, frame.size(), verdict);
   return verdict;
 }
@@ -90,6 +91,21 @@ void DataPath::count(PortId port, Outcome outcome, std::size_t octets) {
   count.outcome = outcome;
   ++count.frames;
   count.octets += octets;
+}
+
+/// Frames that a limit held back take nothing of it.
+void DataPath::countLimits(PortId port, std::size_t octets, const Verdict& verdict) {
+  if (!limits_) {
+    return;
+  }
+  if (verdict.policer && verdict.outcome != Outcome::Policed) {
+    limits_->countPoliced(*verdict.policer, octets);
+  }
+  for (const Delivery& delivery : verdict.deliveries) {
+    if (port.isWan()) {
+      limits_->countLimited(delivery.port.uni, delivery.frame.size());
+    }
+  }
 }
 
 void DataPath::countCrossings(PortId port, std::size_t octets, const Verdict& verdict) {
@@ -179,6 +195,10 @@ const IngressFlowRule* DataPath::classify(const ReceivedFrame& received, Verdict
 
 void DataPath::forward(PortId port, const IngressFlowRule& flow, Verdict& verdict,
                        Explanation* explanation) const {
+  if (!police(flow, verdict)) {
+    verdict.outcome = Outcome::Policed;
+    return;
+  }
   const FlowId decided = {*verdict.icIndex, *verdict.flowIndex};
   if (!ports_.hasVlans()) {
     verdict.neighbour = stations_.neighbourOf(port, verdict.frame);
@@ -260,16 +280,34 @@ void DataPath::leave(PortId from, const std::vector<PortId>& destinations, const
   for (const PortId to : destinations) {
     if (const std::optional<Outcome> block = ports_.exitBlock(from, to)) {
       verdict.closed.push_back({to, *block});
-    } else if (std::optional<Delivery> delivery = treat(to, verdict.frame, flow)) {
+      continue;
+    }
+    std::optional<Delivery> delivery = treat(to, verdict.frame, flow);
+    if (!delivery) {
+      verdict.closed.push_back({to, Outcome::EgressVlanFilter});
+    } else if (!isWithinLimit(from, *delivery)) {
+      verdict.closed.push_back({to, Outcome::EgressRateLimited});
+    } else {
       mirror(to, false, delivery->frame, verdict);
       verdict.deliveries.push_back(std::move(*delivery));
-    } else {
-      verdict.closed.push_back({to, Outcome::EgressVlanFilter});
     }
   }
   if (verdict.deliveries.empty()) {
     verdict.outcome = Outcome::NoEgress;
   }
+}
+
+bool DataPath::police(const IngressFlowRule& flow, Verdict& verdict) const {
+  if (!limits_ || flow.policer == BRMGR_INDEX_NONE) {
+    return true;
+  }
+  verdict.policer = flow.policer;
+  return limits_->policerAdmits(flow.policer, verdict.frame.size());
+}
+
+bool DataPath::isWithinLimit(PortId from, const Delivery& delivery) const {
+  return !limits_ || !from.isWan() ||
+         limits_->limitAdmits(delivery.port.uni, delivery.frame.size());
 }
 
 /// Adds the copy of a frame that enters or leaves by a port, if the port is mirrored. Isolation

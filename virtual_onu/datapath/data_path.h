@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/bytes.h"
+#include "datapath/limits.h"
 #include "datapath/outcome.h"
 #include "datapath/port.h"
 #include "datapath/ports.h"
@@ -58,6 +59,8 @@ struct Verdict {
   /// The action applied; with the outcome unknown_vlan_action the one that does not exist.
   std::optional<std::uint32_t> vlanActionIndex;
   std::optional<std::uint32_t> queue;  ///< of a forwarded frame
+  /// The UNI port whose policer the flow names; that port may have none.
+  std::optional<std::uint32_t> policer;
   /// The UNI port that the frame is switched to locally, as it came.
   std::optional<PortId> neighbour;
   /// The frame behind the flow's action, before the treatment of the ports; the frame as offered
@@ -131,7 +134,8 @@ struct Shortcut {
 
 class DataPath {
  public:
-  DataPath(const ChipTables& tables, Ports ports);
+  /// @param[in] limits  without them nothing is policed or limited
+  DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits = std::nullopt);
 
   /// Takes a frame in at a port and counts it.
   /// @param[in] port  any; a UNI port that the unit does not have gives the outcome unknown_port
@@ -167,12 +171,18 @@ class DataPath {
   /// The way from one UNI port to another at which the destination was seen, as if the frame came
   /// back from the WAN side.
   [[nodiscard]] std::optional<Shortcut> shortcut(PortId from, ByteView frame) const;
+  /// Holds a frame against the policer that its flow names, if any; says whether it passes.
+  [[nodiscard]] bool police(const IngressFlowRule& flow, Verdict& verdict) const;
+  /// Holds a frame that came from the WAN side against the downstream limit of the port.
+  [[nodiscard]] bool isWithinLimit(PortId from, const Delivery& delivery) const;
   void mirror(PortId port, bool received, ByteView frame, Verdict& verdict) const;
   void count(PortId port, Outcome outcome, std::size_t octets);
+  void countLimits(PortId port, std::size_t octets, const Verdict& verdict);
   void countCrossings(PortId port, std::size_t octets, const Verdict& verdict);
 
   const ChipTables& tables_;
   Ports ports_;
+  std::optional<Limits> limits_;
   std::map<std::pair<PortId, Outcome>, OutcomeCount> counters_;
   std::map<PortId, PortCount> portCounts_;
   Stations stations_;

@@ -33,6 +33,8 @@ constexpr std::array kOutcomes = {
                 "the UNI port that the frame came to is administratively down"},
     OutcomeInfo{Outcome::PortLinkDown, "port_link_down", Disposition::Drop,
                 "the UNI port that the frame came to has no link"},
+    OutcomeInfo{Outcome::Policed, "policed", Disposition::Drop,
+                "the matching flow's policer has not enough tokens for the frame"},
     OutcomeInfo{Outcome::NoEgress, "no_egress", Disposition::Drop,
                 "every port that the frame was to leave by is closed to it"},
     OutcomeInfo{Outcome::EgressAdminDown, "egress_admin_down", Disposition::Drop,
@@ -46,6 +48,9 @@ constexpr std::array kOutcomes = {
         Outcome::EgressVlanFilter, "egress_vlan_filter", Disposition::Drop,
         "of a copy: the VLAN configuration of the UNI port that it was to leave by has no rule "
         "for it"},
+    OutcomeInfo{Outcome::EgressRateLimited, "egress_rate_limited", Disposition::Drop,
+                "of a copy: the downstream rate limit of the UNI port that it was to leave by has "
+                "not enough tokens"},
     OutcomeInfo{Outcome::Mirrored, "mirrored", Disposition::Forward,
                 "of a copy: it left by the mirror port"},
 };

@@ -24,11 +24,13 @@ enum class Outcome : std::uint8_t {
   UnknownPort,
   PortAdminDown,
   PortLinkDown,
+  Policed,
   NoEgress,
   EgressAdminDown,
   EgressLinkDown,
   EgressIsolated,
   EgressVlanFilter,
+  EgressRateLimited,
   Mirrored
 };
 

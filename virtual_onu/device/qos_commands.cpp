@@ -27,7 +27,7 @@ CommandResult AddPolicer(DriverState& state, PolicerCfg& record) {
   if (!IsUni(state, record.port)) {
     return BadUni(state, record.port);
   }
-  state.qosTables.policers[record.port] = record;
+  state.qosTables.policers[record.port] = {record, ++state.qosTables.policersMade};
   return {};
 }
 

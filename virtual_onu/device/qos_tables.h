@@ -17,9 +17,15 @@ constexpr std::size_t kDscps = 64;
 /// Priority of each DSCP.
 using DscpMap = std::array<std::uint8_t, kDscps>;
 
-/// Everything by UNI port number; ports without an entry are not limited, or not told of.
+struct Policer {
+  PolicerCfg cfg = {};       ///< as the command gave it
+  std::uint64_t serial = 0;  ///< tells a policer from the one that it replaced
+};
+
+/// The tables are by UNI port number; ports without an entry are not limited, or not told of.
 struct QosTables {
-  std::map<std::uint32_t, PolicerCfg> policers;      ///< as the commands gave them
+  std::map<std::uint32_t, Policer> policers;
+  std::uint64_t policersMade = 0;
   std::map<std::uint32_t, std::uint32_t> lineRates;  ///< bit/s
   std::map<std::uint32_t, std::uint32_t> dsLimits;   ///< bit/s
   std::map<std::uint32_t, DscpMap> dscpMaps;

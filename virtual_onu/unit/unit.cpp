@@ -46,7 +46,8 @@ Unit::Unit(UnitConfig config)
       platform_(std::move(config.platform), trace_, clock_, directory_),
       dataPath_(device_.tables(),
                 {device_.portTables(), platform_.config().ethPorts,
-                 [this](std::uint32_t uni) { return interfaces_.phy(uni).passesFrames(); }}) {
+                 [this](std::uint32_t uni) { return interfaces_.phy(uni).passesFrames(); }},
+                Limits(device_.qosTables(), clock_)) {
   Unit* none = nullptr;
   if (!currentUnit.compare_exchange_strong(none, this)) {
     throw std::logic_error("a virtual unit exists already; there is one at a time");

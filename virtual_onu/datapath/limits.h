@@ -1,0 +1,71 @@
+/// @file
+/// The policers of the upstream side and the rate limits of the downstream side: a token bucket for
+/// each UNI port and side. Which frames are held against them is the data path's matter.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+
+#include "base/clock.h"
+#include "device/qos_tables.h"
+
+namespace virtual_onu {
+
+/// A bucket that begins full and fills at the rate that each call gives. Amounts are thousandths of
+/// a bit, which is what 1 bit/s gives in a millisecond, so that nothing is rounded.
+class TokenBucket {
+ public:
+  explicit TokenBucket(std::uint32_t octets);
+
+  /// Tells whether there is enough for a frame of that length.
+  [[nodiscard]] bool holds(std::size_t octets, std::uint32_t rate, std::uint64_t now) const;
+
+  /// Takes what a frame needs, which the bucket holds.
+  void take(std::size_t octets, std::uint32_t rate, std::uint64_t now);
+
+ private:
+  [[nodiscard]] std::uint64_t levelAt(std::uint32_t rate, std::uint64_t now) const;
+
+  std::uint64_t size_;
+  std::uint64_t level_;
+  std::uint64_t since_ = 0;  ///< milliseconds
+};
+
+/// A port without a policer or a limit lets every frame pass.
+class Limits {
+ public:
+  /// What a downstream limit lets pass at once, in octets: as much as a policer of the library.
+  static constexpr std::uint32_t kDownstreamBurst = 501536;
+
+  Limits(const QosTables& tables, const Clock& clock) : tables_(&tables), clock_(&clock) {}
+
+  /// Tells whether the policer of a UNI port lets a frame of that length pass now.
+  [[nodiscard]] bool policerAdmits(std::uint32_t uni, std::size_t octets) const;
+
+  /// Tells whether the downstream limit of a UNI port does.
+  [[nodiscard]] bool limitAdmits(std::uint32_t uni, std::size_t octets) const;
+
+  /// Counts a frame that the policer let pass.
+  void countPoliced(std::uint32_t uni, std::size_t octets);
+
+  /// Counts a frame that the limit let pass.
+  void countLimited(std::uint32_t uni, std::size_t octets);
+
+ private:
+  /// The bucket of a policer, and which one it belongs to.
+  struct PolicerBucket {
+    std::uint64_t serial;
+    TokenBucket bucket;
+  };
+
+  /// The policer's bucket; a full one for a policer that has not counted a frame yet.
+  [[nodiscard]] PolicerBucket bucketOf(std::uint32_t uni, const Policer& policer) const;
+
+  const QosTables* tables_;
+  const Clock* clock_;
+  std::map<std::uint32_t, PolicerBucket> policed_;
+  std::map<std::uint32_t, TokenBucket> limited_;
+};
+
+}  // namespace virtual_onu
