@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <string>
 #include <thread>
 #include <unistd.h>
@@ -175,7 +176,7 @@ TEST_F(CaptureTest, MulticastIn_Igmp_ReachesItsClient) {
 }
 
 TEST_F(CaptureTest, MulticastIn_Mld_ReachesItsClient) {
-  for (const std::uint8_t type : {130, 131, 132, 143}) {
+  for (const std::uint8_t type : std::initializer_list<std::uint8_t>{130, 131, 132, 143}) {
     forget();
     EXPECT_EQ(capture({.port = 3, .frame = MldFrame(type)}), 0U);
     EXPECT_THAT(left(), ElementsAre(Dispatched("MLD", MldFrame(type), 0, 3)));

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <pthread.h>
 #include <string>
 #include <sys/resource.h>
@@ -363,8 +364,8 @@ TEST_F(MonitorTest, Errors_ArePrintedAndEndsOfDumpsAreNot) {
 TEST_F(MonitorTest, OtherTypes_DoNothing) {
   start();
   std::size_t checked = 0;
-  for (const std::uint16_t type :
-       {0x0000, 0x0001, 0x0004, 0x3000, 0x3002, 0x2001, 0x1FFF, 0x0130, 0x0020, 0xFFFF}) {
+  for (const std::uint16_t type : std::initializer_list<std::uint16_t>{
+           0x0000, 0x0001, 0x0004, 0x3000, 0x3002, 0x2001, 0x1FFF, 0x0130, 0x0020, 0xFFFF}) {
     say(NetlinkMessage(type, Bytes(64)));
     ++checked;
   }

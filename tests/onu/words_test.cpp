@@ -59,6 +59,13 @@ TEST(Words, Join_IsTheInverseOfSplit) {
   EXPECT_EQ(JoinWords({"send", "uni1"}), "send uni1");
 }
 
+TEST(Words, SplitAt_KeepsEmptyParts) {
+  EXPECT_THAT(SplitAt("1:22:3", ':'), ElementsAre("1", "22", "3"));
+  EXPECT_THAT(SplitAt("1", ':'), ElementsAre("1"));
+  EXPECT_THAT(SplitAt(":1::", ':'), ElementsAre("", "1", "", ""));
+  EXPECT_THAT(SplitAt("", ':'), ElementsAre(""));
+}
+
 TEST(Words, ParseNumber_TakesDecimalAndHexadecimalOf32Bits) {
   EXPECT_EQ(ParseNumber("0"), 0U);
   EXPECT_EQ(ParseNumber("4294967295"), 4294967295U);

@@ -7,7 +7,6 @@
 #include <initializer_list>
 #include <iterator>
 #include <optional>
-#include <ranges>
 
 #include "base/text.h"
 #include "config_table.h"
@@ -31,8 +30,8 @@ std::optional<double> ReadFraction(const std::string& word) {
 std::optional<std::vector<std::uint32_t>> ReadNumbers(const std::string& word, std::size_t least,
                                                       std::size_t most) {
   std::vector<std::uint32_t> numbers;
-  for (const auto part : std::views::split(word, ':')) {
-    const auto number = ParseNumber(std::string(part.begin(), part.end()));
+  for (const std::string& part : SplitAt(word, ':')) {
+    const auto number = ParseNumber(part);
     if (!number) {
       return {};
     }

@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <sstream>
 #include <string_view>
 
 #include "base/bytes.h"
@@ -160,11 +159,7 @@ std::uint8_t ByteOf(std::string_view what, const std::string& word) {
 }  // namespace
 
 QosClassRule ParseQosRule(std::uint32_t port, std::uint32_t type, const std::string& word) {
-  Words parts;
-  std::istringstream text(word);
-  for (std::string part; std::getline(text, part, ',');) {
-    parts.push_back(part);
-  }
+  const Words parts = SplitAt(word, ',');
   if (parts.size() < 2) {
     throw WrongUse("expected PRECEDENCE,PRIORITY[,CONDITION]..., got " + Quote(word));
   }

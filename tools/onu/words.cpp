@@ -159,6 +159,18 @@ std::string Join(const Words& texts, std::string_view separator) {
   return joined;
 }
 
+Words SplitAt(std::string_view text, char separator) {
+  Words parts;
+  std::size_t start = 0;
+  for (std::size_t end = text.find(separator); end != std::string_view::npos;
+       end = text.find(separator, start)) {
+    parts.emplace_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  parts.emplace_back(text.substr(start));
+  return parts;
+}
+
 std::string Lower(std::string_view text) {
   std::string lower(text);
   std::ranges::transform(lower, lower.begin(), [](char character) {

@@ -32,6 +32,9 @@ std::string JoinWords(const Words& words);
 /// The texts with `separator` between them.
 std::string Join(const Words& texts, std::string_view separator);
 
+/// The texts between the separators, empty ones too: the opposite of Join().
+Words SplitAt(std::string_view text, char separator);
+
 /// The text with A-Z in lower case.
 std::string Lower(std::string_view text);
 
