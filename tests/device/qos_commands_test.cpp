@@ -112,9 +112,15 @@ TEST_F(QosCommands, UniPortOutOfRange_IsRefused) {
 TEST_F(QosCommands, DevicePortOutOfRange_IsRefused) {
   for (const std::uint32_t port : {0U, 1U, 6U, 0xFFFFFFFFU}) {
     const std::string reason = "device port " + std::to_string(port) + " is none of 2 to 5";
-    expectRefusal(BRMGR_CMD_PORT_STATE, PortRateRecord{port, 10000000}, EINVAL, reason);
     expectRefusal(BRMGR_CMD_DSCP_MAP, MapOf(port, 1, 1), EINVAL, reason);
   }
+}
+
+TEST_F(QosCommands, LineRateOfAPortThatDoesNotExist_IsTakenAndForgotten) {
+  for (const std::uint32_t port : {0U, 1U, 6U, 0xFFFFFFFFU}) {
+    expectDone(BRMGR_CMD_PORT_STATE, PortRateRecord{port, 10000000});
+  }
+  EXPECT_TRUE(qos().lineRates.empty());
 }
 
 TEST_F(QosCommands, ShortRecord_IsRefused) {

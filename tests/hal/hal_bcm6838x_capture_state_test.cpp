@@ -41,13 +41,16 @@ std::string Bpdu(std::uint32_t port, const Bytes& frame) {
              {NativeWord(port), NativeWord(static_cast<std::uint32_t>(frame.size())), frame}));
 }
 
-std::string SentPacket(std::uint32_t desPort, std::uint32_t srcPort, const Bytes& frame) {
+/// @param[in] tail  the two bytes behind the frame: what stood there before a tag was removed
+std::string SentPacket(std::uint32_t desPort, std::uint32_t srcPort, const Bytes& frame,
+                       std::uint16_t tail = 0) {
   return Sent("SEND_PKT", 0,
               WireRecord(18 + frame.size())
                   .u32(0, static_cast<std::uint32_t>(frame.size()))
                   .u32(4, desPort)
                   .u32(8, srcPort)
-                  .bytes(16, frame));
+                  .bytes(16, frame)
+                  .u16(16 + frame.size(), tail));
 }
 
 class CaptureTest : public LibraryTest {
@@ -463,7 +466,7 @@ TEST_F(CaptureTest, MulticastOut_OfNoPort_IsSentToEachByItsDownstreamRule) {
   translated[14] = 0x40;
   translated[15] = 40;
   EXPECT_EQ(capture({.type = 5, .port = 0, .gemFlowId = 9, .frame = frame}), 0U);
-  EXPECT_THAT(left(), ElementsAre(SentPacket(1, 0, untagged), SentPacket(3, 0, translated),
+  EXPECT_THAT(left(), ElementsAre(SentPacket(1, 0, untagged, 0x3C3D), SentPacket(3, 0, translated),
                                   SentPacket(4, 0, frame)))
       << "port 2 drops it; each port gets the frame as it came";
 }

@@ -69,7 +69,7 @@ TEST(Completion, CommandsOfTheDevice_AndFieldsOfTheirRecords) {
   EXPECT_THAT(CandidatesOf("Ioctl FLOW_DEL "),
               ElementsAre("dir=", "flag", "flowIndex=", "icIndex=", "len", "raw"));
   EXPECT_THAT(CandidatesOf("Ioctl FLOW_DEL dir=us fl"), ElementsAre("flag", "flowIndex="));
-  EXPECT_THAT(CandidatesOf("Ioctl MAC_AGING "), ElementsAre("flag", "len", "raw"));
+  EXPECT_THAT(CandidatesOf("Ioctl LASER_ON "), ElementsAre("flag", "len", "raw"));
   EXPECT_THAT(CandidatesOf("Ioctl FLOW_ADD res"), Not(Contains("reserved45=")));
   EXPECT_THAT(CandidatesOf("fault nth 1 IC_"), ElementsAre("IC_CREATE", "IC_DEL"));
 }

@@ -98,7 +98,7 @@ TEST(IoctlOperation, WrongWords_AreRefusedBeforeAnythingIsSent) {
   EXPECT_THAT(ErrorOf("Ioctl FLOW_ADD outerVid=65536"), HasSubstr("outerVid"));
   EXPECT_THAT(ErrorOf("Ioctl FLOW_ADD outerVid=1 raw 00"),
               HasSubstr("expected fields or raw, got both"));
-  EXPECT_THAT(ErrorOf("Ioctl MAC_AGING port=1"), HasSubstr("is not described"));
+  EXPECT_THAT(ErrorOf("Ioctl LASER_ON port=1"), HasSubstr("is not described"));
   EXPECT_THAT(ErrorOf("Ioctl FLOWADD"), HasSubstr("got \"FLOWADD\"; did you mean \"FLOW_ADD\"?"));
   EXPECT_THAT(ErrorOf("Ioctl FEATURE len 1048577"),
               HasSubstr("len: expected a number from 0 to 1048576, got 1048577"));

@@ -41,12 +41,11 @@ CommandResult DeletePolicer(DriverState& state, PolicerDel& record) {
   return {};
 }
 
+/// Links are reported of interfaces of any number; one that is no port of the chip means nothing.
 CommandResult SetLineRate(DriverState& state, PortRateRecord& record) {
-  const auto uni = UniOf(state, record.port);
-  if (!uni) {
-    return NoPort(state, record.port);
+  if (const auto uni = UniOf(state, record.port)) {
+    state.qosTables.lineRates[*uni] = record.rate;
   }
-  state.qosTables.lineRates[*uni] = record.rate;
   return {};
 }
 
