@@ -338,6 +338,17 @@ TEST_P(RecordLengths, AShortRecord_IsRefused) {
   EXPECT_FALSE(device_.feature());
 }
 
+TEST_F(Commands, Transmits_TakeRecordsOfAnyLength) {
+  std::array<std::uint8_t, 20> record = {};
+  std::size_t taken = 0;
+  for (const std::uint32_t code : {33U, 118U, 141U, 143U}) {
+    EXPECT_EQ(request(code, record.data(), record.size(), BRMGR_FLAG_INPUT), 0) << code;
+    EXPECT_EQ(lastCommand().before.size(), record.size());
+    ++taken;
+  }
+  EXPECT_EQ(taken, 4U);
+}
+
 TEST_P(RecordLengths, ALongerRecord_IsTakenAndItsTailLeftAlone) {
   addFlow(kDs, addClass(kDs));
   addAction(kDs);

@@ -364,6 +364,20 @@ TEST(Wire, CtcModeRecord) {
   EXPECT_EQ(Counting<CtcModeRecord>("CtcModeRecord").port, 0x01U);
 }
 
+TEST(Describe, OfAFrameThatEndsItsRecord_TheBytesThatAreThereAreShown) {
+  RelayPkt record = {};
+  record.desPort = 3;
+  record.length = 2;
+  record.data[0] = 0xAB;
+  Bytes bytes = BytesOf(record);
+  bytes.resize(10);
+  EXPECT_EQ(DescribeRecord(RecordNamed("RelayPkt"), bytes), "desPort=3 length=2 data=ab00");
+  bytes.resize(8);
+  EXPECT_EQ(DescribeRecord(RecordNamed("RelayPkt"), bytes), "desPort=3 length=2");
+  bytes.resize(7);
+  EXPECT_EQ(DescribeRecord(RecordNamed("RelayPkt"), bytes), "desPort=3");
+}
+
 TEST(Decode, NamesEveryFieldAndTellsWhichAreZero) {
   IngressClassCfg record = {};
   record.fieldMask = 0x200;

@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "operation_rows.h"
+#include "packet_call.h"
 
 namespace onu {
 
@@ -137,6 +138,14 @@ const std::vector<Operation> kRows = {
       {"Init\nAddMulticastMacAddr 239.1.2.3 0x1 100\nDelMulticastMacAddr 239.1.2.3 0x1 100"}},
      Status,
      BindGroup(BCM6838X_DelMulticastMacAddr)},
+    {{"BCM6838X_DispatchIgmpPacket",
+      {kUniPort,
+       {kFrameArgument, ArgumentType::Frame, "a frame of a capture, hexadecimal digits, or words",
+        Presence::Rest}},
+      "sends a frame of a port towards the uplink, any other to each port",
+      {"Init\nDispatchIgmpPacket 1 tests/data/igmp-join.pcap#1"}},
+     Status,
+     BindDispatchIgmpPacket()},
     {{"BCM6838X_PrintHex",
       {{"hex", ArgumentType::Hex, "the bytes"}},
       "prints bytes as hexadecimal digits and characters",

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <vector>
 
+#include <bcm6838x_igmp.h>
+
 #include "datapath/frame.h"
 #include "device/records.h"
 #include "frame_input.h"
@@ -133,6 +135,15 @@ Binding BindGetTag() {
             outcome.text =
                 "  vid = " + std::to_string(vid) + "\n  pri = " + std::to_string(priority) + "\n";
             return outcome;
+          },
+          {}};
+}
+
+Binding BindDispatchIgmpPacket() {
+  return {[](const Arguments& given, Rows /*rows*/) {
+            const Bytes frame = FrameOf(given);
+            return Outcome(BCM6838X_DispatchIgmpPacket(
+                frame.data(), static_cast<std::uint32_t>(frame.size()), 0, given.number("port")));
           },
           {}};
 }

@@ -31,6 +31,7 @@ Binding BindEvent(std::uint32_t (*take)(const BrmgrEvent* event), std::uint32_t 
 Binding BindGetTag();
 Binding BindSendPacket();
 Binding BindRdpaSendIgmpPkt();
+Binding BindDispatchIgmpPacket();
 
 /// Puts an event in front of the device's reader, then calls the operation.
 Binding BindGetEvent();

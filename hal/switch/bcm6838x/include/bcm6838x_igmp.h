@@ -110,6 +110,18 @@ BCM6838X_EXPORT uint16_t BCM6838X_FindUnuseMcastChanSlot(void);
 BCM6838X_EXPORT uint16_t BCM6838X_FindTargetMcastChanSlot(const uint8_t* ipv4, const uint8_t* ipv6,
                                                           uint32_t port);
 
+/// Sends on an IGMP or MLD frame that the snooping service has handled (BCM6838X_SendPacket): a
+/// frame of a UNI port once towards the uplink, any other once to each UNI port, in order.
+///
+/// @param[in] packet the frame, `length` bytes readable; not kept
+/// @param[in] length bytes of the frame; the low 16 bits count
+/// @param[in] vlan passed on and not used
+/// @param[in] port where the frame came in, in the low 8 bits: at most the number of Ethernet ports
+///   for a UNI port
+/// @return BCM6838X_OK; BCM6838X_INVALID, with a log line, when `packet` is null
+BCM6838X_EXPORT uint32_t BCM6838X_DispatchIgmpPacket(const uint8_t* packet, uint32_t length,
+                                                     uint32_t vlan, uint32_t port);
+
 /// Forwards a group to one port, the first Ethernet port of the mask, and logs it
 /// (BRMGR_CMD_MCAST_ADD); the other ports are for BCM6838X_ModifyMulticastMacAddr. Without a port
 /// or a free slot it only logs. A refusal by the driver is told on standard output as well, and the

@@ -1,0 +1,193 @@
+/// @file
+/// Tests of the kernel's side of the monitor's socket, through the C library's calls that reach it.
+#include "monitor/kernel_monitor.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <linux/netlink.h>
+#include <netinet/in.h>
+#include <sys/select.h>
+#include <sys/socket.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <platform_vos.h>
+
+#include "support/left.h"
+#include "unit/unit.h"
+
+namespace virtual_onu {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+int OpenMonitor() {
+  return socket(AF_NETLINK, SOCK_RAW, KernelMonitor::kProtocol);
+}
+
+int BindMonitor(int fd, std::uint32_t port) {
+  sockaddr_nl address = {};
+  address.nl_family = AF_NETLINK;
+  address.nl_pid = port;
+  return bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+}
+
+/// One datagram.
+Bytes Receive(int fd) {
+  Bytes buffer(2048);
+  iovec part = {buffer.data(), buffer.size()};
+  msghdr message = {};
+  message.msg_iov = &part;
+  message.msg_iovlen = 1;
+  const ssize_t size = recvmsg(fd, &message, 0);
+  buffer.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+  return buffer;
+}
+
+bool HasDatagram(int fd) {
+  fd_set ready;
+  FD_ZERO(&ready);
+  FD_SET(fd, &ready);
+  timeval now = {};
+  return select(fd + 1, &ready, nullptr, nullptr, &now) == 1;
+}
+
+TEST(KernelMonitor, ASocket_GivesWholeDatagramsInOrder) {
+  Unit unit;
+  const int fd = OpenMonitor();
+  ASSERT_GT(fd, 2);
+  EXPECT_TRUE(unit.monitor().owns(fd));
+  EXPECT_FALSE(HasDatagram(fd));
+  EXPECT_TRUE(unit.monitor().send(Bytes{1, 2, 3}));
+  EXPECT_TRUE(unit.monitor().send({}));
+  EXPECT_TRUE(unit.monitor().send(Bytes(2000, 7)));
+  EXPECT_TRUE(HasDatagram(fd));
+  EXPECT_EQ(Receive(fd), (Bytes{1, 2, 3}));
+  EXPECT_EQ(Receive(fd), Bytes());
+  EXPECT_EQ(Receive(fd), Bytes(2000, 7));
+  EXPECT_FALSE(HasDatagram(fd));
+}
+
+TEST(KernelMonitor, Calls_AreTraced) {
+  Unit unit;
+  const int fd = OpenMonitor();
+  EXPECT_EQ(BindMonitor(fd, static_cast<std::uint32_t>(getpid())), 0);
+  EXPECT_EQ(BindMonitor(fd, 7), 0);
+  EXPECT_EQ(bind(fd, nullptr, 3), 0);
+  EXPECT_THAT(
+      hal_test::Left(unit),
+      ElementsAre("call socket(AF_NETLINK, SOCK_RAW, 25)",
+                  "call bind(family 16, port own process, groups 0, length 12)",
+                  "call bind(family 16, port 7, groups 0, length 12)", "call bind(length 3)"));
+}
+
+TEST(KernelMonitor, OtherSockets_AreTheSystems) {
+  Unit unit;
+  const int fd = socket(AF_INET, SOCK_DGRAM, 0);
+  ASSERT_GE(fd, 0);
+  EXPECT_FALSE(unit.monitor().owns(fd));
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  EXPECT_EQ(bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+  EXPECT_FALSE(unit.monitor().send(Bytes{1}));
+  close(fd);
+  EXPECT_THAT(hal_test::Left(unit), IsEmpty());
+}
+
+TEST(KernelMonitor, Faults_FailTheCalls) {
+  Unit unit;
+  const int fd = OpenMonitor();
+  unit.platform().config().monitorSocketFails = true;
+  unit.platform().config().monitorBindFails = true;
+  errno = 0;
+  EXPECT_EQ(OpenMonitor(), -1);
+  EXPECT_EQ(errno, EPROTONOSUPPORT);
+  EXPECT_EQ(BindMonitor(fd, 0), -1);
+  EXPECT_EQ(errno, EADDRINUSE);
+  EXPECT_FALSE(unit.monitor().owns(-1));
+}
+
+TEST(KernelMonitor, AClosedSocket_IsNobodysEvenWhenItsNumberComesAgain) {
+  Unit unit;
+  const int fd = OpenMonitor();
+  close(fd);
+  EXPECT_FALSE(unit.monitor().owns(fd));
+  EXPECT_FALSE(unit.monitor().send(Bytes{1}));
+  const int other = socket(AF_INET, SOCK_DGRAM, 0);
+  ASSERT_EQ(other, fd);
+  EXPECT_FALSE(unit.monitor().owns(other));
+  close(other);
+}
+
+TEST(KernelMonitor, TheEndOfTheUnit_ClosesItsSocketsAndNoOther) {
+  int open = -1;
+  int other = -1;
+  {
+    Unit unit;
+    const int closed = OpenMonitor();
+    open = OpenMonitor();
+    close(closed);
+    other = socket(AF_INET, SOCK_DGRAM, 0);
+    ASSERT_EQ(other, closed);
+  }
+  EXPECT_EQ(fcntl(open, F_GETFD), -1);
+  EXPECT_NE(fcntl(other, F_GETFD), -1);
+  close(other);
+}
+
+TEST(KernelMonitor, WithoutASocket_NothingIsSent) {
+  Unit unit;
+  EXPECT_FALSE(unit.monitor().send(Bytes{1}));
+  EXPECT_FALSE(unit.monitor().flush());
+}
+
+std::vector<Bytes> taken;  // by the task
+
+/// A task that reads for ever.
+void ReadForEver() {
+  const int fd = OpenMonitor();
+  BindMonitor(fd, 0);
+  while (true) {
+    taken.push_back(Receive(fd));
+  }
+}
+
+UnitConfig WithTasks() {
+  UnitConfig config;
+  config.platform.runTasks = true;
+  return config;
+}
+
+TEST(KernelMonitor, EndTasks_EndsAReaderThatHasTakenEverything) {
+  taken.clear();
+  Unit unit(WithTasks());
+  ASSERT_EQ(VOS_TaskSpawn("reader", 0, 0, 0, 0, ReadForEver, 0), 0);
+  ASSERT_TRUE(unit.monitor().waitUntilBound());
+  EXPECT_TRUE(unit.monitor().flush());
+  EXPECT_TRUE(unit.monitor().send(Bytes{1}));
+  EXPECT_TRUE(unit.monitor().send(Bytes{2}));
+  unit.endTasks();
+  EXPECT_THAT(taken, ElementsAre(Bytes(), Bytes{1}, Bytes{2}));
+  unit.endTasks();
+  EXPECT_EQ(OpenMonitor(), -1) << "no task begins to wait behind the end";
+}
+
+TEST(KernelMonitor, TheEndOfTheUnit_EndsItsTasks) {
+  taken.clear();
+  {
+    Unit unit(WithTasks());
+    ASSERT_EQ(VOS_TaskSpawn("reader", 0, 0, 0, 0, ReadForEver, 0), 0);
+    ASSERT_TRUE(unit.monitor().waitUntilBound());
+    EXPECT_TRUE(unit.monitor().send(Bytes{3}));
+  }
+  EXPECT_THAT(taken, ElementsAre(Bytes{3}));
+}
+
+}  // namespace
+}  // namespace virtual_onu
