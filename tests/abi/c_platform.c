@@ -189,6 +189,10 @@ uint32_t HC_GetEthPortNum(void) {
   return PLATFORM_ETH_PORTS;
 }
 
+uint32_t HC_GetUplinkPortNo(void) {
+  return 5;
+}
+
 uint32_t HC_GetFePortNum(void) {
   return PLATFORM_FE_PORTS;
 }

@@ -42,6 +42,10 @@ virtual_onu::UnitConfig RoomForAllRules() {
   return config;
 }
 
+std::string IgnoredLogged(const std::string& code) {
+  return kTrace + "field does not support. field = " + code + " will be ignored. line = <line>\r\n";
+}
+
 class QosRuleTest : public LibraryTest {
  protected:
   QosRuleTest() : LibraryTest(RoomForAllRules()) {}
@@ -224,9 +228,7 @@ TEST_F(QosRuleTest, Add_FieldWithoutAKey_IsLoggedAndTheRestInstalled) {
     rule = With(rule, BCM6838X_QOS_FIELD_VLAN_ID, NumberValue(100));
     EXPECT_EQ(BCM6838X_AddQosClassificationRule(&rule), 0U);
     EXPECT_THAT(left(),
-                ElementsAre(kTrace + "field does not support. field = " + code +
-                                " will be ignored. line = <line>\r\n",
-                            ActionSent(7), ClassSent(0x48080, 14),
+                ElementsAre(IgnoredLogged(code), ActionSent(7), ClassSent(0x48080, 14),
                             RemarkFlowSent(1, 1, index, index), InstalledLogged(1, 0, 1, index)));
     ++index;
   }

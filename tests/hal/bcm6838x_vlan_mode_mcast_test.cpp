@@ -108,6 +108,10 @@ std::vector<std::string> operator+(std::vector<std::string> first,
 
 using Lines = std::vector<std::string>;
 
+std::string WanVlanWithdrawn(const std::string& vid) {
+  return "log BCM6838X_DelWanVlan,<line>, port=2,del wanVid=" + vid + " lanVid=" + vid;
+}
+
 TEST_F(VlanModeMcastTest, Transparent_WithdrawsAndRestoresBehindTheShellLine) {
   BCM6838X_AddUsTransparent(2);
   EXPECT_EQ(first(17), (Lines{"log ++++++BCM6838X_AddUsTransparent,<line>",
@@ -178,8 +182,7 @@ TEST_F(VlanModeMcastTest, AllEightPlacesInOrder) {
   BCM6838X_AddUsTransparent(2);
   Lines expected;
   for (const std::string vid : {"507", "506", "505", "504", "503", "502", "501", "500"}) {
-    expected.push_back("log BCM6838X_DelWanVlan,<line>, port=2,del wanVid=" + vid +
-                       " lanVid=" + vid);
+    expected.push_back(WanVlanWithdrawn(vid));
   }
   EXPECT_EQ(leftWith("log BCM6838X_DelWanVlan,<line>, port=2,del"), expected);
   EXPECT_THAT(leftWith("log BCM6838X_DelLanVlan"), SizeIs(8));

@@ -29,8 +29,8 @@ using testing::ThrowsMessage;
 
 class GoldenLinesTest : public testing::Test {
  protected:
-  std::vector<std::string> read(const std::string& text, const std::string& section,
-                                const GoldenNumbers& numbers = {}) {
+  static std::vector<std::string> read(const std::string& text, const std::string& section,
+                                       const GoldenNumbers& numbers = {}) {
     const std::filesystem::path file =
         std::filesystem::path(testing::TempDir()) /
         (std::string(testing::UnitTest::GetInstance()->current_test_info()->name()) + ".golden");

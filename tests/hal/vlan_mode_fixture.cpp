@@ -13,7 +13,6 @@ namespace hal_test {
 namespace {
 
 using virtual_onu::DirectionTables;
-using virtual_onu::IngressClass;
 
 using Lines = std::vector<std::string>;
 

@@ -34,12 +34,12 @@ TEST(Explain, ClassesAndKeys_AreShownInTheOrderTried) {
 }
 
 TEST(Explain, Action_IsShownWithTheFrameBeforeAndAfter) {
+  const std::string flow =
+      "Ioctl FLOW_ADD dir=us icIndex=0 ingressPort=2 vlanNum=0 forward=1 vlanActionIndex=0";
   const Json document =
       RunLinesAsJson({"Init", "SetPortAdminState 1 1",
                       "Ioctl VLAN_ACTION_ADD cmd=0x1 dir=us tag[0].vid=100 tag[0].tpid=0x8100",
-                      "Ioctl FLOW_ADD dir=us icIndex=0 ingressPort=2 vlanNum=0 forward=1 "
-                      "vlanActionIndex=0",
-                      "explain uni1 udp"})
+                      flow, "explain uni1 udp"})
           .lastDocument();
   EXPECT_EQ(document["verdict"]["vlanActionIndex"], 0);
   EXPECT_EQ(document["verdict"]["egress"], Json({"wan"}));
