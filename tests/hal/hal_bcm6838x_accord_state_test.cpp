@@ -416,7 +416,8 @@ TEST_F(AccordTest, Ports_WithoutARecord_DropWithALogLine) {
 /// A frame of a length in a descriptor that ends where unreadable memory begins.
 struct GuardedPacket {
   explicit GuardedPacket(std::uint32_t size, const Tags& tags = {})
-      : memory(Bytes(sizeof(RdpaPkt), 0x99)), packet(reinterpret_cast<RdpaPkt*>(memory.data())) {
+      : memory(Bytes(sizeof(RdpaPkt), 0x99)),
+        packet(static_cast<RdpaPkt*>(static_cast<void*>(memory.data()))) {
     const Bytes frame = FrameDraft{.tags = tags, .size = sizeof(packet->data)}.bytes();
     std::ranges::copy(frame, packet->data);
     packet->size = size;
@@ -509,7 +510,9 @@ TEST_F(AccordTest, OnlyTheFirstWordOfTheDescriptorIsUsed) {
   std::uint32_t size = static_cast<std::uint32_t>(frame.size());
   frame.resize(frame.size() + 4);
   const GuardedBytes word(NativeWord(size));
-  EXPECT_EQ(BCM6838X_AccordVlan(frame.data(), reinterpret_cast<RdpaPkt*>(word.data()), 2, 0), 0U);
+  EXPECT_EQ(BCM6838X_AccordVlan(frame.data(),
+                                static_cast<RdpaPkt*>(static_cast<void*>(word.data())), 2, 0),
+            0U);
   EXPECT_EQ(frame, FrameWith({kOwnTag}));
   EXPECT_EQ(Bytes(word.data(), word.data() + 4), NativeWord(size + 4));
 }

@@ -115,7 +115,7 @@ TEST_F(CaptureTest, GetEvent_WritesOnlyTheRecord) {
   const GuardedBytes guarded(Bytes(2068, 0x55));
   ASSERT_TRUE(unit.device().sendEvent(Bytes(3000, 0x77)));
   // The rest of a longer record is lost, as read() has it.
-  EXPECT_EQ(BCM6838X_GetEvent(reinterpret_cast<BrmgrEvent*>(guarded.data())), 0U);
+  EXPECT_EQ(BCM6838X_GetEvent(static_cast<BrmgrEvent*>(static_cast<void*>(guarded.data()))), 0U);
   EXPECT_EQ(guarded.data()[2067], 0x77);
 }
 

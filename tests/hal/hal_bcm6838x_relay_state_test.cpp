@@ -74,7 +74,7 @@ class RelayTest : public LibraryTest, public testing::WithParamInterface<std::si
     const EventDraft event = {
         .type = 6, .port = port, .frame = frame, .frameOffset = 22, .length = length};
     const GuardedBytes guarded(event.bytes());
-    return relay_.handle(reinterpret_cast<const BrmgrEvent*>(guarded.data()));
+    return relay_.handle(static_cast<const BrmgrEvent*>(static_cast<const void*>(guarded.data())));
   }
 
   [[nodiscard]] std::string sent(std::uint32_t port, const Bytes& frame) const {
@@ -206,7 +206,8 @@ TEST_P(RelayTest, OtherProtocols_AreRefusedWithOneTextForBoth) {
 TEST_P(RelayTest, TheFrameBeginsTwoBytesBehindTheDataField) {
   const EventDraft event = {.type = 6, .port = 2, .frame = relay_.frame.bytes(), .frameOffset = 20};
   const GuardedBytes guarded(event.bytes());
-  EXPECT_EQ(relay_.handle(reinterpret_cast<const BrmgrEvent*>(guarded.data())), 1U);
+  EXPECT_EQ(relay_.handle(static_cast<const BrmgrEvent*>(static_cast<const void*>(guarded.data()))),
+            1U);
   EXPECT_THAT(left(), ElementsAre("log 1 " + kFile + "Packet is not dhcp pkts!\r\n"));
 }
 

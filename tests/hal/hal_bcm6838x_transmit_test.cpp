@@ -101,7 +101,8 @@ TEST_F(TransmitTest, Relays_ReadNothingBehindTheFrame) {
     Bytes bytes(8 + 60);
     std::memcpy(bytes.data(), &record, bytes.size());
     const GuardedBytes guarded(bytes);
-    EXPECT_EQ(row.send(reinterpret_cast<const RelayPkt*>(guarded.data())), 0U) << row.operation;
+    EXPECT_EQ(row.send(static_cast<const RelayPkt*>(static_cast<const void*>(guarded.data()))), 0U)
+        << row.operation;
   }
 }
 
