@@ -102,8 +102,8 @@ int socket(int domain, int type, int protocol) {
                               : (int)syscall(SYS_socket, domain, type, protocol);
 }
 
-int bind(int fd, const struct sockaddr* address, socklen_t length) {
-  return fd == PLATFORM_SOCKET && address->sa_family == AF_NETLINK && length == 12 ? 0 : -1;
+int bind(int fd, const struct sockaddr* addr, socklen_t len) {
+  return fd == PLATFORM_SOCKET && addr->sa_family == AF_NETLINK && len == 12 ? 0 : -1;
 }
 
 int close(int fd) {
@@ -231,7 +231,7 @@ int32_t VOS_StrNcaseCmp(const char* a, const char* b) {
 }
 
 // The prototype is the platform's.
-// NOLINTNEXTLINE(readability-non-const-parameter)
+// NOLINTBEGIN(readability-non-const-parameter)
 int32_t devCtl_boardIoctl(uint32_t request, uint32_t action, char* string, uint32_t stringLength,
                           uint32_t offset, char* buffer) {
   return request == 0xC0184211 && action == 0 && *string == 0 && stringLength == 0 &&
@@ -239,6 +239,7 @@ int32_t devCtl_boardIoctl(uint32_t request, uint32_t action, char* string, uint3
              ? 0
              : -1;
 }
+// NOLINTEND(readability-non-const-parameter)
 
 static uint32_t Take(const char* client, uint32_t size, uint32_t vid, uint32_t port) {
   ++g_platform.clients;

@@ -55,7 +55,6 @@ extern PortVlanInfo g_PortVlanInfo[kPorts];
 namespace hal_test {
 namespace {
 
-using testing::AllOf;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -129,7 +128,7 @@ std::string Console(Operation operation) {
   testing::internal::CaptureStdout();
   operation();
   return std::regex_replace(testing::internal::GetCapturedStdout(),
-                            std::regex("(BCM6838X_\\w+)\\(\\d+\\)"), "$1(<line>)");
+                            std::regex(R"((BCM6838X_\w+)\(\d+\))"), "$1(<line>)");
 }
 
 template <typename Object>

@@ -313,7 +313,7 @@ class PortTableTest : public PortStatisticsTest {
   static constexpr std::uint32_t kUntouched = 0xA5A5A5A5;
 
   /// The table as words, one entry more than there are ports.
-  std::vector<EntryWords> readTable() {
+  static std::vector<EntryWords> readTable() {
     std::vector<EntryWords> words(kPorts + 1);
     for (EntryWords& entry : words) {
       entry.fill(kUntouched);

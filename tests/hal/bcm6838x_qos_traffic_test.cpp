@@ -79,7 +79,7 @@ class QosTrafficTest : public LibraryTest {
     return verdict.queue;
   }
 
-  void apply(std::uint32_t port, std::initializer_list<QosClassRule> rules) {
+  static void apply(std::uint32_t port, std::initializer_list<QosClassRule> rules) {
     const QosClassRuleSet set = SetOf(port, rules);
     ASSERT_EQ(BCM6838X_ApplyQosClassification(&set), 0U);
   }

@@ -49,9 +49,6 @@ extern std::uint16_t g_vlanEntryGetCnt;
 namespace hal_test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 bool IsCommitted() {
   return std::memcmp(static_cast<const void*>(g_oldPortVlanInfo), g_PortVlanInfo,
                      sizeof(g_PortVlanInfo)) == 0;
@@ -350,7 +347,8 @@ TEST_P(ModeRowTest, Clear_CallsTheDeleteOfTheAppliedConfiguration) {
 TEST_P(ModeRowTest, Apply_ClearsByTheAppliedAndBuildsByTheCurrentConfiguration) {
   const auto build = [] { GetParam().add(2, g_oldPortVlanInfo[1]); };
   const auto changes = [](std::vector<std::string> lines) {
-    std::erase_if(lines, [](const std::string& line) { return line.find("###### ") != line.npos; });
+    std::erase_if(
+        lines, [](const std::string& line) { return line.find("###### ") != std::string::npos; });
     return lines;
   };
   std::vector<std::string> got = changes(leaves(build, [] { BCM6838X_ApplyVlan(2); }));

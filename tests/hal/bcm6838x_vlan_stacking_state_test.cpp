@@ -235,7 +235,8 @@ TEST(StackingSmallRanges, EveryStartAndEnd_LeaveWhatTheRoundsLeave) {
       Model model;
       model.stackingEnable = 1;
       for (std::uint32_t i = 0; i < 28; ++i) {
-        model.list.at(3 * i) = {kPort, 2, (5 * i) % 14, 200};  // every VID stands twice
+        model.list.at(std::size_t{3} * i) = {kPort, 2, (5 * i) % 14,
+                                             200};  // every VID stands twice
       }
       Load(model);
       PortVlanStackRange expected = Range(start, static_cast<std::uint16_t>(end));

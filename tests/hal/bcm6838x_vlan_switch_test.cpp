@@ -27,7 +27,6 @@ namespace {
 
 using testing::Contains;
 using testing::HasSubstr;
-using testing::Not;
 
 constexpr std::size_t kModes = std::size(kModeSetters);
 

@@ -38,7 +38,7 @@ class GoldenLinesTest : public testing::Test {
     return GoldenLines(file, section, numbers);
   }
 
-  void expectError(const std::string& text, const std::string& message) {
+  static void expectError(const std::string& text, const std::string& message) {
     const std::function<void()> reading = [&] { read(text, "a"); };
     EXPECT_THAT(reading, ThrowsMessage<std::runtime_error>(HasSubstr(message)));
   }

@@ -507,7 +507,7 @@ TEST_F(AccordTest, Lengths_TagsBehindTheEnd_DoNotCount) {
 TEST_F(AccordTest, OnlyTheFirstWordOfTheDescriptorIsUsed) {
   config_.vlanMode = 1;
   Bytes frame = FrameWith({});
-  std::uint32_t size = static_cast<std::uint32_t>(frame.size());
+  const auto size = static_cast<std::uint32_t>(frame.size());
   frame.resize(frame.size() + 4);
   const GuardedBytes word(NativeWord(size));
   EXPECT_EQ(BCM6838X_AccordVlan(frame.data(),

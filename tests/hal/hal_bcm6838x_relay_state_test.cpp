@@ -70,7 +70,7 @@ class RelayTest : public LibraryTest, public testing::WithParamInterface<std::si
 
   /// Hands an event to the relay, in memory that ends where unreadable memory begins.
   std::uint32_t handle(const Bytes& frame, std::uint32_t port = 2,
-                       std::uint32_t length = 0xFFFFFFFF) {
+                       std::uint32_t length = 0xFFFFFFFF) const {
     const EventDraft event = {
         .type = 6, .port = port, .frame = frame, .frameOffset = 22, .length = length};
     const GuardedBytes guarded(event.bytes());

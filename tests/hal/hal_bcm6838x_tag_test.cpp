@@ -36,7 +36,7 @@ TagTold GetTag(const Bytes& frame) {
 class TagTest : public LibraryTest {
  protected:
   /// A frame with room for a tag behind it.
-  Bytes room(Bytes frame) {
+  static Bytes room(Bytes frame) {
     frame.resize(frame.size() + 4, 0xEE);
     return frame;
   }

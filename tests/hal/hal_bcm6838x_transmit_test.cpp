@@ -52,7 +52,7 @@ class TransmitTest : public LibraryTest {
   }
 
   /// Sends a frame that ends where unreadable memory begins.
-  void send(const Bytes& frame, std::uint32_t port) {
+  static void send(const Bytes& frame, std::uint32_t port) {
     const GuardedBytes guarded(frame);
     EXPECT_EQ(
         BCM6838X_SendPacket(guarded.data(), static_cast<std::uint32_t>(frame.size()), 77, 78, port),

@@ -109,12 +109,12 @@ int socket(int domain, int type, int protocol) noexcept {
   return next(domain, type, protocol);
 }
 
-int bind(int fd, const sockaddr* address, socklen_t length) noexcept {
+int bind(int fd, const sockaddr* addr, socklen_t len) noexcept {
   if (virtual_onu::KernelMonitor* monitor = MonitorOf(fd)) {
-    return monitor->bind(MonitorFaultsOf(*Unit::Current()), address, length);
+    return monitor->bind(MonitorFaultsOf(*Unit::Current()), addr, len);
   }
   static auto* const next = Next<int(int, const sockaddr*, socklen_t)>("bind");
-  return next(fd, address, length);
+  return next(fd, addr, len);
 }
 
 ssize_t recvmsg(int fd, msghdr* message, int flags) {

@@ -36,6 +36,8 @@ void ReadEntry(MacEntryRecord& record, const EntryOutput& output) {
 
 }  // namespace
 
+// The entry is written through these pointers, by way of EntryOutput.
+// NOLINTBEGIN(readability-non-const-parameter)
 uint32_t BCM6838X_GetFirstMacEntry(uint32_t* port, uint16_t* vid, uint8_t* mac, uint8_t* flag) {
   const EntryOutput output = {port, vid, mac, flag};
   if (!IsComplete(output)) {
@@ -56,3 +58,4 @@ uint32_t BCM6838X_GetNextMacEntry(uint32_t* port, uint16_t* vid, uint8_t* mac, u
   ReadEntry(record, output);
   return BCM6838X_OK;
 }
+// NOLINTEND(readability-non-const-parameter)

@@ -165,6 +165,8 @@ bool UnitHasPort(uint32_t port, uint32_t other) {
 
 }  // namespace
 
+// The rules write through both pointers.
+// NOLINTNEXTLINE(readability-non-const-parameter)
 uint32_t AccordFrame(uint8_t* frame, uint32_t* size, uint32_t srcPort, uint32_t desPort) {
   const uint32_t source = srcPort & 0xFF;
   const uint32_t destination = desPort & 0xFF;
