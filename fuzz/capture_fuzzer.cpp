@@ -1,8 +1,8 @@
 /// @file
 /// Any event record, in any VLAN mode, through the capture path.
-#include "fuzz_platform.h"
-
 #include <hal_bcm6838x.h>
+
+#include "fuzz_platform.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Input input(data, size);

@@ -1,6 +1,6 @@
 /// @file
-/// What the fuzzers share: their input taken apart, and the platform's side of the device and of the
-/// kernel monitor's socket.
+/// What the fuzzers share: their input taken apart, and the platform's side of the device and of
+/// the kernel monitor's socket.
 #pragma once
 
 #include <algorithm>

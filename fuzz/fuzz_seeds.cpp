@@ -1,6 +1,6 @@
 /// @file
-/// Makes the fuzzers' seeds out of captures: fuzz_seeds DIRECTORY CAPTURE... writes, for each frame,
-/// one input of each fuzzer into DIRECTORY/FUZZER.
+/// Makes the fuzzers' seeds out of captures: fuzz_seeds DIRECTORY CAPTURE... writes, for each
+/// frame, one input of each fuzzer into DIRECTORY/FUZZER.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -120,7 +120,8 @@ int main(int argc, char** argv) {
   }
   WriteMonitorSeeds(directory / "monitor");
   if (frames == 0) {
-    static_cast<void>(std::fputs("fuzz_seeds: expected captures, found no frame in them\n", stderr));
+    static_cast<void>(
+        std::fputs("fuzz_seeds: expected captures, found no frame in them\n", stderr));
     return 1;
   }
   return 0;

@@ -1,9 +1,9 @@
 /// @file
 /// Any bytes through the protocol predicates: MLD in memory that ends with the frame, the others in
 /// the 2048 bytes that are enough for every frame.
-#include "fuzz_platform.h"
-
 #include <hal_bcm6838x.h>
+
+#include "fuzz_platform.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr std::size_t kFrameCapacity = 2048;

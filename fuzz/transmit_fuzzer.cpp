@@ -1,9 +1,9 @@
 /// @file
 /// Any frame through BCM6838X_SendPacket, the relays' transmits and the tag helpers, in memory that
 /// ends with the frame.
-#include "fuzz_platform.h"
-
 #include <hal_bcm6838x.h>
+
+#include "fuzz_platform.h"
 
 namespace {
 
