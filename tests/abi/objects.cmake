@@ -18,6 +18,8 @@ set(calls ${CMAKE_CURRENT_SOURCE_DIR}/platform_calls.txt)
 set(state ${CMAKE_CURRENT_SOURCE_DIR}/state_variables.txt)
 
 add_library(faulty_object SHARED faulty_object.cpp)
+target_compile_definitions(
+  faulty_object PRIVATE FAULTY_OBJECT_SOURCE="${CMAKE_CURRENT_SOURCE_DIR}/faulty_object.cpp")
 
 add_object_check(runtime hal_bcm6838x)
 add_object_check(runtime hal_bcm6838x_static)
