@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include <brmgr_cmd.h>
@@ -29,19 +30,23 @@ using testing::ThrowsMessage;
 
 class GoldenLinesTest : public testing::Test {
  protected:
-  static std::vector<std::string> read(const std::string& text, const std::string& section,
-                                       const GoldenNumbers& numbers = {}) {
-    const std::filesystem::path file =
-        std::filesystem::path(testing::TempDir()) /
-        (std::string(testing::UnitTest::GetInstance()->current_test_info()->name()) + ".golden");
-    std::ofstream(file) << text;
-    return GoldenLines(file, section, numbers);
+  void TearDown() override { std::filesystem::remove(file_); }
+
+  std::vector<std::string> read(const std::string& text, const std::string& section,
+                                const GoldenNumbers& numbers = {}) {
+    std::ofstream(file_) << text;
+    return GoldenLines(file_, section, numbers);
   }
 
-  static void expectError(const std::string& text, const std::string& message) {
+  void expectError(const std::string& text, const std::string& message) {
     const std::function<void()> reading = [&] { read(text, "a"); };
     EXPECT_THAT(reading, ThrowsMessage<std::runtime_error>(HasSubstr(message)));
   }
+
+ private:
+  /// Of this process alone, because suites of several builds may run at the same time.
+  std::filesystem::path file_ = std::filesystem::path(testing::TempDir()) /
+                                ("library_test_" + std::to_string(getpid()) + ".golden");
 };
 
 TEST_F(GoldenLinesTest, Section_EndsWhereTheNextBegins) {
