@@ -1,6 +1,7 @@
 /// @file
 /// Tests of the capture path: reading of events, and what becomes of each type. The ports' modes
 /// are set in the table of the configuration.
+#include <algorithm>
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -57,6 +57,19 @@ class MonitorTest : public LibraryTest {
 
   void SetUp() override { testing::internal::CaptureStdout(); }
 
+  void TearDown() override {
+    if (capturing_) {
+      unit.endTasks();
+      console();
+    }
+  }
+
+  /// Standard output up to here.
+  std::string console() {
+    capturing_ = false;
+    return testing::internal::GetCapturedStdout();
+  }
+
   /// Starts the task and waits until it waits for a datagram.
   void start() {
     ASSERT_EQ(BCM6838X_InitDrv(), 0U);
@@ -80,10 +93,13 @@ class MonitorTest : public LibraryTest {
   /// Ends the task; what it wrote on standard output behind the two lines of its start.
   std::string said() {
     unit.endTasks();
-    const std::string text = testing::internal::GetCapturedStdout();
+    const std::string text = console();
     const std::string::size_type start = text.find(" with kernel monitor\n");
     return start == std::string::npos ? text : text.substr(text.find('\n', start) + 1);
   }
+
+ private:
+  bool capturing_ = true;
 };
 
 TEST_F(MonitorTest, InitKernelMonitorFd_OpensBindsAndRegisters) {
@@ -92,7 +108,7 @@ TEST_F(MonitorTest, InitKernelMonitorFd_OpensBindsAndRegisters) {
                                   "call bind(family 16, port own process, groups 0, length 12)",
                                   "call devCtl_boardIoctl(3222815249, 0, \"\", offset " +
                                       std::to_string(getpid()) + ")"));
-  const std::string text = testing::internal::GetCapturedStdout();
+  const std::string text = console();
   EXPECT_THAT(text,
               MatchesRegex("kernelMonitorFd = [0-9]+\nregistered fd [0-9]+ with kernel monitor\n"));
   const int fd = std::stoi(text.substr(std::strlen("kernelMonitorFd = ")));
@@ -104,15 +120,14 @@ TEST_F(MonitorTest, InitKernelMonitorFd_OpensBindsAndRegisters) {
 TEST_F(MonitorTest, InitKernelMonitorFd_NoSocket_ReturnsOne) {
   unit.platform().config().monitorSocketFails = true;
   EXPECT_EQ(InitKernelMonitorFd(), 1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "Could not open netlink socket for kernel monitor\n");
+  EXPECT_EQ(console(), "Could not open netlink socket for kernel monitor\n");
   EXPECT_THAT(left(), ElementsAre("call socket(AF_NETLINK, SOCK_RAW, 25)"));
 }
 
 TEST_F(MonitorTest, InitKernelMonitorFd_BindFails_ClosesTheSocketAndReturnsOne) {
   unit.platform().config().monitorBindFails = true;
   EXPECT_EQ(InitKernelMonitorFd(), 1);
-  const std::string text = testing::internal::GetCapturedStdout();
+  const std::string text = console();
   EXPECT_THAT(text, MatchesRegex("kernelMonitorFd = [0-9]+\n"
                                  "Could not bind netlink socket for kernel monitor\n"));
   EXPECT_EQ(fcntl(std::stoi(text.substr(std::strlen("kernelMonitorFd = "))), F_GETFD), -1);
@@ -124,7 +139,7 @@ TEST_F(MonitorTest, InitKernelMonitorFd_RegistrationFails_ClosesTheSocketAndRetu
     unit.platform().config().monitorRegisterResult = result;
     EXPECT_EQ(InitKernelMonitorFd(), result);
   }
-  const std::string text = testing::internal::GetCapturedStdout();
+  const std::string text = console();
   EXPECT_THAT(text, StartsWith("kernelMonitorFd = "));
   const int fd = std::stoi(text.substr(std::strlen("kernelMonitorFd = ")));
   const std::string number = std::to_string(fd);
@@ -146,9 +161,8 @@ TEST_F(MonitorTest, KernelEvent_WithoutASocket_Ends) {
   unit.platform().config().monitorBindFails = false;
   unit.platform().config().monitorRegisterResult = 5;
   BCM6838X_kernelEvent();
-  EXPECT_THAT(testing::internal::GetCapturedStdout(),
-              MatchesRegex("Could not open .*\nkernelMonitorFd = .*\nCould not bind .*\n"
-                           "kernelMonitorFd = .*\nfailed to register .*\n"));
+  EXPECT_THAT(console(), MatchesRegex("Could not open .*\nkernelMonitorFd = .*\nCould not bind .*\n"
+                                      "kernelMonitorFd = .*\nfailed to register .*\n"));
   EXPECT_FALSE(unit.monitor().send(ButtonMessage(true))) << "nobody listens";
 }
 
@@ -157,7 +171,7 @@ TEST_F(MonitorTest, KernelEvent_DescriptorTooLargeForSelect_Ends) {
   rlimit limit = {};
   ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
   if (limit.rlim_max < kNeeded) {
-    testing::internal::GetCapturedStdout();
+    console();
     GTEST_SKIP() << "no more than " << limit.rlim_max << " descriptors are allowed";
   }
   limit.rlim_cur = kNeeded;
@@ -171,13 +185,15 @@ TEST_F(MonitorTest, KernelEvent_DescriptorTooLargeForSelect_Ends) {
   for (int fd = FD_SETSIZE - 1; fd > FD_SETSIZE / 2; --fd) {
     close(fd);
   }
-  EXPECT_THAT(testing::internal::GetCapturedStdout(),
+  EXPECT_THAT(console(),
               testing::EndsWith("Descriptor of the kernel monitor is too large for select\n"));
 }
 
 TEST_F(MonitorTest, Start_OfTheLibrary_StartsTheTask) {
   ASSERT_EQ(BCM6838X_Init(), 0U);
   ASSERT_TRUE(unit.monitor().waitUntilBound());
+  // The registration follows the bind on the task's own thread.
+  ASSERT_TRUE(unit.monitor().flush());
   forget();
   say(LinkMessage("eth1", 1000, 1));
   EXPECT_EQ(left(), UpReport(2, 0, 3, 1000000000));

@@ -1,5 +1,6 @@
 /// @file
 /// Tests of the VLAN tag helpers.
+#include <algorithm>
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
