@@ -54,8 +54,8 @@ std::vector<CommandEvent> CommandsOfAStart() {
   return virtual_onu::EventsOf<CommandEvent>(unit.trace().events());
 }
 
-/// As many bytes as the tables have that a start clears: VLAN objects, actions and flows, and the two
-/// copies of the ports' configuration.
+/// As many bytes as the tables have that a start clears: VLAN objects, actions and flows, and the
+/// two copies of the ports' configuration.
 constexpr std::size_t kClearedBytes = 8389120 + 1536 + 7168 + 1343488 + 41984 + 2 * 492032;
 
 void StartByLibrary(benchmark::State& state) {

@@ -19,6 +19,7 @@ struct Series {
   std::string variant;
   std::int64_t place;  ///< in the order of registration
   std::vector<double> nanoseconds;
+  std::string note;  ///< the benchmark's label
 };
 
 double Median(std::vector<double> values) {
@@ -43,7 +44,9 @@ class RatioReporter : public benchmark::BenchmarkReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (run.run_type == Run::RT_Iteration) {
-        seriesOf(run).nanoseconds.push_back(run.GetAdjustedCPUTime());
+        Series& series = seriesOf(run);
+        series.nanoseconds.push_back(run.GetAdjustedCPUTime());
+        series.note = run.report_label;
       }
     }
   }
@@ -55,8 +58,9 @@ class RatioReporter : public benchmark::BenchmarkReporter {
                 "ratio to first");
     for (const Series& one : series_) {
       const double median = Median(one.nanoseconds);
-      std::printf("%-28s %-24s %12.1f %6.1f%% %14s\n", one.group.c_str(), one.variant.c_str(),
-                  median, VariationPercent(one.nanoseconds), ratio(one, median).c_str());
+      std::printf("%-28s %-24s %12.1f %6.1f%% %14s%s%s\n", one.group.c_str(), one.variant.c_str(),
+                  median, VariationPercent(one.nanoseconds), ratio(one, median).c_str(),
+                  one.note.empty() ? "" : "  ", one.note.c_str());
     }
   }
 
@@ -72,7 +76,7 @@ class RatioReporter : public benchmark::BenchmarkReporter {
         return one;
       }
     }
-    return series_.emplace_back(Series{group, variant, run.family_index, {}});
+    return series_.emplace_back(Series{group, variant, run.family_index, {}, {}});
   }
 
   [[nodiscard]] std::string ratio(const Series& one, double median) const {
