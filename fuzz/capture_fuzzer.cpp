@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::uint8_t kind = input.byte();
   const std::uint32_t told = input.number(4);
   const fuzz::Bytes frame = input.rest();
-  std::memcpy(event.data, frame.data(), std::min(frame.size(), sizeof(event.data)));
+  std::copy_n(frame.begin(), std::min(frame.size(), sizeof(event.data)), event.data);
   event.length = kind % 4 == 0 ? told : static_cast<std::uint32_t>(frame.size());
   fuzz::PutEvent(event);
   fuzz::Require(BCM6838X_CapturePacket() <= BCM6838X_FAILED);

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csetjmp>
 #include <cstdlib>
+#include <cstring>
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -97,7 +98,7 @@ ssize_t recvmsg(int fd, msghdr* message, int /*flags*/) {
   fuzz::Require(fd == PLATFORM_SOCKET && message->msg_iovlen == 1);
   const fuzz::Bytes& datagram = fuzz::monitorDatagrams->at(fuzz::monitorNext++);
   const std::size_t size = std::min(datagram.size(), message->msg_iov->iov_len);
-  std::memcpy(message->msg_iov->iov_base, datagram.data(), size);
+  std::copy_n(datagram.begin(), size, static_cast<std::uint8_t*>(message->msg_iov->iov_base));
   return static_cast<ssize_t>(size);
 }
 

@@ -11,14 +11,14 @@ void SendRecords(const fuzz::Bytes& frame, std::uint32_t port, std::uint32_t tol
   RelayPkt relay = {};
   relay.desPort = port;
   relay.length = told;
-  std::memcpy(relay.data, frame.data(), std::min(frame.size(), sizeof(relay.data)));
+  std::copy_n(frame.begin(), std::min(frame.size(), sizeof(relay.data)), relay.data);
   BCM6838X_SendBpduPkt(&relay);
   BCM6838X_SendDhcpPkt(&relay);
   BCM6838X_SendPPPoEPkt(&relay);
   RdpaPkt packet = {};
   packet.size = told;
   packet.desPort = port;
-  std::memcpy(packet.data, frame.data(), std::min(frame.size(), sizeof(packet.data)));
+  std::copy_n(frame.begin(), std::min(frame.size(), sizeof(packet.data)), packet.data);
   BCM6838X_RdpaSendIgmpPkt(&packet);
   BCM6838X_AccordVlan(packet.data, &packet, port, told);
   BCM6838X_AccordVlan(packet.data, &packet, 0, port);
