@@ -51,6 +51,34 @@ std::vector<Command> ShowObjectCommands() {
   };
 }
 
+std::vector<Command> QosCommands() {
+  return {
+      {{"show qos",
+        {{"N", ArgumentType::Number, "UNI port, from 1"}},
+        "shows the QoS of a port: the rules that the library installed and what they do, the "
+        "scheduling scheme, policer, line rate, downstream limit and DSCP map",
+        {"Init\nApplyQosClassification 1 0 1,7,VlanId=200,Ipv4TosDscp=184 8,0,VlanId=100\nshow qos "
+         "1"}},
+       ShowQos},
+      {{"show queues",
+        {},
+        "lists the upstream queues: scheduling, weight, share of what the strict queues leave "
+        "while "
+        "all weighted queues have frames waiting, threshold, and the frames that left; of the "
+        "other "
+        "ports the queues by which frames left",
+        {"show queues", "Init\nSetQosWrrWeight 1 1 2 2 4 4 8 8\nshow queues"}},
+       ShowQueues},
+      {{"drain",
+        {{"QUEUE=FRAMES", ArgumentType::Word, "upstream queue, and how many frames wait there",
+          Presence::Rest}},
+        "tells, and changes nothing, in which order waiting frames would leave the upstream queues "
+        "by their weights",
+        {"drain 7=3 0=5", "Init\nSetQosWrrWeight 1 1 2 2 4 4 8 8\ndrain 15=20 14=20 8=3"}},
+       DrainUpstreamQueues},
+  };
+}
+
 std::vector<Command> ShowStateCommands() {
   return {
       {{"show trace",
@@ -211,8 +239,9 @@ std::vector<Command> ProgramCommands() {
 
 std::vector<Command> MakeTable() {
   std::vector<Command> table;
-  for (const auto& part : {ShowObjectCommands(), ShowStateCommands(), FrameCommands(),
-                           LinkCommands(), FaultCommands(), StateCommands(), ProgramCommands()}) {
+  for (const auto& part :
+       {ShowObjectCommands(), QosCommands(), ShowStateCommands(), FrameCommands(), LinkCommands(),
+        FaultCommands(), StateCommands(), ProgramCommands()}) {
     table.insert(table.end(), part.begin(), part.end());
   }
   return table;

@@ -13,6 +13,8 @@ Result ShowFlows(Session& session, const Arguments& arguments);
 Result ShowActions(Session& session, const Arguments& arguments);
 Result ShowVlans(Session& session, const Arguments& arguments);
 Result ShowPort(Session& session, const Arguments& arguments);
+Result ShowQos(Session& session, const Arguments& arguments);
+Result ShowQueues(Session& session, const Arguments& arguments);
 Result ShowPorts(Session& session, const Arguments& arguments);
 Result ShowPhy(Session& session, const Arguments& arguments);
 Result ShowTrace(Session& session, const Arguments& arguments);
@@ -25,6 +27,7 @@ Result CheckTables(Session& session, const Arguments& arguments);
 
 Result SendFrames(Session& session, const Arguments& arguments);
 Result ExplainFrame(Session& session, const Arguments& arguments);
+Result DrainUpstreamQueues(Session& session, const Arguments& arguments);
 
 Result ChangeLink(Session& session, const Arguments& arguments);
 

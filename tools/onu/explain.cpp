@@ -8,6 +8,7 @@
 #include "device/records.h"
 #include "frame_input.h"
 #include "port_argument.h"
+#include "qos_report.h"
 #include "record_report.h"
 #include "verdict_report.h"
 
@@ -188,8 +189,9 @@ Result ExplainFrame(Session& session, const Arguments& arguments) {
   result.json["after"] = FrameToJson(verdict.frame);
   result.text = "offered at " + port.name() + ", " +
                 (verdict.dir == 0 ? "downstream" : "upstream") + "\n" + ClassesToText(explanation) +
-                ActionToText(explanation, action) + FrameToText("before", before) +
-                FrameToText("after", verdict.frame) + OutcomeToText(verdict);
+                PolicerToText(verdict) + ActionToText(explanation, action) + QueueToText(verdict) +
+                FrameToText("before", before) + FrameToText("after", verdict.frame) +
+                OutcomeToText(verdict);
   return result;
 }
 

@@ -32,6 +32,16 @@ std::uint32_t UniPortArgument(Session& session, const Arguments& arguments) {
   return OneOf(UniPortNames(session), arguments).uni;
 }
 
+std::uint32_t UniNumberArgument(Session& session, const Arguments& arguments) {
+  const std::uint32_t uni = arguments.number("N");
+  const std::uint32_t ports = session.unit().dataPath().uniPorts();
+  if (uni == 0 || uni > ports) {
+    throw WrongUse("expected a UNI port from 1 to " + std::to_string(ports) + ", got " +
+                   std::to_string(uni));
+  }
+  return uni;
+}
+
 Words UniPortNames(Session& session) {
   Words names;
   for (std::uint32_t uni = 1; uni <= session.unit().dataPath().uniPorts(); ++uni) {

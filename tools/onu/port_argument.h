@@ -16,6 +16,9 @@ virtual_onu::PortId PortArgument(Session& session, const Arguments& arguments);
 /// The same of an argument PORT that is a UNI port: its number.
 std::uint32_t UniPortArgument(Session& session, const Arguments& arguments);
 
+/// The UNI port of the argument N; throws a Failure when the unit has no such port.
+std::uint32_t UniNumberArgument(Session& session, const Arguments& arguments);
+
 /// "uni1", ...: the UNI ports of the unit.
 Words UniPortNames(Session& session);
 

@@ -9,7 +9,7 @@
 #include "commands.h"
 #include "consistency/consistency.h"
 #include "consistency/read_library_tables.h"
-#include "failure.h"
+#include "port_argument.h"
 #include "text_table.h"
 #include "vlan_config_report.h"
 
@@ -30,16 +30,6 @@ struct Section {
 
   [[nodiscard]] std::string text() const { return title + "\n" + table.text("none"); }
 };
-
-std::uint32_t UniOf(Session& session, const Arguments& arguments) {
-  const std::uint32_t uni = arguments.number("N");
-  const std::uint32_t ports = session.unit().dataPath().uniPorts();
-  if (uni == 0 || uni > ports) {
-    throw WrongUse("expected a UNI port from 1 to " + std::to_string(ports) + ", got " +
-                   std::to_string(uni));
-  }
-  return uni;
-}
 
 /// The upstream flows of the port that belong to its VLAN mode, in the order of matching.
 Section UpstreamFlows(const ChipTables& chip, std::uint32_t uni) {
@@ -137,7 +127,7 @@ void AddConfiguration(Session& session, std::uint32_t uni, Result& result) {
 }  // namespace
 
 Result ShowPort(Session& session, const Arguments& arguments) {
-  const std::uint32_t uni = UniOf(session, arguments);
+  const std::uint32_t uni = UniNumberArgument(session, arguments);
   const ChipTables& chip = session.unit().device().tables();
   const LibraryTables library = virtual_onu::ReadLibraryTables();
   Result result;
@@ -154,7 +144,7 @@ Result ShowPort(Session& session, const Arguments& arguments) {
 }
 
 Result ShowVlanConfig(Session& session, const Arguments& arguments) {
-  const std::uint32_t uni = UniOf(session, arguments);
+  const std::uint32_t uni = UniNumberArgument(session, arguments);
   Result result;
   result.json["port"] = uni;
   AddConfiguration(session, uni, result);

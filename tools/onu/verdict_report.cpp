@@ -7,6 +7,7 @@
 
 #include "datapath/frame.h"
 #include "datapath/outcome.h"
+#include "qos_report.h"
 #include "words.h"
 
 namespace onu {
@@ -70,6 +71,8 @@ Json VerdictToJson(const Verdict& verdict) {
           {"icIndex", OrNull(verdict.icIndex)},
           {"flowIndex", OrNull(verdict.flowIndex)},
           {"vlanActionIndex", OrNull(verdict.vlanActionIndex)},
+          {"policer", PolicerToJson(verdict)},
+          {"remark", RemarkToJson(verdict)},
           {"queue", OrNull(verdict.queue)},
           {"egress", egress},
           {"deliveries", DeliveriesToJson(verdict)},

@@ -50,7 +50,9 @@ Outcome Edit(const DirectionTables& tables, std::uint32_t actionIndex, Verdict& 
   if (action == tables.actions.end()) {
     return Outcome::UnknownVlanAction;
   }
+  const Bytes before = verdict.frame;
   ApplyVlanAction(action->second, verdict.frame, steps);
+  verdict.remark = RemarkOf(action->second, before, verdict.frame);
   return Outcome::FlowForward;
 }
 
@@ -121,6 +123,10 @@ void DataPath::countCrossings(PortId port, std::size_t octets, const Verdict& ve
   };
   for (const Delivery& delivery : verdict.deliveries) {
     leaves(delivery.port, delivery.frame);
+    // A frame that is switched locally does not pass the queue of its upstream flow.
+    if (verdict.queue && !verdict.neighbour) {
+      queueCounts_.count(delivery.port, *verdict.queue, delivery.frame.size());
+    }
   }
   for (const MirrorCopy& copy : verdict.copies) {
     if (copy.outcome == Outcome::Mirrored) {
@@ -152,6 +158,7 @@ PortCount DataPath::portCount(PortId port) const {
 void DataPath::clearCounters() {
   counters_.clear();
   portCounts_.clear();
+  queueCounts_.clear();
 }
 
 /// @param[out] explanation  its trials and steps are filled; null when nobody reads them
@@ -302,7 +309,12 @@ bool DataPath::police(const IngressFlowRule& flow, Verdict& verdict) const {
     return true;
   }
   verdict.policer = flow.policer;
-  return limits_->policerAdmits(flow.policer, verdict.frame.size());
+  verdict.policerTokens = limits_->policerTokens(flow.policer);
+  const bool admitted = limits_->policerAdmits(flow.policer, verdict.frame.size());
+  if (admitted && verdict.policerTokens) {
+    *verdict.policerTokens -= verdict.frame.size();
+  }
+  return admitted;
 }
 
 bool DataPath::isWithinLimit(PortId from, const Delivery& delivery) const {

@@ -15,6 +15,8 @@
 #include "datapath/outcome.h"
 #include "datapath/port.h"
 #include "datapath/ports.h"
+#include "datapath/queue_counts.h"
+#include "datapath/remark.h"
 #include "datapath/stations.h"
 #include "device/chip_tables.h"
 
@@ -61,6 +63,10 @@ struct Verdict {
   std::optional<std::uint32_t> queue;  ///< of a forwarded frame
   /// The UNI port whose policer the flow names; that port may have none.
   std::optional<std::uint32_t> policer;
+  /// What that policer holds behind the frame, in octets; nothing when the port has none.
+  std::optional<std::uint64_t> policerTokens;
+  /// What the flow's VLAN action did to the frame's priority, if it re-marks.
+  std::optional<Remark> remark;
   /// The UNI port that the frame is switched to locally, as it came.
   std::optional<PortId> neighbour;
   /// The frame behind the flow's action, before the treatment of the ports; the frame as offered
@@ -147,7 +153,13 @@ class DataPath {
   /// What was counted so far, ordered by port (the WAN side first) and outcome; only what occurred.
   [[nodiscard]] std::vector<OutcomeCount> counters() const;
   [[nodiscard]] PortCount portCount(PortId port) const;
-  /// Clears what counters() and portCount() tell.
+  /// What the policer of a UNI port holds now, in octets; nothing when it has none.
+  [[nodiscard]] std::optional<std::uint64_t> policerTokens(std::uint32_t uni) const {
+    return limits_ ? limits_->policerTokens(uni) : std::nullopt;
+  }
+  /// The queues by which frames left: those that their flow named.
+  [[nodiscard]] const QueueCounts& queueCounts() const { return queueCounts_; }
+  /// Clears what counters(), portCount() and queueCounts() tell.
   void clearCounters();
 
   [[nodiscard]] const Ports& ports() const { return ports_; }
@@ -185,6 +197,7 @@ class DataPath {
   std::optional<Limits> limits_;
   std::map<std::pair<PortId, Outcome>, OutcomeCount> counters_;
   std::map<PortId, PortCount> portCounts_;
+  QueueCounts queueCounts_;
   Stations stations_;
 };
 

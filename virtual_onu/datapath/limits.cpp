@@ -30,6 +30,10 @@ bool TokenBucket::holds(std::size_t octets, std::uint32_t rate, std::uint64_t no
   return AmountOf(octets) <= levelAt(rate, now);
 }
 
+std::uint64_t TokenBucket::octets(std::uint32_t rate, std::uint64_t now) const {
+  return levelAt(rate, now) / AmountOf(1);
+}
+
 void TokenBucket::take(std::size_t octets, std::uint32_t rate, std::uint64_t now) {
   level_ = levelAt(rate, now) - AmountOf(octets);
   since_ = now;
@@ -47,6 +51,15 @@ bool Limits::policerAdmits(std::uint32_t uni, std::size_t octets) const {
   return policer == tables_->policers.end() ||
          bucketOf(uni, policer->second)
              .bucket.holds(octets, policer->second.cfg.rate, clock_->milliseconds());
+}
+
+std::optional<std::uint64_t> Limits::policerTokens(std::uint32_t uni) const {
+  const auto policer = tables_->policers.find(uni);
+  if (policer == tables_->policers.end()) {
+    return std::nullopt;
+  }
+  return bucketOf(uni, policer->second)
+      .bucket.octets(policer->second.cfg.rate, clock_->milliseconds());
 }
 
 void Limits::countPoliced(std::uint32_t uni, std::size_t octets) {

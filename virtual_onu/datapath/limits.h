@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 
 #include "base/clock.h"
 #include "device/qos_tables.h"
@@ -20,6 +21,9 @@ class TokenBucket {
 
   /// Tells whether there is enough for a frame of that length.
   [[nodiscard]] bool holds(std::size_t octets, std::uint32_t rate, std::uint64_t now) const;
+
+  /// What the bucket holds, in whole octets.
+  [[nodiscard]] std::uint64_t octets(std::uint32_t rate, std::uint64_t now) const;
 
   /// Takes what a frame needs, which the bucket holds.
   void take(std::size_t octets, std::uint32_t rate, std::uint64_t now);
@@ -42,6 +46,9 @@ class Limits {
 
   /// Tells whether the policer of a UNI port lets a frame of that length pass now.
   [[nodiscard]] bool policerAdmits(std::uint32_t uni, std::size_t octets) const;
+
+  /// What the policer of a UNI port holds now, in octets; nothing when the port has none.
+  [[nodiscard]] std::optional<std::uint64_t> policerTokens(std::uint32_t uni) const;
 
   /// Tells whether the downstream limit of a UNI port does.
   [[nodiscard]] bool limitAdmits(std::uint32_t uni, std::size_t octets) const;

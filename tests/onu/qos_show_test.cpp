@@ -1,0 +1,261 @@
+/// @file
+/// Tests of the commands about QoS: rules, rates, queues, the order of departure, and what an
+/// explanation and a verdict say.
+#include <gmock/gmock.h>
+
+#include "run_lines.h"
+
+namespace onu {
+namespace {
+
+using test::Ran;
+using test::RunLines;
+using test::RunLinesAsJson;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+const Words kRules = {"Init", "SetPortAdminState 1 1",
+                      "ApplyQosClassification 1 0 1,7,VlanId=200,Ipv4TosDscp=184 8,0,VlanId=100"};
+
+Words With(Words lines, const Words& more) {
+  lines.insert(lines.end(), more.begin(), more.end());
+  return lines;
+}
+
+Json Last(const Words& lines) {
+  const Ran ran = RunLinesAsJson(lines);
+  EXPECT_EQ(ran.errors, "");
+  return ran.lastDocument();
+}
+
+std::string Text(const Words& lines) {
+  const Ran ran = RunLines(lines);
+  EXPECT_EQ(ran.errors, "");
+  return ran.out;
+}
+
+TEST(ShowQos, NothingTold) {
+  const std::string nothing =
+      "no rules\n"
+      "scheduling scheme, as the flows show it: unknown, no rule re-marks\n"
+      "policer: none\n"
+      "line rate: not told\n"
+      "downstream limit: none\n"
+      "DSCP map: not told\n";
+  EXPECT_EQ(Text({"show qos 1"}), nothing) << "before the start-up";
+  EXPECT_THAT(Text({"Init", "show qos 4"}), EndsWith(" (ok)\n" + nothing));
+}
+
+TEST(ShowQos, RulesInWords) {
+  EXPECT_THAT(
+      Text(With(kRules,
+                {"AddQosClassificationRule 1 2 6,0,VlanId=100,L4DestPort=25", "show qos 1"})),
+      HasSubstr("precedence  class  priority  flow  action  does                             keys\n"
+                "1           5      14        0     0       set the outer pcp to 7, queue 7  "
+                "outerVid=200 dscp=184 ingressPort=2 vlanNum=1\n"
+                "6           7      9         0     none    drop                             "
+                "l4DstPort=25 outerVid=100 ingressPort=2 vlanNum=1\n"
+                "8           6      7         0     1       set the outer pcp to 0, queue 0  "
+                "outerVid=100 ingressPort=2 vlanNum=1\n"
+                "scheduling scheme, as the flows show it: 0, the strict queues 0 to 7\n"));
+}
+
+TEST(ShowQos, OtherPort_HasItsOwnRules) {
+  EXPECT_EQ(Last(With(kRules, {"show qos 2"}))["rules"], Json::array());
+  EXPECT_EQ(Last(With(kRules, {"show qos 1"}))["rules"].size(), 2U);
+}
+
+TEST(ShowQos, RuleThatTheChipLost_IsSaid) {
+  const Json rules =
+      Last(With(kRules, {"Ioctl FLOW_DEL dir=us icIndex=5 flowIndex=0", "show qos 1"}))["rules"];
+  ASSERT_EQ(rules.size(), 2U);
+  EXPECT_EQ(rules[0]["steps"], Json({"nothing: the chip has no such flow"}));
+  EXPECT_EQ(rules[0]["queue"], nullptr);
+  EXPECT_EQ(rules[0]["keys"], "-");
+  EXPECT_EQ(rules[0]["priority"], 14);
+  EXPECT_EQ(rules[1]["steps"], Json({"set the outer pcp to 0", "queue 0"}));
+}
+
+TEST(ShowQos, RuleWhoseUndoingFailed_ShowsWhatIsLeft) {
+  // The action is made, class and delete of the action are refused.
+  const Json rules = Last({"Init", "fault from 2", "AddQosClassificationRule 1 0 1,7,VlanId=200",
+                           "fault clear", "show qos 1"})["rules"];
+  ASSERT_EQ(rules.size(), 1U);
+  EXPECT_EQ(rules[0]["icIndex"], nullptr);
+  EXPECT_EQ(rules[0]["flowIndex"], nullptr);
+  EXPECT_EQ(rules[0]["vlanActionIndex"], 0);
+}
+
+TEST(ShowQos, Scheme_0_IsThatOfTheFlows) {
+  EXPECT_EQ(Last(With(kRules, {"show qos 1"}))["scheme"], 0);
+}
+
+TEST(ShowQos, Scheme_1_IsThatOfTheFlows) {
+  const Words lines = With(kRules, {"SetQosSchedule 1", "show qos 1"});
+  EXPECT_THAT(Text(lines), HasSubstr("it: 1, the weighted queues 8 to 15\n"));
+}
+
+TEST(ShowQos, Scheme_RuleAddedAfterTheChange_IsMixed) {
+  const Words lines =
+      With(kRules, {"SetQosSchedule 1", "AddQosClassificationRule 1 0 4,3,VlanId=7", "show qos 1"});
+  EXPECT_EQ(Last(lines)["scheme"], "mixed");
+}
+
+TEST(ShowQos, Scheme_RuleThatDrops_ShowsNone) {
+  EXPECT_EQ(Last({"Init", "AddQosClassificationRule 1 2 6,0,VlanId=100", "show qos 1"})["scheme"],
+            nullptr);
+}
+
+TEST(ShowQos, RatesAndMap) {
+  const Words lines = {"Init",
+                       "SetPortAdminState 1 1",
+                       "SetQosUsPolicer 1 64 0 0",
+                       "SetQosDsRateLimit 0 1000",
+                       "StreamSetDscpMap 1 46=5 8=1 9=1",
+                       "AddUsTag 1 500 3",
+                       "send uni1 udp length 1000",
+                       "show qos 1"};
+  EXPECT_THAT(Text(lines),
+              EndsWith("policer: 64000 bit/s, burst 501536 octets, 500536 octets left\n"
+                       "line rate: 1000000000 bit/s\n"
+                       "downstream limit: 1000000 bit/s\n"
+                       "DSCP map: 0-7=0 8-9=1 10-45=0 46=5 47-63=0\n"));
+  const Json shown = Last(lines);
+  EXPECT_EQ(shown["policer"], Json({{"rate", 64000}, {"burst", 501536}, {"tokensLeft", 500536}}));
+  EXPECT_EQ(shown["lineRate"], 1000000000);
+  EXPECT_EQ(shown["downstreamLimit"], 1000000);
+  EXPECT_EQ(shown["dscpMap"].size(), 64U);
+  EXPECT_EQ(shown["dscpMap"][46], 5);
+}
+
+TEST(ShowQos, PortThatTheUnitDoesNotHave_IsRefused) {
+  EXPECT_EQ(RunLines({"show qos 0"}).errors,
+            "test: show qos: expected a UNI port from 1 to 4, got 0\n");
+  EXPECT_EQ(RunLines({"show qos 5"}).status, ExitStatus::WrongUse);
+}
+
+TEST(ShowQueues, Weights_AreThoseOfTheLines) {
+  const Json queues = Last({"Init", "SetQosWrrWeight 1 1 2 2 4 4 8 0", "show queues"})["queues"];
+  ASSERT_EQ(queues.size(), 16U);
+  EXPECT_EQ(queues[7]["scheduling"], "strict");
+  EXPECT_EQ(queues[7]["weight"], nullptr);
+  EXPECT_EQ(queues[14], Json({{"port", "wan"},
+                              {"queue", 14},
+                              {"scheduling", "weighted"},
+                              {"scheduler", 17},
+                              {"weight", 8},
+                              {"sharePercent", 100.0 * 8 / 22},
+                              {"dropThreshold", 700},
+                              {"frames", 0},
+                              {"octets", 0}}));
+  EXPECT_EQ(queues[15]["scheduling"], "strict") << "weight 0";
+  EXPECT_EQ(queues[15]["weight"], 0);
+  EXPECT_EQ(queues[15]["sharePercent"], nullptr);
+}
+
+TEST(ShowQueues, Frames_AreThoseThatLeft) {
+  const Json queues =
+      Last(With(kRules, {"send uni1 udp vlan 200 dscp 46", "SetQosSchedule 1",
+                         "send uni1 udp vlan 200 dscp 46 length 100",
+                         "send uni1 udp vlan 200 dscp 46", "show queues"}))["queues"];
+  ASSERT_EQ(queues.size(), 16U);
+  EXPECT_EQ(queues[7]["frames"], 1);
+  EXPECT_EQ(queues[7]["octets"], 60);
+  EXPECT_EQ(queues[15]["frames"], 2);
+  EXPECT_EQ(queues[15]["octets"], 160);
+}
+
+TEST(ShowQueues, ClearCounters_StartsOver) {
+  const Words sent =
+      With(kRules, {"send uni1 udp vlan 200 dscp 46", "clear counters", "show queues"});
+  EXPECT_EQ(Last(sent)["queues"][7]["frames"], 0);
+}
+
+TEST(ShowQueues, OtherPorts_AreListedOnceAFrameLeft) {
+  const Json queues =
+      Last({"InitDrv", "Ioctl IC_CREATE dir=ds icIndex=0 type=2",
+            "Ioctl FLOW_ADD dir=ds icIndex=0 forward=pass queue=3", "link uni1 down",
+            "link uni3 down", "link uni4 down", "send wan udp", "show queues"})["queues"];
+  ASSERT_EQ(queues.size(), 17U);
+  EXPECT_EQ(queues[16]["port"], "uni2");
+  EXPECT_EQ(queues[16]["queue"], 3);
+  EXPECT_EQ(queues[16]["scheduling"], nullptr);
+  EXPECT_EQ(queues[16]["frames"], 1);
+}
+
+TEST(ShowQueues, QueueOfNoBank_IsListed) {
+  const Json queues = Last({"InitDrv", "Ioctl IC_CREATE dir=us icIndex=0 type=2",
+                            "Ioctl FLOW_ADD dir=us icIndex=0 forward=pass queue=16",
+                            "send uni1 udp", "show queues"})["queues"];
+  ASSERT_EQ(queues.size(), 17U);
+  EXPECT_EQ(queues[16]["port"], "wan");
+  EXPECT_EQ(queues[16]["queue"], 16);
+}
+
+TEST(Drain, Order_FollowsTheWeights) {
+  EXPECT_THAT(Text({"Init", "SetQosWrrWeight 1 1 2 2 4 4 8 8", "drain 15=10 14=9 8=3 7=2"}),
+              EndsWith("queue  frames\n"
+                       "7      2\n"
+                       "15     8\n"
+                       "14     8\n"
+                       "8      1\n"
+                       "15     2\n"
+                       "14     1\n"
+                       "8      2\n"));
+  EXPECT_EQ(Last({"drain 0=5 7=3"})["departures"],
+            Json({{{"queue", 7}, {"frames", 3}}, {{"queue", 0}, {"frames", 5}}}));
+  EXPECT_EQ(Text({"drain 0=0"}), "no frames\n");
+  EXPECT_EQ(Text({"drain 3=1000"}), "queue  frames\n3      1000\n");
+}
+
+TEST(Drain, WrongWords_AreRefused) {
+  const auto error = [](const std::string& word) { return RunLines({"drain " + word}).errors; };
+  const std::string start = "test: drain: QUEUE=FRAMES: expected ";
+  EXPECT_EQ(error("7"), start + "a queue and a number of frames, as 15=100, got \"7\"\n");
+  EXPECT_EQ(error("=7"), start + "a queue and a number of frames, as 15=100, got \"=7\"\n");
+  EXPECT_EQ(error("7="), start + "a queue and a number of frames, as 15=100, got \"7=\"\n");
+  EXPECT_EQ(error("16=1"), start + "an upstream queue of show queues, got \"16=1\"\n");
+  EXPECT_EQ(error("7=1001"), start + "at most 1000 frames, got \"7=1001\"\n");
+  EXPECT_EQ(RunLines({"drain 7=x"}).status, ExitStatus::WrongUse);
+}
+
+TEST(ExplainQos, Steps_NamePolicerRemarkAndQueue) {
+  const std::string rule = Text(With(kRules, {"explain uni1 udp vlan 200 pcp 1 dscp 46"}));
+  EXPECT_THAT(rule, HasSubstr("\npolicer: none\nVLAN action 0: "));
+  EXPECT_THAT(rule, HasSubstr("\nre-mark: pcp 1 to 7, dscp 46 stays\nqueue: 7\nbefore: "));
+  const Words policed = {"Init", "SetPortAdminState 1 1", "SetQosUsPolicer 1 64 0 0",
+                         "AddUsTag 1 500 3"};
+  EXPECT_THAT(Text(With(policed, {"explain uni1 udp length 1000"})),
+              HasSubstr("\npolicer of uni1: passed, 500536 octets left\n"));
+  EXPECT_THAT(Text(With(policed, {"Ioctl POLICER_DEL word0=1 port=1", "explain uni1 udp"})),
+              HasSubstr("\npolicer of uni1: the port has none, passed\n"));
+  EXPECT_THAT(
+      Text(With(policed, {"Ioctl POLICER_ADD rate=64000 burst=59 port=1", "explain uni1 udp"})),
+      HasSubstr("\npolicer of uni1: policed, 59 octets left\n"));
+  EXPECT_THAT(Text({"Init", "SetPortAdminState 1 1", "explain uni1 udp"}),
+              HasSubstr("\npolicer: none\nVLAN action: none\nre-mark: none\nqueue: none\n"));
+}
+
+TEST(VerdictQos, Members_NamePolicerAndRemark) {
+  const Json rule = Last(With(kRules, {"send uni1 arp vlan 100 pcp 5"}))["frames"][0];
+  EXPECT_EQ(rule["policer"], nullptr);
+  EXPECT_EQ(rule["remark"], Json({{"pcpFrom", 5}, {"pcpTo", 0}, {"dscp", nullptr}}));
+  EXPECT_EQ(rule["queue"], 0);
+  const Words policed = {"Init", "SetPortAdminState 1 1", "AddUsTag 1 500 3",
+                         "Ioctl POLICER_ADD rate=64000 burst=100 port=1"};
+  const auto policer = [&](const Words& lines) { return Last(lines)["frames"][0]["policer"]; };
+  EXPECT_EQ(policer(With(policed, {"send uni1 udp"})), nullptr) << "the flow names none";
+  const Words named = {"Init",
+                       "SetPortAdminState 1 1",
+                       "SetQosUsPolicer 1 64 0 0",
+                       "AddUsTag 1 500 3",
+                       "Ioctl POLICER_ADD rate=64000 burst=100 port=1",
+                       "send uni1 udp"};
+  EXPECT_EQ(policer(named),
+            Json({{"port", "uni1"}, {"exists", true}, {"passed", true}, {"tokensLeft", 40}}));
+  EXPECT_EQ(policer(With(named, {"send uni1 udp"})),
+            Json({{"port", "uni1"}, {"exists", true}, {"passed", false}, {"tokensLeft", 40}}));
+}
+
+}  // namespace
+}  // namespace onu
