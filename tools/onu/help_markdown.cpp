@@ -22,6 +22,34 @@ constexpr std::string_view kIntroduction =
     "Examples are scripts with a blank "
     "line between them; the tests run each in a fresh session.\n";
 
+constexpr std::string_view kLiveRun =
+    "\n## The live run\n"
+    "\n"
+    "`onu live --uni1 END [--uni2 END ...] --wan END [--script FILE] [--for SECONDS]` binds ports "
+    "of the unit to the network of this machine, so that real programs talk through it.\n"
+    "\n"
+    "| END | what it is |\n"
+    "|---|---|\n"
+    "| `tap:NAME` | a TAP interface, made when there is none of that name, and set up |\n"
+    "| `tap:NAME@NETNS` | one in a network namespace of `ip netns` |\n"
+    "| `fd:N` | an open socket that keeps frames apart (SOCK_SEQPACKET, SOCK_DGRAM) |\n"
+    "\n"
+    "The script, `-` for standard input, configures the unit with the commands below; without one "
+    "the library is started, and the bound ports are up and transparent. A port that is bound has "
+    "a link, the other UNI ports have no cable. The unit's time follows real time, the library's "
+    "task runs, and a thread of its own takes the frames that the chip traps.\n"
+    "\n"
+    "The run ends by Ctrl-C, SIGTERM or SIGHUP, behind `--for`, or when the last end is gone, and "
+    "lists for each port the frames that came in, what became of them, and the frames that went "
+    "out: `transmitted` of them the library sent. `lost` counts frames for a port that has no end, "
+    "or whose end did not take them.\n"
+    "\n"
+    "```\n"
+    "ip netns add home && ip netns add isp\n"
+    "onu live --uni1 tap:eth0@home --wan tap:wan0@isp --script access.onu &\n"
+    "ip -n home address add 192.0.2.1/24 dev eth0\n"
+    "```\n";
+
 /// Text for a cell of a table.
 std::string Cell(std::string_view text) {
   std::string cell;
@@ -93,7 +121,8 @@ std::string ChoiceSections() {
 }  // namespace
 
 std::string HelpMarkdown() {
-  return std::string(kIntroduction) + "\n## Commands\n" + Sections(CommandTable()) +
+  return std::string(kIntroduction) + std::string(kLiveRun) + "\n## Commands\n" +
+         Sections(CommandTable()) +
          "\n## Operations of the library\n\nNames with or without `BCM6838X_`, in any case.\n" +
          Sections(OperationTable()) + ChoiceSections();
 }

@@ -7,6 +7,8 @@
 #include <sstream>
 
 #include "config_table.h"
+#include "live.h"
+#include "live_options.h"
 
 namespace onu {
 
@@ -41,6 +43,20 @@ std::string OneLine(std::string text) {
   return text;
 }
 
+/// Parses the command line; the text to print instead of doing something, if that is asked for.
+std::optional<std::string> Parse(CLI::App& app, int argc, const char* const* argv) {
+  try {
+    app.parse(argc, argv);
+    return std::nullopt;
+  } catch (const CLI::CallForHelp&) {
+    return app.help();
+  } catch (const CLI::CallForVersion& version) {
+    return std::string(version.what()) + "\n";
+  } catch (const CLI::ParseError& error) {
+    throw WrongUse(OneLine(error.what()) + " (onu --help lists the options)");
+  }
+}
+
 }  // namespace
 
 CommandLine ReadCommandLine(int argc, const char* const* argv) {
@@ -69,27 +85,28 @@ CommandLine ReadCommandLine(int argc, const char* const* argv) {
   CLI::App* explain = app.add_subcommand("help", "explains the commands of scripts and prompt");
   explain->add_option("NAME", help, "a command or an operation");
   explain->add_flag("--markdown", markdown, "writes the whole reference");
+  LiveCommandLine live(app);
   app.require_subcommand(0, 1);
-  app.footer("Without run and -c, commands are read from the prompt.");
+  app.footer("Without run, live and -c, commands are read from the prompt.");
 
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::CallForHelp&) {
-    line.text = app.help();
-  } catch (const CLI::CallForVersion& version) {
-    line.text = std::string(version.what()) + "\n";
-  } catch (const CLI::ParseError& error) {
-    throw WrongUse(OneLine(error.what()) + " (onu --help lists the options)");
-  }
+  line.text = Parse(app, argc, argv);
   if (!options.commands.empty() && !app.get_subcommands().empty()) {
     throw WrongUse("expected either -c or " + app.get_subcommands().front()->get_name() +
                    ", got both");
+  }
+  if (line.text) {
+    return line;
   }
   for (const std::string& option : config) {
     SetFromOption(options.session.settings, option);
   }
   if (run->parsed()) {
     options.script = script;
+  }
+  if (live.given()) {
+    options.live = live.options();
+    options.script = live.script();
+    PrepareLive(options);
   }
   if (explain->parsed()) {
     if (markdown) {

@@ -2,14 +2,23 @@
 /// The program's command line.
 #pragma once
 
+#include <chrono>
+#include <map>
 #include <optional>
 #include <string>
 
+#include "datapath/port.h"
 #include "failure.h"
 #include "session.h"
 #include "words.h"
 
 namespace onu {
+
+/// What a live run binds the unit's ports to, and how long it lasts.
+struct LiveOptions {
+  std::map<virtual_onu::PortId, std::string> bindings;  ///< "tap:NAME" and its like
+  std::optional<std::chrono::milliseconds> duration;    ///< without it, until a signal comes
+};
 
 struct Options {
   SessionOptions session;
@@ -17,6 +26,7 @@ struct Options {
   Words commands;                     ///< of -c
   std::optional<std::string> script;  ///< a path, or "-" for standard input
   std::optional<Words> help;          ///< the words behind help
+  std::optional<LiveOptions> live;
 };
 
 /// What the command line says: what to do, or what to print instead.

@@ -1,20 +1,18 @@
 /// @file
-/// Choice of what is run: a script, commands, help, or the prompt.
+/// Choice of what is run: a script, commands, help, a live run, or the prompt.
 #include "program.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <exception>
-#include <fstream>
-#include <iostream>
 #include <string>
 #include <unistd.h>
 
 #include "console.h"
 #include "line_editor.h"
+#include "live.h"
 #include "options.h"
 #include "runner.h"
+#include "script_file.h"
 #include "session.h"
 
 namespace onu {
@@ -23,19 +21,6 @@ namespace {
 
 void PrintError(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stderr);
-}
-
-void RunScriptFile(Runner& runner, const std::string& path) {
-  if (path == "-") {
-    runner.runScript(std::cin, "stdin");
-    return;
-  }
-  std::ifstream script(path);
-  script.peek();  // a directory opens, and then cannot be read
-  if (!script.is_open() || script.bad()) {
-    throw WorkFailed("cannot read the script " + path + ": " + std::strerror(errno));
-  }
-  runner.runScript(script, path);
 }
 
 ExitStatus RunPrompt(Session& session, FILE* terminal) {
@@ -50,6 +35,9 @@ ExitStatus RunPrompt(Session& session, FILE* terminal) {
 }
 
 ExitStatus RunLines(Session& session, const Options& options) {
+  if (options.live) {
+    return RunLive(session, options, PrintError);
+  }
   Runner runner(session, PrintError, options.keepGoing);
   if (options.help) {
     Words words = {"help"};
@@ -76,8 +64,8 @@ ExitStatus Run(const Options& options) {
     std::fwrite(text.data(), 1, text.size(), terminal);
     std::fflush(terminal);
   });
-  const bool prompt =
-      !options.help && !options.script && options.commands.empty() && isatty(STDIN_FILENO) == 1;
+  const bool prompt = !options.live && !options.help && !options.script &&
+                      options.commands.empty() && isatty(STDIN_FILENO) == 1;
   const ExitStatus status = prompt ? RunPrompt(session, terminal) : RunLines(session, options);
   if (std::ferror(terminal) != 0) {
     throw WorkFailed("cannot write to standard output");

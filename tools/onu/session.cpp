@@ -14,7 +14,11 @@
 namespace onu {
 
 Session::Session(const SessionOptions& options, Console& console, Sink out)
-    : json_(options.json), console_(console), out_(std::move(out)), log_(options.log) {
+    : json_(options.json),
+      console_(console),
+      prepare_(options.prepare),
+      out_(std::move(out)),
+      log_(options.log) {
   restart(options.settings);
 }
 
@@ -92,6 +96,9 @@ void Session::startUnit(const Settings& settings) {
       virtual_onu::UnitConfig{settings.platform, settings.chip, {}});
   unit_->platform().setPerformanceMarker(settings.performanceMarker);
   unit_->trace().setListener([this](const virtual_onu::TraceEvent& event) { hear(event); });
+  if (prepare_) {
+    prepare_(*unit_);
+  }
 }
 
 void Session::hear(const virtual_onu::TraceEvent& event) {

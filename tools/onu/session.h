@@ -37,6 +37,8 @@ struct SessionOptions {
   bool json = false;
   bool log = false;  ///< shows log lines as they come; JSON has them in the results
   Settings settings;
+  /// What is done to every unit before it is used.
+  std::function<void(virtual_onu::Unit& unit)> prepare = {};
 };
 
 /// Takes what is printed, whole lines at a time.
@@ -74,6 +76,9 @@ class Session {
   [[nodiscard]] const virtual_onu::Unit& unit() const { return *unit_; }
   Journal& journal() { return journal_; }
 
+  /// Prints a result as that of a command.
+  void print(std::string_view command, const Result& result);
+
   void showLog(bool on);
 
   void quit() { done_ = true; }
@@ -82,10 +87,10 @@ class Session {
  private:
   void startUnit(const Settings& settings);
   void hear(const virtual_onu::TraceEvent& event);
-  void print(std::string_view command, const Result& result);
 
   const bool json_;
   Console& console_;
+  const std::function<void(virtual_onu::Unit& unit)> prepare_;
   std::mutex mutex_;  ///< guards what events of other threads touch: out_, log_ and pending_
   Sink out_;
   bool log_;
