@@ -150,6 +150,7 @@ TEST_F(SwitchingTest, TransparentPorts_SwitchFramesUnchanged) {
     chip.portTables.vlans.at(uni - 1).vlanMode = kModeTransparent;
     chip.tables.upstream.classes.at(0).flows.at(uni).vlanActionIndex = BRMGR_INDEX_NONE;
   }
+  path.offer(kUni1, Hex(kMacB + kMacA + kPlain));
   const Verdict verdict = path.offer(kUni2, Hex(kMacA + kMacB + kPlain));
   ASSERT_EQ(verdict.egress(), PortIds{kUni1});
   EXPECT_EQ(verdict.deliveries[0].frame, Hex(kMacA + kMacB + kPlain));

@@ -17,7 +17,9 @@ constexpr std::uint32_t kBurst = 501536;
 /// A data path whose upstream flow names the policer of UNI port 1.
 class LimitsTest : public testing::Test {
  protected:
-  LimitsTest() : path(chip.tables, chip.ports(kUniPorts), Limits(qos, clock)) {
+  LimitsTest()
+      : path(chip.tables, chip.ports(kUniPorts), Limits(qos, clock),
+             MacBridge(macs, chip.portTables, clock, 8)) {
     chip.addMatchAll(kUp).policer = 1;
     chip.addMatchAll(kDown);
   }
@@ -48,6 +50,7 @@ class LimitsTest : public testing::Test {
   QosTables qos;
   Clock clock;
   ChipBuilder chip;
+  MacTables macs;
   DataPath path;
 };
 

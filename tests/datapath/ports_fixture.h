@@ -2,8 +2,10 @@
 /// A data path with three UNI ports whose states a test changes.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,7 +29,9 @@ using PortIds = std::vector<PortId>;
 /// A data path that forwards every frame of both directions.
 class PortsTest : public testing::Test {
  protected:
-  PortsTest() : path(chip.tables, chip.ports(kUniPorts)) {
+  PortsTest()
+      : path(chip.tables, chip.ports(kUniPorts), std::nullopt,
+             MacBridge(macs, chip.portTables, clock, kMacEntries)) {
     chip.addMatchAll(kUp).queue = 5;
     chip.addMatchAll(kDown);
   }
@@ -54,7 +58,11 @@ class PortsTest : public testing::Test {
     return lines;
   }
 
+  static constexpr std::size_t kMacEntries = 8;
+
   ChipBuilder chip;
+  MacTables macs;
+  Clock clock;
   DataPath path;
 };
 

@@ -114,7 +114,7 @@ TEST_F(PortsTest, Station_MovesWithItsLastFrame) {
   EXPECT_EQ(path.offer(kUni1, Hex(kMacA + kMacB + kPlain)).egress(), PortIds{kUni3});
 }
 
-TEST_F(PortsTest, Station_IsLearnedFromForwardedFramesOfUniPortsAlone) {
+TEST_F(PortsTest, Station_AtTheWanSideOrOfADroppedFrame_IsNoNeighbour) {
   path.offer(PortId::Wan(), Hex(kMacB + kMacA + kPlain));
   EXPECT_FALSE(path.explain(kUni1, Hex(kMacA + kMacB + kPlain)).verdict.neighbour) << "WAN side";
 
@@ -129,21 +129,6 @@ TEST_F(PortsTest, Station_IsLearnedFromForwardedFramesOfUniPortsAlone) {
 
   path.offer(kUni2, Hex(kMacB + kMacA + kPlain));
   EXPECT_EQ(path.explain(kUni1, Hex(kMacA + kMacB + kPlain)).verdict.neighbour, kUni2);
-}
-
-TEST_F(PortsTest, Learning_StopsWhenTheDriverIsTold) {
-  chip.portTables.macLearn = 0;
-  path.offer(kUni2, Hex(kMacB + kMacA + kPlain));
-  EXPECT_FALSE(path.explain(kUni1, Hex(kMacA + kMacB + kPlain)).verdict.neighbour);
-  chip.portTables.macLearn = 1;
-  path.offer(kUni2, Hex(kMacB + kMacA + kPlain));
-  EXPECT_TRUE(path.explain(kUni1, Hex(kMacA + kMacB + kPlain)).verdict.neighbour);
-}
-
-TEST_F(PortsTest, DownstreamFrame_GoesToEveryUniPortWhateverWasLearned) {
-  path.offer(kUni2, Hex(kMacB + kMacA + kPlain));
-  EXPECT_EQ(path.offer(PortId::Wan(), Hex(kMacA + kMacB + kPlain)).egress(),
-            (PortIds{kUni1, kUni2, kUni3}));
 }
 
 TEST_F(PortsTest, IsolatedPorts_ExchangeNoFramesInEitherDirection) {

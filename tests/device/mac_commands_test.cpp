@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <iterator>
+#include <optional>
 #include <string>
 
 #include "device_fixture.h"
@@ -153,10 +154,86 @@ TEST_F(MacCommandsTest, GetNext_AddressInSeveralVlans_ReturnsTheLowest) {
   EXPECT_EQ(send(BRMGR_CMD_MAC_GET_NEXT, record), ENOENT);
 }
 
+TEST_F(MacCommandsTest, GetNext_ShowsLearnedEntriesToo_AndNoneThatAged) {
+  expectDone(BRMGR_CMD_MAC_STATIC_ADD, Entry(kMiddle, 6, 2));
+  clock_.advance(1000);
+  device_.macTables().entries[{kHigh, 7}] = {0, kMacEntryDynamic, 1000};
+  device_.macTables().entries[{kLow, 7}] = {3, kMacEntryDynamic, 0};
+  clock_.advance(299'000);
+  MacEntryRecord record = {};
+  MacEntryRecord expected = Entry(kMiddle, 6, 2);
+  expected.entryType = kMacEntryStatic;
+  EXPECT_EQ(send(BRMGR_CMD_MAC_GET_NEXT, record), 0);
+  EXPECT_EQ(BytesOf(record), BytesOf(expected)) << "the lower one was heard 300 s ago";
+  EXPECT_EQ(send(BRMGR_CMD_MAC_GET_NEXT, record), 0);
+  EXPECT_EQ(BytesOf(record), BytesOf(Entry(kHigh, 7, 0))) << "the WAN side";
+  clock_.advance(1000);
+  record = {};
+  EXPECT_EQ(send(BRMGR_CMD_MAC_GET_NEXT, record), 0);
+  EXPECT_EQ(send(BRMGR_CMD_MAC_GET_NEXT, record), ENOENT);
+}
+
+TEST_F(MacCommandsTest, LearnedEntry_IsDeletedAsADynamicOne) {
+  device_.macTables().entries[{kLow, 7}] = {3, kMacEntryDynamic, 0};
+  expectRefusal(BRMGR_CMD_MAC_STATIC_DEL, Entry(kLow, 7, 3), ENOENT,
+                "no static entry of 02:00:00:00:00:01 in VLAN 7");
+  expectDone(BRMGR_CMD_MAC_DYNAMIC_DEL, Entry(kLow, 7, 3));
+  EXPECT_EQ(dump(), ";;");
+  device_.macTables().entries[{kLow, 7}] = {3, kMacEntryDynamic, 0};
+  clock_.advance(300'000);
+  MacEntryRecord record = Entry(kLow, 7, 3);
+  EXPECT_EQ(send(BRMGR_CMD_MAC_DYNAMIC_DEL, record, BRMGR_FLAG_INPUT), ENOENT) << "aged";
+}
+
+TEST_F(MacCommandsTest, DynamicEntry_IsAsIfItsAddressHadJustBeenHeard) {
+  clock_.advance(5000);
+  expectDone(BRMGR_CMD_MAC_DYNAMIC_ADD, Entry(kLow, 7, 3));
+  clock_.advance(299'999);
+  MacEntryRecord record = {};
+  EXPECT_EQ(send(BRMGR_CMD_MAC_GET_NEXT, record), 0);
+  clock_.advance(1);
+  record = {};
+  EXPECT_EQ(send(BRMGR_CMD_MAC_GET_NEXT, record), ENOENT);
+}
+
+TEST_F(MacCommandsTest, Entries_AgedOnesMakeRoom) {
+  for (std::uint16_t vid = 1; vid <= kLimits.macEntries; ++vid) {
+    expectDone(BRMGR_CMD_MAC_DYNAMIC_ADD, Entry(kLow, vid, 1));
+  }
+  clock_.advance(300'000);
+  expectDone(BRMGR_CMD_MAC_STATIC_ADD, Entry(kHigh, 1, 1));
+  EXPECT_EQ(dump(), " fe:00:00:00:00:00/1=1s;;");
+}
+
+TEST_F(MacCommandsTest, LearnCommand_ClearsTheDynamicEntriesAlone) {
+  for (const std::uint32_t value : {0U, 1U, 7U}) {
+    expectDone(BRMGR_CMD_MAC_STATIC_ADD, Entry(kLow, 5, 1));
+    expectDone(BRMGR_CMD_MAC_DYNAMIC_ADD, Entry(kLow, 6, 1));
+    expectDone(BRMGR_CMD_MAC_FILTER_ADD, Filter(kLow, 5, 1));
+    expectDone(BRMGR_CMD_MAC_BIND_ADD, Filter(kHigh, 6, 2));
+    expectDone(BRMGR_CMD_MAC_LEARN, MacLearnRecord{value});
+    EXPECT_EQ(dump(), " 02:00:00:00:00:01/5=1s; 02:00:00:00:00:01/5=1; fe:00:00:00:00:00/6=2");
+    EXPECT_EQ(device_.portTables().macLearn, value);
+  }
+}
+
 TEST_F(MacCommandsTest, Aging_IsKept) {
   EXPECT_FALSE(device_.macTables().ageTime);
-  expectDone(BRMGR_CMD_MAC_AGING, MacAgingRecord{300});
-  EXPECT_EQ(device_.macTables().ageTime, 300);
+  EXPECT_EQ(device_.macTables().agingTime(), 300);
+  expectDone(BRMGR_CMD_MAC_AGING, MacAgingRecord{10});
+  EXPECT_EQ(device_.macTables().ageTime, 10);
+  EXPECT_EQ(device_.macTables().agingTime(), 10);
+  expectDone(BRMGR_CMD_MAC_AGING, MacAgingRecord{0});
+  EXPECT_EQ(device_.macTables().agingTime(), std::nullopt);
+}
+
+TEST_F(MacCommandsTest, Aging_IsTheDriversWithFeatureValue1Alone) {
+  for (const std::uint32_t value : {0U, 2U}) {
+    expectDone(BRMGR_CMD_FEATURE, FeatureRecord{value});
+    EXPECT_EQ(device_.macTables().agingTime(), std::nullopt) << value;
+  }
+  expectDone(BRMGR_CMD_FEATURE, FeatureRecord{1});
+  EXPECT_EQ(device_.macTables().agingTime(), 300);
 }
 
 TEST_F(MacCommandsTest, ShortRecord_IsRefused) {

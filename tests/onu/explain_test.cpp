@@ -48,6 +48,46 @@ TEST(Explain, Action_IsShownWithTheFrameBeforeAndAfter) {
   EXPECT_THAT(document["after"]["bytes"].get<std::string>(), HasSubstr("81000064"));
 }
 
+TEST(Explain, MacEntryThatDecided_IsNamed) {
+  const Words lines = {"Init",
+                       "SetPortAdminState 1 1",
+                       "SetPortAdminState 2 1",
+                       "SetVlanTransparent 1",
+                       "SetVlanTransparent 2",
+                       "AddMacStatic 2 100 02:00:00:00:00:07"};
+  const auto with = [&](const std::string& line) {
+    Words all = lines;
+    all.push_back(line);
+    return all;
+  };
+  const std::string known = "explain wan vlan 100 dst 02:00:00:00:00:07";
+  EXPECT_EQ(
+      RunLinesAsJson(with(known)).lastDocument()["verdict"]["mac"],
+      Json({{"rule", "static"}, {"mac", "02:00:00:00:00:07"}, {"vlan", 100}, {"port", "uni2"}}));
+  EXPECT_THAT(RunLines(with(known)).out,
+              HasSubstr("MAC table: 02:00:00:00:00:07 in VLAN 100 is at uni2 (static)\n"));
+  EXPECT_EQ(RunLinesAsJson(with("explain wan vlan 200 dst 02:00:00:00:00:07"))
+                .lastDocument()["verdict"]["mac"],
+            nullptr);
+}
+
+TEST(Explain, RefusalOfTheMacTable_IsNamed) {
+  struct Row {
+    std::string line;
+    std::string text;
+  };
+  const std::string mac = "02:00:00:00:00:07";
+  const std::vector<Row> rows = {
+      {"AddMacFilter 1 100 " + mac, "is blocked at uni1"},
+      {"AddMacBind 2 100 " + mac, "is bound to uni2"},
+      {"SetMacLimitMacNum 1", "is new, and uni1 has as many addresses as it may"}};
+  for (const Row& row : rows) {
+    const Ran ran = RunLines({"Init", "SetPortAdminState 1 1", "SetVlanTransparent 1",
+                              "send uni1 vlan 100", row.line, "explain uni1 vlan 100 src " + mac});
+    EXPECT_THAT(ran.out, HasSubstr("MAC table: " + mac + " in VLAN 100 " + row.text + "\n"));
+  }
+}
+
 TEST(Explain, Text_ComparesBothValues) {
   const Ran ran = RunLines({"Init", "SetPortAdminState 1 1", "explain uni1 dst 01:80:c2:00:00:00"});
   EXPECT_THAT(ran.out, HasSubstr("offered at uni1, upstream\n"

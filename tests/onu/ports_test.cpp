@@ -175,6 +175,7 @@ TEST(Isolation, Explain_NamesTheNeighbourAndTheClosedPort) {
   const Ran ran = RunLines(With(seen, {"explain uni1 dst 02:00:00:00:00:22"}));
   EXPECT_THAT(ran.out, EndsWith("outcome: no_egress, dropped (every port that the frame was to "
                                 "leave by is closed to it)\n"
+                                "MAC table: 02:00:00:00:00:22 in VLAN 0 is at uni2 (dynamic)\n"
                                 "switched locally: the destination was seen at uni2\n"
                                 "not to uni2: egress_isolated\n"));
 }

@@ -7,6 +7,7 @@
 #include "datapath/outcome.h"
 #include "device/records.h"
 #include "frame_input.h"
+#include "mac_report.h"
 #include "port_argument.h"
 #include "qos_report.h"
 #include "record_report.h"
@@ -159,7 +160,7 @@ std::string OutcomeToText(const Verdict& verdict) {
   if (!verdict.egress().empty()) {
     text += " to " + DestinationOf(verdict);
   }
-  text += " (" + std::string(outcome.text) + ")\n";
+  text += " (" + std::string(outcome.text) + ")\n" + MacDecisionToText(verdict);
   if (verdict.neighbour) {
     text += "switched locally: the destination was seen at " + verdict.neighbour->name() + "\n";
   }

@@ -7,6 +7,7 @@
 
 #include "datapath/frame.h"
 #include "datapath/outcome.h"
+#include "mac_report.h"
 #include "qos_report.h"
 #include "words.h"
 
@@ -74,6 +75,7 @@ Json VerdictToJson(const Verdict& verdict) {
           {"policer", PolicerToJson(verdict)},
           {"remark", RemarkToJson(verdict)},
           {"queue", OrNull(verdict.queue)},
+          {"mac", MacDecisionToJson(verdict)},
           {"egress", egress},
           {"deliveries", DeliveriesToJson(verdict)},
           {"closed", ClosedToJson(verdict)},

@@ -83,6 +83,9 @@ class Trace {
   /// A copy of the events from sequence number `from` on.
   [[nodiscard]] std::vector<TraceEvent> events(std::uint64_t from = 0) const;
 
+  /// The unit's time, which the next event will carry.
+  [[nodiscard]] std::uint64_t now() const { return clock_.milliseconds(); }
+
   /// The sequence number that the next event will get.
   [[nodiscard]] std::uint64_t next() const;
 

@@ -56,6 +56,17 @@ Outcome Edit(const DirectionTables& tables, std::uint32_t actionIndex, Verdict& 
   return Outcome::FlowForward;
 }
 
+/// Leaves a frame as it came, without a queue, as if its flow had only let it pass.
+void TakeBackEdit(ByteView frame, Verdict& verdict, Explanation* explanation) {
+  verdict.frame.assign(frame.begin(), frame.end());
+  verdict.vlanActionIndex.reset();
+  verdict.queue.reset();
+  verdict.remark.reset();
+  if (explanation != nullptr) {
+    explanation->actionSteps.clear();
+  }
+}
+
 }  // namespace
 
 std::vector<PortId> Verdict::egress() const {
@@ -67,13 +78,14 @@ std::vector<PortId> Verdict::egress() const {
   return ports;
 }
 
-DataPath::DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits)
-    : tables_(tables), ports_(std::move(ports)), limits_(std::move(limits)) {}
+DataPath::DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits,
+                   std::optional<MacBridge> bridge)
+    : tables_(tables), ports_(std::move(ports)), limits_(std::move(limits)), bridge_(bridge) {}
 
 Verdict DataPath::offer(PortId port, ByteView frame) {
   Verdict verdict = decide(port, frame, nullptr);
-  if (verdict.outcome == Outcome::FlowForward && !port.isWan() && ports_.learns()) {
-    stations_.learn(port, frame);
+  if (verdict.outcome == Outcome::FlowForward && verdict.addresses) {
+    bridge_->learn(port, verdict.addresses->source);
   }
   count(port, verdict.outcome, frame.size());
   for (const ClosedPort& closed : verdict.closed) {
@@ -180,7 +192,7 @@ Verdict DataPath::decide(PortId port, ByteView frame, Explanation* explanation) 
   mirror(port, true, frame, verdict);
   const IngressFlowRule* const flow = classify(received, verdict, explanation);
   if (flow != nullptr && verdict.outcome == Outcome::FlowForward) {
-    forward(port, *flow, verdict, explanation);
+    forward(port, frame, *flow, verdict, explanation);
   }
   return verdict;
 }
@@ -200,19 +212,11 @@ const IngressFlowRule* DataPath::classify(const ReceivedFrame& received, Verdict
   return found.flow;
 }
 
-void DataPath::forward(PortId port, const IngressFlowRule& flow, Verdict& verdict,
+void DataPath::forward(PortId port, ByteView frame, const IngressFlowRule& flow, Verdict& verdict,
                        Explanation* explanation) const {
   if (!police(flow, verdict)) {
     verdict.outcome = Outcome::Policed;
     return;
-  }
-  const FlowId decided = {*verdict.icIndex, *verdict.flowIndex};
-  if (!ports_.hasVlans()) {
-    verdict.neighbour = stations_.neighbourOf(port, verdict.frame);
-    if (verdict.neighbour) {
-      leave(port, {*verdict.neighbour}, decided, verdict);
-      return;
-    }
   }
   verdict.outcome = Edit(tables_.of(verdict.dir), flow.vlanActionIndex, verdict,
                          explanation ? &explanation->actionSteps : nullptr);
@@ -220,27 +224,66 @@ void DataPath::forward(PortId port, const IngressFlowRule& flow, Verdict& verdic
     return;
   }
   verdict.queue = flow.queue;
-  if (const std::optional<Shortcut> way = shortcut(port, verdict.frame)) {
-    verdict.neighbour = way->to;
-    leave(port, {way->to}, way->flow, verdict);
-  } else {
-    leave(port, destinationsOf(verdict.dir), decided, verdict);
+  if (admit(port, frame, verdict)) {
+    route(port, frame, verdict, explanation);
   }
 }
 
-std::optional<Shortcut> DataPath::shortcut(PortId from, ByteView frame) const {
-  const std::optional<PortId> to = stations_.neighbourOf(from, frame);
+bool DataPath::admit(PortId port, ByteView frame, Verdict& verdict) const {
+  if (!bridge_) {
+    return true;
+  }
+  const std::uint16_t vid = OuterVidOf(port.isWan() ? frame : ByteView(verdict.frame));
+  verdict.addresses = AddressesOf(frame, vid);
+  if (const auto refusal = bridge_->refusal(port, verdict.addresses->source)) {
+    verdict.outcome = refusal->outcome;
+    verdict.macDecision = refusal->decision;
+    verdict.queue.reset();
+    return false;
+  }
+  return true;
+}
+
+void DataPath::route(PortId port, ByteView frame, Verdict& verdict,
+                     Explanation* explanation) const {
+  const FlowId decided = {*verdict.icIndex, *verdict.flowIndex};
+  verdict.macDecision =
+      bridge_ ? bridge_->locate(port, verdict.addresses->destination) : std::nullopt;
+  if (!verdict.macDecision) {
+    leave(port, destinationsOf(verdict.dir), decided, verdict);
+    return;
+  }
+  const PortId to = verdict.macDecision->port;
+  if (port.isWan() || to.isWan()) {
+    leave(port, {to}, decided, verdict);
+  } else if (!ports_.hasVlans()) {
+    TakeBackEdit(frame, verdict, explanation);
+    switchLocally(port, to, decided, verdict);
+  } else if (const std::optional<FlowId> back = wayBack(to, verdict.frame)) {
+    switchLocally(port, to, *back, verdict);
+  } else {
+    verdict.macDecision.reset();
+    leave(port, {PortId::Wan()}, decided, verdict);
+  }
+}
+
+void DataPath::switchLocally(PortId port, PortId to, const FlowId& flow, Verdict& verdict) const {
+  verdict.neighbour = to;
+  leave(port, {to}, flow, verdict);
+}
+
+std::optional<FlowId> DataPath::wayBack(PortId to, ByteView frame) const {
   ReceivedFrame back;
   back.ingressPort = kWanIngressPort;
-  if (!to || !ports_.hasVlans() || ParseFrame(frame, back.headers) != FrameFault::None) {
+  if (ParseFrame(frame, back.headers) != FrameFault::None) {
     return std::nullopt;
   }
   const Classification found = Classify(tables_.downstream, back, nullptr);
   if (found.flow == nullptr || found.flow->forward != BRMGR_FORWARD_PASS) {
     return std::nullopt;
   }
-  const Shortcut way = {*to, {found.icIndex, found.flowIndex}};
-  return treat(way.to, frame, way.flow) ? std::optional(way) : std::nullopt;
+  const FlowId flow = {found.icIndex, found.flowIndex};
+  return treat(to, frame, flow) ? std::optional(flow) : std::nullopt;
 }
 
 std::optional<Delivery> DataPath::treat(PortId to, ByteView frame, const FlowId& flow) const {
@@ -287,6 +330,10 @@ void DataPath::leave(PortId from, const std::vector<PortId>& destinations, const
   for (const PortId to : destinations) {
     if (const std::optional<Outcome> block = ports_.exitBlock(from, to)) {
       verdict.closed.push_back({to, *block});
+      continue;
+    }
+    if (verdict.addresses && bridge_->isBlocked(to, verdict.addresses->destination)) {
+      verdict.closed.push_back({to, Outcome::EgressMacFiltered});
       continue;
     }
     std::optional<Delivery> delivery = treat(to, verdict.frame, flow);

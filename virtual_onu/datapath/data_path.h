@@ -12,12 +12,12 @@
 
 #include "base/bytes.h"
 #include "datapath/limits.h"
+#include "datapath/mac_bridge.h"
 #include "datapath/outcome.h"
 #include "datapath/port.h"
 #include "datapath/ports.h"
 #include "datapath/queue_counts.h"
 #include "datapath/remark.h"
-#include "datapath/stations.h"
 #include "device/chip_tables.h"
 
 namespace virtual_onu {
@@ -67,6 +67,10 @@ struct Verdict {
   std::optional<std::uint64_t> policerTokens;
   /// What the flow's VLAN action did to the frame's priority, if it re-marks.
   std::optional<Remark> remark;
+  /// The addresses as the MAC table knows them, of a frame that it was asked about.
+  std::optional<FrameAddresses> addresses;
+  /// What of the MAC table sent the frame to its port, or refused it.
+  std::optional<MacDecision> macDecision;
   /// The UNI port that the frame is switched to locally, as it came.
   std::optional<PortId> neighbour;
   /// The frame behind the flow's action, before the treatment of the ports; the frame as offered
@@ -132,16 +136,12 @@ struct FlowId {
   std::uint32_t flowIndex = 0;
 };
 
-/// A UNI port, and the downstream flow that brings a frame there.
-struct Shortcut {
-  PortId to;
-  FlowId flow;
-};
-
 class DataPath {
  public:
   /// @param[in] limits  without them nothing is policed or limited
-  DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits = std::nullopt);
+  /// @param[in] bridge  without it nothing is learned, and every destination is unknown
+  DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits = std::nullopt,
+           std::optional<MacBridge> bridge = std::nullopt);
 
   /// Takes a frame in at a port and counts it.
   /// @param[in] port  any; a UNI port that the unit does not have gives the outcome unknown_port
@@ -170,8 +170,15 @@ class DataPath {
   /// Returns the flow that decided, or null.
   const IngressFlowRule* classify(const ReceivedFrame& received, Verdict& verdict,
                                   Explanation* explanation) const;
-  void forward(PortId port, const IngressFlowRule& flow, Verdict& verdict,
+  /// @param[in] frame  as it was offered
+  void forward(PortId port, ByteView frame, const IngressFlowRule& flow, Verdict& verdict,
                Explanation* explanation) const;
+  /// Holds the source of a frame behind its flow's action against the MAC table; says whether it
+  /// passes.
+  [[nodiscard]] bool admit(PortId port, ByteView frame, Verdict& verdict) const;
+  /// Sends a frame where its destination is, or else where its direction leads.
+  void route(PortId port, ByteView frame, Verdict& verdict, Explanation* explanation) const;
+  void switchLocally(PortId port, PortId to, const FlowId& flow, Verdict& verdict) const;
   [[nodiscard]] std::vector<PortId> destinationsOf(std::uint32_t dir) const;
   /// Lets the frame leave by those of the ports that are open to it and take it.
   /// @param[in] flow  the downstream flow that brings it to UNI ports
@@ -180,9 +187,8 @@ class DataPath {
   /// The frame as a downstream flow and the port's VLAN configuration let it leave by a port;
   /// nothing when the port does not take it.
   [[nodiscard]] std::optional<Delivery> treat(PortId to, ByteView frame, const FlowId& flow) const;
-  /// The way from one UNI port to another at which the destination was seen, as if the frame came
-  /// back from the WAN side.
-  [[nodiscard]] std::optional<Shortcut> shortcut(PortId from, ByteView frame) const;
+  /// The downstream flow that brings a frame to a UNI port, as if it came back from the WAN side.
+  [[nodiscard]] std::optional<FlowId> wayBack(PortId to, ByteView frame) const;
   /// Holds a frame against the policer that its flow names, if any; says whether it passes.
   [[nodiscard]] bool police(const IngressFlowRule& flow, Verdict& verdict) const;
   /// Holds a frame that came from the WAN side against the downstream limit of the port.
@@ -198,7 +204,7 @@ class DataPath {
   std::map<std::pair<PortId, Outcome>, OutcomeCount> counters_;
   std::map<PortId, PortCount> portCounts_;
   QueueCounts queueCounts_;
-  Stations stations_;
+  std::optional<MacBridge> bridge_;
 };
 
 }  // namespace virtual_onu

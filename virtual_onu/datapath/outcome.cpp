@@ -35,6 +35,12 @@ constexpr std::array kOutcomes = {
                 "the UNI port that the frame came to has no link"},
     OutcomeInfo{Outcome::Policed, "policed", Disposition::Drop,
                 "the matching flow's policer has not enough tokens for the frame"},
+    OutcomeInfo{Outcome::MacFiltered, "mac_filtered", Disposition::Drop,
+                "the source address is blocked at the UNI port that the frame came to"},
+    OutcomeInfo{Outcome::MacBoundElsewhere, "mac_bound_elsewhere", Disposition::Drop,
+                "the source address is bound to another port"},
+    OutcomeInfo{Outcome::MacLimitReached, "mac_limit_reached", Disposition::Drop,
+                "the source address is new, and the UNI port has as many as it may learn"},
     OutcomeInfo{Outcome::NoEgress, "no_egress", Disposition::Drop,
                 "every port that the frame was to leave by is closed to it"},
     OutcomeInfo{Outcome::EgressAdminDown, "egress_admin_down", Disposition::Drop,
@@ -44,6 +50,10 @@ constexpr std::array kOutcomes = {
     OutcomeInfo{Outcome::EgressIsolated, "egress_isolated", Disposition::Drop,
                 "of a copy: the UNI port that it was to leave by is isolated from the one it came "
                 "to"},
+    OutcomeInfo{
+        Outcome::EgressMacFiltered, "egress_mac_filtered", Disposition::Drop,
+        "of a copy: the destination address is blocked at the UNI port that it was to leave "
+        "by"},
     OutcomeInfo{
         Outcome::EgressVlanFilter, "egress_vlan_filter", Disposition::Drop,
         "of a copy: the VLAN configuration of the UNI port that it was to leave by has no rule "

@@ -46,10 +46,6 @@ std::optional<Outcome> Ports::exitBlock(PortId from, PortId to) const {
   return isLinkDown(to) ? std::optional(Outcome::EgressLinkDown) : std::nullopt;
 }
 
-bool Ports::learns() const {
-  return tables_.macLearn.value_or(1) != 0;
-}
-
 std::optional<PortId> Ports::mirrorPort() const {
   const PortMirrorRecord& mirror = tables_.mirror;
   return mirror.enable == 0 ? std::nullopt

@@ -37,9 +37,6 @@ class Ports {
     return tables_.vlans.at(uni - 1);
   }
 
-  /// Tells whether source addresses are learned: until the driver was told not to.
-  [[nodiscard]] bool learns() const;
-
   /// The port that copies go to; nothing while nothing is mirrored.
   [[nodiscard]] std::optional<PortId> mirrorPort() const;
 

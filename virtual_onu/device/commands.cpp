@@ -61,8 +61,12 @@ CommandResult TellPorts(DriverState& state, DrvInitRecord& record) {
   return {};
 }
 
+/// The value of feature switch 27 with which the aging of the MAC table is the driver's.
+constexpr std::uint32_t kOwnAging = 1;
+
 CommandResult TellFeature(DriverState& state, FeatureRecord& record) {
   state.feature = record.value;
+  state.macTables.ages = record.value == kOwnAging;
   return {};
 }
 

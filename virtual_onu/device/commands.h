@@ -27,6 +27,7 @@ struct DriverState {
   McastGroups mcastGroups = {};
   std::optional<DrvInitRecord> ports = {};
   std::optional<std::uint32_t> feature = {};
+  std::uint64_t now = 0;  ///< when the command came, in milliseconds of the unit
 };
 
 struct CommandResult {

@@ -111,6 +111,7 @@ int Device::serve(const BrmgrRequest& request, CommandEvent& event) {
   }
   if (result.error == 0) {
     Bytes record = event.before;
+    state_.now = trace_.now();
     result = ExecuteCommand(state_, request.cmd, record);
     if (result.error == 0 && request.flag == BRMGR_FLAG_READ_BACK && !record.empty()) {
       std::memcpy(request.buf, record.data(), record.size());

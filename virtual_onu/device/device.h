@@ -71,6 +71,8 @@ class Device {
   [[nodiscard]] const PortTables& portTables() const { return state_.portTables; }
   [[nodiscard]] const QosTables& qosTables() const { return state_.qosTables; }
   [[nodiscard]] const MacTables& macTables() const { return state_.macTables; }
+  /// Those that the data path learns into.
+  MacTables& macTables() { return state_.macTables; }
   [[nodiscard]] const McastGroups& mcastGroups() const { return state_.mcastGroups; }
   [[nodiscard]] const ChipLimits& limits() const { return state_.limits; }
 

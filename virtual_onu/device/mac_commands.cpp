@@ -49,18 +49,20 @@ CommandResult AddEntry(DriverState& state, MacEntryRecord& record) {
   }
   auto& entries = state.macTables.entries;
   const MacKey key = KeyOf(record);
+  state.macTables.removeAged(state.now);
   if (!entries.contains(key) && entries.size() >= state.limits.macEntries) {
     return {ENOSPC,
             "all " + std::to_string(state.limits.macEntries) + " MAC table entries are in use"};
   }
-  entries[key] = {record.port, kType};
+  entries[key] = {record.port, kType, state.now};
   return {};
 }
 
-/// Deletes an entry of the given type, on whatever port it is.
+/// Deletes an entry of the given type, on whatever port it is; a dynamic one may be learned.
 template <std::uint32_t kType>
 CommandResult DeleteEntry(DriverState& state, MacEntryRecord& record) {
   auto& entries = state.macTables.entries;
+  state.macTables.removeAged(state.now);
   const auto found = entries.find(KeyOf(record));
   if (found == entries.end() || found->second.type != kType) {
     return {ENOENT, "no " + std::string(kType == kMacEntryStatic ? "static" : "dynamic") +
@@ -93,7 +95,9 @@ CommandResult ReadNext(DriverState& state, MacEntryRecord& record) {
   const auto& entries = state.macTables.entries;
   MacKey last = KeyOf(record);
   last.vid = std::numeric_limits<std::uint16_t>::max();
-  const auto next = entries.upper_bound(last);
+  const auto next = std::find_if(entries.upper_bound(last), entries.end(), [&](const auto& item) {
+    return state.macTables.isLive(item.second, state.now);
+  });
   if (next == entries.end()) {
     return {ENOENT, "no entry after " + FormatMac(last.mac)};
   }

@@ -94,8 +94,10 @@ CommandResult SetMacLimit(DriverState& state, MacLimitRecord& record) {
   return {};
 }
 
+/// One command for two purposes: it switches learning, and clears what was learned so far.
 CommandResult SetMacLearn(DriverState& state, MacLearnRecord& record) {
   state.portTables.macLearn = record.value;
+  state.macTables.removeDynamic();
   return {};
 }
 

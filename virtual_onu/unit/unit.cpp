@@ -47,7 +47,9 @@ Unit::Unit(UnitConfig config)
       dataPath_(device_.tables(),
                 {device_.portTables(), platform_.config().ethPorts,
                  [this](std::uint32_t uni) { return interfaces_.phy(uni).passesFrames(); }},
-                Limits(device_.qosTables(), clock_)) {
+                Limits(device_.qosTables(), clock_),
+                MacBridge(device_.macTables(), device_.portTables(), clock_,
+                          device_.limits().macEntries)) {
   Unit* none = nullptr;
   if (!currentUnit.compare_exchange_strong(none, this)) {
     throw std::logic_error("a virtual unit exists already; there is one at a time");

@@ -1,0 +1,18 @@
+/// @file
+/// The MAC table for people and programs.
+#pragma once
+
+#include <string>
+
+#include "datapath/data_path.h"
+#include "json_output.h"
+
+namespace onu {
+
+/// What of the MAC table decided about a frame; null when nothing did.
+Json MacDecisionToJson(const virtual_onu::Verdict& verdict);
+
+/// The same as a line; nothing when nothing did.
+std::string MacDecisionToText(const virtual_onu::Verdict& verdict);
+
+}  // namespace onu
