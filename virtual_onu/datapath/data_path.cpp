@@ -96,6 +96,9 @@ Verdict DataPath::offer(PortId port, ByteView frame) {
   }
   countLimits(port, frame.size(), verdict);
   countCrossings(port, frame.size(), verdict);
+  if (statistics_) {
+    statistics_->count(port, frame, verdict);
+  }
   return verdict;
 }
 

@@ -15,6 +15,7 @@
 #include "datapath/mac_bridge.h"
 #include "datapath/outcome.h"
 #include "datapath/port.h"
+#include "datapath/port_statistics.h"
 #include "datapath/ports.h"
 #include "datapath/queue_counts.h"
 #include "datapath/remark.h"
@@ -159,6 +160,8 @@ class DataPath {
   }
   /// The queues by which frames left: those that their flow named.
   [[nodiscard]] const QueueCounts& queueCounts() const { return queueCounts_; }
+  /// Counts what crosses the UNI ports in the chip's counters too.
+  void countInto(PortStatistics statistics) { statistics_ = std::move(statistics); }
   /// Clears what counters(), portCount() and queueCounts() tell.
   void clearCounters();
 
@@ -205,6 +208,7 @@ class DataPath {
   std::map<PortId, PortCount> portCounts_;
   QueueCounts queueCounts_;
   std::optional<MacBridge> bridge_;
+  std::optional<PortStatistics> statistics_;
 };
 
 }  // namespace virtual_onu

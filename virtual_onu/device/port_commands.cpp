@@ -79,7 +79,7 @@ CommandResult SetVlans(DriverState& state, PortVlanTable& record) {
   return {};
 }
 
-/// Counts its ports from 1, and takes 0 for the first one too. The counters go on.
+/// Counts its ports from 1, and takes 0 for the first one too. Reading changes no counter.
 CommandResult ReadCounters(DriverState& state, PortStatsRecord& record) {
   if (record.port > state.limits.uniPorts) {
     return {EINVAL, "UNI port " + std::to_string(record.port) + ", but the chip has " +

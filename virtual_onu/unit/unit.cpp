@@ -55,6 +55,8 @@ Unit::Unit(UnitConfig config)
     throw std::logic_error("a virtual unit exists already; there is one at a time");
   }
   g_PortRevert = platform_.config().portRevert;
+  dataPath_.countInto(PortStatistics(
+      [this](std::uint32_t uni) -> PortStatsRecord& { return device_.counters(uni); }));
   platform_.setShellRunner([this](std::string line) { return shell_.run(std::move(line)); });
 }
 
