@@ -24,7 +24,8 @@ struct CommandEvent {
   Bytes before;        ///< the record as sent, in the processor's byte order
   Bytes after;         ///< the record as left by the driver
   int result = 0;      ///< what the ioctl returned
-  std::string reason;  ///< why the driver refused; empty when it did not
+  /// Why the driver refused, or why the frame that it was to send left nowhere; empty otherwise.
+  std::string reason;
 };
 
 /// One log line.

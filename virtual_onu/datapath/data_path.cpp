@@ -6,6 +6,7 @@
 
 #include "datapath/classify.h"
 #include "datapath/port_vlan_rule.h"
+#include "datapath/traps.h"
 #include "datapath/vlan_action.h"
 
 namespace virtual_onu {
@@ -131,6 +132,10 @@ void DataPath::countCrossings(PortId port, std::size_t octets, const Verdict& ve
     ++entered.framesIn;
     entered.octetsIn += octets;
   }
+  countDepartures(verdict);
+}
+
+void DataPath::countDepartures(const Verdict& verdict) {
   const auto leaves = [this](PortId by, const Bytes& frame) {
     PortCount& left = portCounts_[by];
     ++left.framesOut;
@@ -148,6 +153,29 @@ void DataPath::countCrossings(PortId port, std::size_t octets, const Verdict& ve
       leaves(copy.port, copy.frame);
     }
   }
+}
+
+Departure DataPath::transmit(PortId port, ByteView frame) {
+  Departure departure;
+  if (port.uni > uniPorts()) {
+    departure.outcome = Outcome::UnknownPort;
+  } else if (frame.size() < kEthernetHeaderSize) {
+    departure.outcome = Outcome::RuntFrame;
+  } else {
+    departure.outcome = ports_.exitBlock(PortId::Wan(), port).value_or(Outcome::Transmitted);
+  }
+  if (departure.outcome == Outcome::Transmitted) {
+    Verdict leaving;
+    mirror(port, false, frame, leaving);
+    leaving.deliveries.push_back({port, {}, {}, {}, {frame.begin(), frame.end()}});
+    countDepartures(leaving);
+    departure.copies = std::move(leaving.copies);
+  }
+  count(port, departure.outcome, frame.size());
+  for (const MirrorCopy& copy : departure.copies) {
+    count(copy.port, copy.outcome, copy.frame.size());
+  }
+  return departure;
 }
 
 Explanation DataPath::explain(PortId port, ByteView frame) const {
@@ -193,9 +221,16 @@ Verdict DataPath::decide(PortId port, ByteView frame, Explanation* explanation) 
     return verdict;
   }
   mirror(port, true, frame, verdict);
+  if (IsTrapped(ports_.traps(), port, frame, received.headers)) {
+    verdict.outcome = Outcome::ProtocolTrap;
+    verdict.eventType = EventTypeOf(port, frame, received.headers, false);
+    return verdict;
+  }
   const IngressFlowRule* const flow = classify(received, verdict, explanation);
   if (flow != nullptr && verdict.outcome == Outcome::FlowForward) {
     forward(port, frame, *flow, verdict, explanation);
+  } else if (verdict.outcome == Outcome::FlowTrap) {
+    verdict.eventType = EventTypeOf(port, frame, received.headers, true);
   }
   return verdict;
 }

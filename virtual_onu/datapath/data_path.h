@@ -77,6 +77,10 @@ struct Verdict {
   /// The frame behind the flow's action, before the treatment of the ports; the frame as offered
   /// when it was trapped or dropped before that.
   Bytes frame;
+  /// The type of the event that a trapped frame becomes.
+  std::optional<std::uint32_t> eventType;
+  /// Why that event did not reach the library; nothing when it did, or when none was to.
+  std::optional<Outcome> eventLoss;
   std::vector<Delivery> deliveries;  ///< where it leaves; empty when trapped or dropped
   std::vector<ClosedPort> closed;    ///< where it was to leave and did not
   std::vector<MirrorCopy> copies;
@@ -84,6 +88,12 @@ struct Verdict {
 
   /// The ports of the deliveries.
   [[nodiscard]] std::vector<PortId> egress() const;
+};
+
+/// What becomes of a frame that the library sends.
+struct Departure {
+  Outcome outcome = Outcome::Transmitted;
+  std::vector<MirrorCopy> copies;
 };
 
 /// One key of a flow held against the frame.
@@ -148,6 +158,15 @@ class DataPath {
   /// @param[in] port  any; a UNI port that the unit does not have gives the outcome unknown_port
   Verdict offer(PortId port, ByteView frame);
 
+  /// Lets a frame that the library sends leave by a port, as it is, and counts it.
+  /// @param[in] port  any; one that the unit does not have gives the outcome unknown_port
+  Departure transmit(PortId port, ByteView frame);
+
+  /// Counts what became of a trapped frame's event, at the port where the frame was offered.
+  void countEvent(PortId port, Outcome outcome, std::size_t octets) {
+    count(port, outcome, octets);
+  }
+
   /// Says what offer() would do and why, and changes nothing.
   [[nodiscard]] Explanation explain(PortId port, ByteView frame) const;
 
@@ -199,6 +218,7 @@ class DataPath {
   void mirror(PortId port, bool received, ByteView frame, Verdict& verdict) const;
   void count(PortId port, Outcome outcome, std::size_t octets);
   void countLimits(PortId port, std::size_t octets, const Verdict& verdict);
+  void countDepartures(const Verdict& verdict);
   void countCrossings(PortId port, std::size_t octets, const Verdict& verdict);
 
   const ChipTables& tables_;

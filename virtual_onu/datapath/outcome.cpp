@@ -63,6 +63,16 @@ constexpr std::array kOutcomes = {
                 "not enough tokens"},
     OutcomeInfo{Outcome::Mirrored, "mirrored", Disposition::Forward,
                 "of a copy: it left by the mirror port"},
+    OutcomeInfo{Outcome::ProtocolTrap, "protocol_trap", Disposition::Trap,
+                "the driver traps frames of its protocol and hands the frame to the library"},
+    OutcomeInfo{Outcome::EventTooLong, "event_too_long", Disposition::Drop,
+                "of a trapped frame's event: the frame is longer than an event holds"},
+    OutcomeInfo{Outcome::EventQueueFull, "event_queue_full", Disposition::Drop,
+                "of a trapped frame's event: too many events wait for the library"},
+    OutcomeInfo{Outcome::EventNoReader, "event_no_reader", Disposition::Drop,
+                "of a trapped frame's event: the library has not opened the device"},
+    OutcomeInfo{Outcome::Transmitted, "transmitted", Disposition::Forward,
+                "of a frame that the library sends: it left by the port"},
 };
 
 constexpr bool InOrderOfTheEnumeration() {

@@ -35,7 +35,12 @@ enum class Outcome : std::uint8_t {
   EgressMacFiltered,
   EgressVlanFilter,
   EgressRateLimited,
-  Mirrored
+  Mirrored,
+  ProtocolTrap,
+  EventTooLong,
+  EventQueueFull,
+  EventNoReader,
+  Transmitted
 };
 
 struct OutcomeInfo {

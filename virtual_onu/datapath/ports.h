@@ -37,6 +37,9 @@ class Ports {
     return tables_.vlans.at(uni - 1);
   }
 
+  /// What the driver traps by itself.
+  [[nodiscard]] const TrapTables& traps() const { return tables_.traps; }
+
   /// The port that copies go to; nothing while nothing is mirrored.
   [[nodiscard]] std::optional<PortId> mirrorPort() const;
 

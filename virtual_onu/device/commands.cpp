@@ -15,6 +15,7 @@
 #include "device/free_index.h"
 #include "device/mac_commands.h"
 #include "device/mcast_commands.h"
+#include "device/packet_commands.h"
 #include "device/port_commands.h"
 #include "device/qos_commands.h"
 
@@ -67,6 +68,7 @@ constexpr std::uint32_t kOwnAging = 1;
 CommandResult TellFeature(DriverState& state, FeatureRecord& record) {
   state.feature = record.value;
   state.macTables.ages = record.value == kOwnAging;
+  state.portTables.traps.multicastControl = record.value == 1;
   return {};
 }
 
@@ -211,7 +213,7 @@ CommandResult ExecuteCommand(DriverState& state, std::uint32_t code,
   }
   for (const std::span<const CommandRow> rows :
        {std::span<const CommandRow>(kChipCommands), PortCommands(), QosCommands(), MacCommands(),
-        McastCommands()}) {
+        McastCommands(), PacketCommands()}) {
     const auto row = std::ranges::find(rows, code, &CommandRow::code);
     if (row != rows.end()) {
       return row->run(state, record);

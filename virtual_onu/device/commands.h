@@ -12,6 +12,7 @@
 
 #include "device/chip_tables.h"
 #include "device/mac_tables.h"
+#include "device/outgoing_frame.h"
 #include "device/port_tables.h"
 #include "device/qos_tables.h"
 
@@ -28,6 +29,8 @@ struct DriverState {
   std::optional<DrvInitRecord> ports = {};
   std::optional<std::uint32_t> feature = {};
   std::uint64_t now = 0;  ///< when the command came, in milliseconds of the unit
+  /// The frame that the last command gave to send; whoever sends it takes it out.
+  std::optional<OutgoingFrame> outgoing = {};
 };
 
 struct CommandResult {

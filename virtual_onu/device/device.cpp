@@ -8,7 +8,9 @@
 #include <cstring>
 #include <fcntl.h>
 #include <string>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 #include <utility>
 
@@ -26,6 +28,14 @@ int MoveAboveStandard(int fd) {
   close(fd);
   errno = error;
   return moved;
+}
+
+/// Events that wait at a descriptor's reader; shorter records count as a part of one.
+std::size_t WaitingEvents(int reader) {
+  int octets = 0;
+  // Not by way of ioctl(), which comes back to the device.
+  syscall(SYS_ioctl, reader, FIONREAD, &octets);
+  return (static_cast<std::size_t>(octets) + sizeof(BrmgrEvent) - 1) / sizeof(BrmgrEvent);
 }
 
 /// What is wrong with a request before anybody looks at its record.
@@ -75,7 +85,7 @@ bool Device::owns(int fd) const {
 }
 
 int Device::ioctl(unsigned long request, void* argument) {
-  const std::lock_guard lock(mutex_);
+  std::unique_lock lock(mutex_);
   // As in the kernel, only the low 32 bits of a request count: callers may have sign-extended it.
   const auto number = static_cast<std::uint32_t>(request);
   if (number != BRMGR_IOCTL_REQUEST || argument == nullptr) {
@@ -85,18 +95,45 @@ int Device::ioctl(unsigned long request, void* argument) {
   }
   BrmgrRequest command;
   std::memcpy(&command, argument, sizeof(command));
-  CommandEvent event;
-  event.code = command.cmd;
-  event.length = command.len;
-  event.flag = command.flag;
-  const int error = serve(command, event);
-  const int result = error == 0 ? 0 : -1;
-  event.result = result;
-  trace_.add(std::move(event));
+  std::function<void()> deliver;
+  const int error = serveTraced(command, deliver);
+  lock.unlock();
+  if (deliver) {
+    deliver();
+  }
   if (error != 0) {
     errno = error;
   }
-  return result;
+  return error == 0 ? 0 : -1;
+}
+
+int Device::serveTraced(const BrmgrRequest& request, std::function<void()>& deliver) {
+  CommandEvent event;
+  event.code = request.cmd;
+  event.length = request.len;
+  event.flag = request.flag;
+  const int error = serve(request, event);
+  if (error == 0) {
+    deliver = sendOutgoing(event);
+  }
+  event.result = error == 0 ? 0 : -1;
+  trace_.add(std::move(event));
+  return error;
+}
+
+std::function<void()> Device::sendOutgoing(CommandEvent& event) {
+  const std::optional<OutgoingFrame> frame = std::exchange(state_.outgoing, std::nullopt);
+  if (!frame || !sender_) {
+    return nullptr;
+  }
+  SentFrame sent = sender_(*frame);
+  event.reason = std::move(sent.reason);
+  return std::move(sent.deliver);
+}
+
+void Device::setSender(FrameSender sender) {
+  const std::lock_guard lock(mutex_);
+  sender_ = std::move(sender);
 }
 
 int Device::serve(const BrmgrRequest& request, CommandEvent& event) {
@@ -135,9 +172,20 @@ bool Device::sendEvent(ByteView event) {
   }
   const std::lock_guard lock(mutex_);
   const auto sent = std::ranges::count_if(channels_, [event](const Channel& channel) {
-    return send(channel.driver, event.data(), event.size(), MSG_DONTWAIT | MSG_NOSIGNAL) >= 0;
+    return WaitingEvents(channel.reader) < kEventQueue &&
+           send(channel.driver, event.data(), event.size(), MSG_DONTWAIT | MSG_NOSIGNAL) >= 0;
   });
   return sent != 0;
+}
+
+bool Device::isOpen() const {
+  const std::lock_guard lock(mutex_);
+  return !channels_.empty();
+}
+
+std::size_t Device::pendingEvents() const {
+  const std::lock_guard lock(mutex_);
+  return channels_.empty() ? 0 : WaitingEvents(channels_.back().reader);
 }
 
 std::optional<DrvInitRecord> Device::ports() const {

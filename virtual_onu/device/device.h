@@ -5,8 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include <brmgr_record.h>
@@ -19,16 +21,27 @@
 
 namespace virtual_onu {
 
+/// What became of a frame that a command gave to send.
+struct SentFrame {
+  std::string reason;             ///< why it left nowhere; empty when it left
+  std::function<void()> deliver;  ///< called when the device is not held any more; may be empty
+};
+using FrameSender = std::function<SentFrame(const OutgoingFrame& frame)>;
+
 /// Commands and events may come from any thread; they are carried out, and traced, one at a time. A
 /// listener of the trace must therefore not call the device's functions that lock: ioctl,
-/// sendEvent, open, owns, ports, feature, setPortAction. tables(), portTables(), qosTables(),
-/// macTables(), mcastGroups(), counters() and faults() hand out what the commands work on, without
-/// a lock: use them on the thread that sends the commands, or while none is sent.
+/// sendEvent, pendingEvents, open, owns, ports, feature, setPortAction, hold. tables(),
+/// portTables(), qosTables(), macTables(), mcastGroups(), counters() and faults() hand out what the
+/// commands work on, without a lock: use them on the thread that sends the commands, while none is
+/// sent, or with hold().
 class Device {
  public:
   /// Records longer than this are refused unread; the longest that a command carries has 492032
   /// bytes.
   static constexpr std::size_t kMaxRecordLength = std::size_t{1024} * 1024;
+
+  /// Events that wait for a reader of a descriptor at most; the driver drops what comes beyond.
+  static constexpr std::size_t kEventQueue = 32;
 
   Device(Trace& trace, ChipLimits limits);
   ~Device();
@@ -55,6 +68,19 @@ class Device {
   /// Hands an event record to the reader of every open descriptor, without waiting. False when
   /// nobody can take it: no descriptor is open, or every reader is too far behind.
   bool sendEvent(ByteView event);
+
+  /// Whether a descriptor is open, so that there may be a reader.
+  [[nodiscard]] bool isOpen() const;
+
+  /// The events that wait for the reader of the descriptor opened last.
+  [[nodiscard]] std::size_t pendingEvents() const;
+
+  /// Carries out no command until the lock is gone.
+  [[nodiscard]] std::unique_lock<std::mutex> hold() const { return std::unique_lock(mutex_); }
+
+  /// Who takes the frames that commands give to send; nobody at first. Called while the device is
+  /// held, so that it sees the tables as the command left them.
+  void setSender(FrameSender sender);
 
   /// The port counts of BRMGR_CMD_INIT, once they were told.
   [[nodiscard]] std::optional<DrvInitRecord> ports() const;
@@ -89,12 +115,17 @@ class Device {
 
   /// Carries out one command and completes its trace event; returns 0 or an errno value.
   int serve(const BrmgrRequest& request, CommandEvent& event);
+  /// Sends the frame that a command gave, if it gave one, and tells how to deliver it.
+  std::function<void()> sendOutgoing(CommandEvent& event);
+  /// Serves a command that an ioctl carries; called while the device is held.
+  int serveTraced(const BrmgrRequest& request, std::function<void()>& deliver);
 
   Trace& trace_;
   mutable std::mutex mutex_;
   DriverState state_;
   FaultPlan faults_;
   std::vector<Channel> channels_;
+  FrameSender sender_;
 };
 
 }  // namespace virtual_onu

@@ -33,6 +33,13 @@ constexpr PortPair MakePortPair(std::uint32_t uni, std::uint32_t peer) {
   return {std::min(uni, peer), std::max(uni, peer)};
 }
 
+/// What the driver hands to the library by itself, whatever the flows say.
+struct TrapTables {
+  bool multicastControl = false;  ///< IGMP and MLD: while the capture feature is on
+  std::set<std::uint32_t> dhcp;   ///< UNI ports whose DHCP trap is on
+  std::set<std::uint32_t> pppoe;
+};
+
 /// Ports are named by their UNI port number.
 struct PortTables {
   std::map<std::uint32_t, PortSettings> settings;  ///< of the ports that a command has named
@@ -43,6 +50,7 @@ struct PortTables {
   std::vector<PortVlanInfo> vlans;        ///< of UNI port 1 and up; empty until told
   std::optional<std::uint16_t> macLimit;  ///< nothing until told
   std::optional<std::uint32_t> macLearn;  ///< nothing until told
+  TrapTables traps;
 
   [[nodiscard]] PortSettings of(std::uint32_t uni) const {
     const auto found = settings.find(uni);

@@ -49,7 +49,8 @@ Unit::Unit(UnitConfig config)
                  [this](std::uint32_t uni) { return interfaces_.phy(uni).passesFrames(); }},
                 Limits(device_.qosTables(), clock_),
                 MacBridge(device_.macTables(), device_.portTables(), clock_,
-                          device_.limits().macEntries)) {
+                          device_.limits().macEntries)),
+      packetPath_(device_, dataPath_, trace_, [this] { return platform_.config().uplinkPort; }) {
   Unit* none = nullptr;
   if (!currentUnit.compare_exchange_strong(none, this)) {
     throw std::logic_error("a virtual unit exists already; there is one at a time");

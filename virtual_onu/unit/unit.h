@@ -5,6 +5,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
+#include <utility>
+#include <vector>
 
 #include "base/clock.h"
 #include "base/trace.h"
@@ -14,6 +17,7 @@
 #include "phy/interfaces.h"
 #include "platform/platform.h"
 #include "shell/shell.h"
+#include "unit/packet_path.h"
 
 namespace virtual_onu {
 
@@ -46,6 +50,27 @@ class Unit {
   /// The PHY of a UNI port, counted from 1.
   Phy& phy(std::uint32_t port) { return interfaces_.phy(port); }
 
+  /// Takes a frame in at a port: offers it to the data path and, when it is trapped, puts an event
+  /// in front of the library's reader. An event that cannot be delivered is dropped, counted and
+  /// traced. Does not wait for the library. What the verdict lets leave is the caller's to bring
+  /// out. May be called from any thread, also by a taker of onTransmit().
+  Verdict receive(PortId port, ByteView frame) { return packetPath_.receive(port, frame); }
+
+  /// Who takes the frames that the library sends, and their mirrored copies, where they leave; an
+  /// empty function for nobody. Called on the thread that sends, while the unit is not held; of two
+  /// threads that send at once either may come first.
+  void onTransmit(FrameTaker taker) { packetPath_.onTransmit(std::move(taker)); }
+
+  /// What the library sent, from that number on, the oldest first; the newest thousand are kept.
+  [[nodiscard]] std::vector<Transmission> transmissions(std::uint64_t from = 0) const {
+    return packetPath_.transmissions(from);
+  }
+
+  /// Until the lock is gone no command is carried out and no frame decided: dataPath() and the
+  /// device's tables may be read while other threads work. Its holder must not call receive(), nor
+  /// anything of the device that locks.
+  [[nodiscard]] std::unique_lock<std::mutex> hold() const { return device_.hold(); }
+
   /// Ends the tasks that run, once they have carried out what was sent to them. The end of the unit
   /// does that too.
   void endTasks();
@@ -64,6 +89,7 @@ class Unit {
   Shell shell_;
   Platform platform_;
   DataPath dataPath_;
+  PacketPath packetPath_;
 };
 
 }  // namespace virtual_onu
