@@ -21,9 +21,9 @@ struct CommandEvent {
   std::uint32_t code = 0;
   std::uint32_t length = 0;  ///< as the request gave it
   std::uint32_t flag = 0;
-  Bytes before;        ///< the record as sent, in the processor's byte order
-  Bytes after;         ///< the record as left by the driver
-  int result = 0;      ///< what the ioctl returned
+  Bytes before;    ///< the record as sent, in the processor's byte order
+  Bytes after;     ///< the record as left by the driver
+  int result = 0;  ///< what the ioctl returned
   /// Why the driver refused, or why the frame that it was to send left nowhere; empty otherwise.
   std::string reason;
 };
