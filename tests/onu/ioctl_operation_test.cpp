@@ -45,7 +45,7 @@ TEST(IoctlOperation, Raw_IsTheRecordAsItStandsOnTheTarget) {
 }
 
 TEST(IoctlOperation, Raw_OfACommandThatIsNotDescribedGoesAsItIs) {
-  const Json command = LastCommand("Ioctl SEND_PKT raw 0a0b0c");
+  const Json command = LastCommand("Ioctl 182 raw 0a0b0c");
   EXPECT_EQ(command["before"], "0a0b0c");
   EXPECT_EQ(command["length"], 3);
 }
