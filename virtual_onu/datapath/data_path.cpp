@@ -155,27 +155,27 @@ void DataPath::countDepartures(const Verdict& verdict) {
   }
 }
 
-Departure DataPath::transmit(PortId port, ByteView frame) {
-  Departure departure;
+Transmittal DataPath::transmit(PortId port, ByteView frame) {
+  Transmittal transmittal;
   if (port.uni > uniPorts()) {
-    departure.outcome = Outcome::UnknownPort;
+    transmittal.outcome = Outcome::UnknownPort;
   } else if (frame.size() < kEthernetHeaderSize) {
-    departure.outcome = Outcome::RuntFrame;
+    transmittal.outcome = Outcome::RuntFrame;
   } else {
-    departure.outcome = ports_.exitBlock(PortId::Wan(), port).value_or(Outcome::Transmitted);
+    transmittal.outcome = ports_.exitBlock(PortId::Wan(), port).value_or(Outcome::Transmitted);
   }
-  if (departure.outcome == Outcome::Transmitted) {
+  if (transmittal.outcome == Outcome::Transmitted) {
     Verdict leaving;
     mirror(port, false, frame, leaving);
     leaving.deliveries.push_back({port, {}, {}, {}, {frame.begin(), frame.end()}});
     countDepartures(leaving);
-    departure.copies = std::move(leaving.copies);
+    transmittal.copies = std::move(leaving.copies);
   }
-  count(port, departure.outcome, frame.size());
-  for (const MirrorCopy& copy : departure.copies) {
+  count(port, transmittal.outcome, frame.size());
+  for (const MirrorCopy& copy : transmittal.copies) {
     count(copy.port, copy.outcome, copy.frame.size());
   }
-  return departure;
+  return transmittal;
 }
 
 Explanation DataPath::explain(PortId port, ByteView frame) const {

@@ -91,7 +91,7 @@ struct Verdict {
 };
 
 /// What becomes of a frame that the library sends.
-struct Departure {
+struct Transmittal {
   Outcome outcome = Outcome::Transmitted;
   std::vector<MirrorCopy> copies;
 };
@@ -160,7 +160,7 @@ class DataPath {
 
   /// Lets a frame that the library sends leave by a port, as it is, and counts it.
   /// @param[in] port  any; one that the unit does not have gives the outcome unknown_port
-  Departure transmit(PortId port, ByteView frame);
+  Transmittal transmit(PortId port, ByteView frame);
 
   /// Counts what became of a trapped frame's event, at the port where the frame was offered.
   void countEvent(PortId port, Outcome outcome, std::size_t octets) {

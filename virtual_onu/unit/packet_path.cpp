@@ -133,10 +133,11 @@ std::vector<Transmission> PacketPath::transmissions(std::uint64_t from) const {
 
 SentFrame PacketPath::send(const OutgoingFrame& frame) {
   const PortId port = wayOf(frame);
-  Departure departure = dataPath_.transmit(port, frame.bytes);
+  Transmittal transmittal = dataPath_.transmit(port, frame.bytes);
   const std::lock_guard lock(mutex_);
-  const Transmission sent = {next_++,           frame.command, port,
-                             departure.outcome, frame.bytes,   std::move(departure.copies)};
+  const Transmission sent = {next_++,     frame.command,
+                             port,        transmittal.outcome,
+                             frame.bytes, std::move(transmittal.copies)};
   transmissions_.push_back(sent);
   if (transmissions_.size() > kKeptTransmissions) {
     transmissions_.pop_front();
