@@ -169,6 +169,9 @@ Transmittal DataPath::transmit(PortId port, ByteView frame) {
     mirror(port, false, frame, leaving);
     leaving.deliveries.push_back({port, {}, {}, {}, {frame.begin(), frame.end()}});
     countDepartures(leaving);
+    if (statistics_) {
+      statistics_->count(PortId::Wan(), frame, leaving);
+    }
     transmittal.copies = std::move(leaving.copies);
   }
   count(port, transmittal.outcome, frame.size());
