@@ -15,7 +15,9 @@ constexpr std::uint32_t kBurst = 1000;
 /// Upstream frames go to queue 5 by policer 1 and priority 7, downstream frames to queue 2.
 class QueueTest : public testing::Test {
  protected:
-  QueueTest() : path(chip.tables, chip.ports(kUniPorts), Limits(qos, clock)) {
+  QueueTest()
+      : path(chip.tables, chip.ports(kUniPorts), Limits(qos, clock),
+             MacBridge(macs, chip.portTables, clock, 8)) {
     IngressFlowRule& flow = chip.addMatchAll(kUp);
     flow.queue = 5;
     flow.policer = 1;
@@ -40,6 +42,7 @@ class QueueTest : public testing::Test {
   QosTables qos;
   Clock clock;
   ChipBuilder chip;
+  MacTables macs;
   DataPath path;
 };
 

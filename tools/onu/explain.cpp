@@ -7,10 +7,10 @@
 #include "datapath/outcome.h"
 #include "device/records.h"
 #include "frame_input.h"
-#include "mac_report.h"
 #include "port_argument.h"
 #include "qos_report.h"
 #include "record_report.h"
+#include "switching_report.h"
 #include "verdict_report.h"
 
 namespace onu {
@@ -160,7 +160,8 @@ std::string OutcomeToText(const Verdict& verdict) {
   if (!verdict.egress().empty()) {
     text += " to " + DestinationOf(verdict);
   }
-  text += " (" + std::string(outcome.text) + ")\n" + MacDecisionToText(verdict);
+  text += " (" + std::string(outcome.text) + ")\n" + MacDecisionToText(verdict) +
+          GroupDecisionToText(verdict);
   if (verdict.neighbour) {
     text += "switched locally: the destination was seen at " + verdict.neighbour->name() + "\n";
   }

@@ -7,8 +7,8 @@
 
 #include "datapath/frame.h"
 #include "datapath/outcome.h"
-#include "mac_report.h"
 #include "qos_report.h"
+#include "switching_report.h"
 #include "words.h"
 
 namespace onu {
@@ -76,6 +76,7 @@ Json VerdictToJson(const Verdict& verdict) {
           {"remark", RemarkToJson(verdict)},
           {"queue", OrNull(verdict.queue)},
           {"mac", MacDecisionToJson(verdict)},
+          {"group", GroupDecisionToJson(verdict)},
           {"egress", egress},
           {"deliveries", DeliveriesToJson(verdict)},
           {"closed", ClosedToJson(verdict)},

@@ -80,12 +80,18 @@ std::vector<PortId> Verdict::egress() const {
 }
 
 DataPath::DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits,
-                   std::optional<MacBridge> bridge)
-    : tables_(tables), ports_(std::move(ports)), limits_(std::move(limits)), bridge_(bridge) {}
+                   std::optional<MacBridge> bridge, const McastGroups* groups)
+    : tables_(tables),
+      ports_(std::move(ports)),
+      limits_(std::move(limits)),
+      bridge_(bridge),
+      groups_(groups) {}
 
 Verdict DataPath::offer(PortId port, ByteView frame) {
   Verdict verdict = decide(port, frame, nullptr);
-  if (verdict.outcome == Outcome::FlowForward && verdict.addresses) {
+  const bool forwarded =
+      Describe(verdict.outcome).disposition == Disposition::Forward && verdict.addresses;
+  if (forwarded) {
     bridge_->learn(port, verdict.addresses->source);
   }
   count(port, verdict.outcome, frame.size());
@@ -230,7 +236,9 @@ Verdict DataPath::decide(PortId port, ByteView frame, Explanation* explanation) 
     return verdict;
   }
   const IngressFlowRule* const flow = classify(received, verdict, explanation);
-  if (flow != nullptr && verdict.outcome == Outcome::FlowForward) {
+  if (const std::optional<GroupId> group = steeredGroup(port, received.headers, verdict)) {
+    forwardGroup(port, frame, *group, verdict);
+  } else if (flow != nullptr && verdict.outcome == Outcome::FlowForward) {
     forward(port, frame, *flow, verdict, explanation);
   } else if (verdict.outcome == Outcome::FlowTrap) {
     verdict.eventType = EventTypeOf(port, frame, received.headers, true);
@@ -369,27 +377,83 @@ std::vector<PortId> DataPath::destinationsOf(std::uint32_t dir) const {
 void DataPath::leave(PortId from, const std::vector<PortId>& destinations, const FlowId& flow,
                      Verdict& verdict) const {
   for (const PortId to : destinations) {
-    if (const std::optional<Outcome> block = ports_.exitBlock(from, to)) {
-      verdict.closed.push_back({to, *block});
+    if (close(from, to, verdict)) {
       continue;
     }
-    if (verdict.addresses && bridge_->isBlocked(to, verdict.addresses->destination)) {
-      verdict.closed.push_back({to, Outcome::EgressMacFiltered});
-      continue;
-    }
-    std::optional<Delivery> delivery = treat(to, verdict.frame, flow);
-    if (!delivery) {
-      verdict.closed.push_back({to, Outcome::EgressVlanFilter});
-    } else if (!isWithinLimit(from, *delivery)) {
-      verdict.closed.push_back({to, Outcome::EgressRateLimited});
+    if (std::optional<Delivery> delivery = treat(to, verdict.frame, flow)) {
+      deliver(from, std::move(*delivery), verdict);
     } else {
-      mirror(to, false, delivery->frame, verdict);
-      verdict.deliveries.push_back(std::move(*delivery));
+      verdict.closed.push_back({to, Outcome::EgressVlanFilter});
     }
   }
   if (verdict.deliveries.empty()) {
     verdict.outcome = Outcome::NoEgress;
   }
+}
+
+bool DataPath::close(PortId from, PortId to, Verdict& verdict) const {
+  std::optional<Outcome> block = ports_.exitBlock(from, to);
+  if (!block && verdict.addresses && bridge_->isBlocked(to, verdict.addresses->destination)) {
+    block = Outcome::EgressMacFiltered;
+  }
+  if (block) {
+    verdict.closed.push_back({to, *block});
+  }
+  return block.has_value();
+}
+
+void DataPath::deliver(PortId from, Delivery delivery, Verdict& verdict) const {
+  if (!isWithinLimit(from, delivery)) {
+    verdict.closed.push_back({delivery.port, Outcome::EgressRateLimited});
+    return;
+  }
+  mirror(delivery.port, false, delivery.frame, verdict);
+  verdict.deliveries.push_back(std::move(delivery));
+}
+
+std::optional<GroupId> DataPath::steeredGroup(PortId port, const FrameHeaders& headers,
+                                              const Verdict& verdict) const {
+  const bool ended =
+      verdict.outcome == Outcome::FlowTrap || verdict.outcome == Outcome::FlowAccessControl;
+  return groups_ != nullptr && port.isWan() && !ended ? GroupOf(headers) : std::nullopt;
+}
+
+void DataPath::forwardGroup(PortId port, ByteView frame, const GroupId& group,
+                            Verdict& verdict) const {
+  verdict.icIndex.reset();
+  verdict.flowIndex.reset();
+  if (!admit(port, frame, verdict)) {
+    return;
+  }
+  verdict.groupDecision = GroupDecision{group, {}};
+  const std::vector<GroupMember> members = MembersOf(*groups_, group);
+  if (members.empty()) {
+    verdict.outcome = Outcome::NoGroupMember;
+    return;
+  }
+  for (const GroupMember& member : members) {
+    verdict.groupDecision->entries.push_back(member.channelIndex);
+    if (!close(port, member.port, verdict)) {
+      deliver(port, treatGroup(member, group, frame), verdict);
+    }
+  }
+  verdict.outcome = verdict.deliveries.empty() ? Outcome::NoEgress : Outcome::GroupForward;
+}
+
+Delivery DataPath::treatGroup(const GroupMember& member, const GroupId& group,
+                              ByteView frame) const {
+  Delivery delivery = {
+      member.port,
+      "joined " + group.text() + " by group entry " + std::to_string(member.channelIndex),
+      {},
+      {},
+      {frame.begin(), frame.end()}};
+  const auto action = tables_.downstream.actions.find(member.vlanActionIndex);
+  if (action != tables_.downstream.actions.end()) {
+    delivery.vlanActionIndex = action->first;
+    ApplyVlanAction(action->second, delivery.frame, &delivery.steps);
+  }
+  return delivery;
 }
 
 bool DataPath::police(const IngressFlowRule& flow, Verdict& verdict) const {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/bytes.h"
+#include "datapath/group_table.h"
 #include "datapath/limits.h"
 #include "datapath/mac_bridge.h"
 #include "datapath/outcome.h"
@@ -29,7 +30,8 @@ struct ReceivedFrame;
 struct Delivery {
   PortId port;
   std::string rule;  ///< why the port takes it, "VID is the PVID"; empty when no rule was asked
-  /// The port's own VLAN action on the deciding flow, which then edited the frame.
+  /// The port's own VLAN action on the deciding flow, or that of its group entry, which then edited
+  /// the frame.
   std::optional<std::uint32_t> vlanActionIndex;
   std::vector<std::string> steps;  ///< what was done to the frame for this port, in words
   Bytes frame;
@@ -72,6 +74,8 @@ struct Verdict {
   std::optional<FrameAddresses> addresses;
   /// What of the MAC table sent the frame to its port, or refused it.
   std::optional<MacDecision> macDecision;
+  /// What the group entries said of a multicast frame.
+  std::optional<GroupDecision> groupDecision;
   /// The UNI port that the frame is switched to locally, as it came.
   std::optional<PortId> neighbour;
   /// The frame behind the flow's action, before the treatment of the ports; the frame as offered
@@ -151,8 +155,9 @@ class DataPath {
  public:
   /// @param[in] limits  without them nothing is policed or limited
   /// @param[in] bridge  without it nothing is learned, and every destination is unknown
+  /// @param[in] groups  null: multicast frames take the way of others
   DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits = std::nullopt,
-           std::optional<MacBridge> bridge = std::nullopt);
+           std::optional<MacBridge> bridge = std::nullopt, const McastGroups* groups = nullptr);
 
   /// Takes a frame in at a port and counts it.
   /// @param[in] port  any; a UNI port that the unit does not have gives the outcome unknown_port
@@ -201,11 +206,22 @@ class DataPath {
   /// Sends a frame where its destination is, or else where its direction leads.
   void route(PortId port, ByteView frame, Verdict& verdict, Explanation* explanation) const;
   void switchLocally(PortId port, PortId to, const FlowId& flow, Verdict& verdict) const;
+  /// The group whose entries decide about a frame: of a downstream one that no flow traps or drops.
+  [[nodiscard]] std::optional<GroupId> steeredGroup(PortId port, const FrameHeaders& headers,
+                                                    const Verdict& verdict) const;
+  /// Lets a frame leave by the ports that joined its group.
+  void forwardGroup(PortId port, ByteView frame, const GroupId& group, Verdict& verdict) const;
+  [[nodiscard]] Delivery treatGroup(const GroupMember& member, const GroupId& group,
+                                    ByteView frame) const;
   [[nodiscard]] std::vector<PortId> destinationsOf(std::uint32_t dir) const;
   /// Lets the frame leave by those of the ports that are open to it and take it.
   /// @param[in] flow  the downstream flow that brings it to UNI ports
   void leave(PortId from, const std::vector<PortId>& destinations, const FlowId& flow,
              Verdict& verdict) const;
+  /// Closes a port to a frame that it may not leave by; says whether it did.
+  [[nodiscard]] bool close(PortId from, PortId to, Verdict& verdict) const;
+  /// Delivers a frame as it leaves by a port, unless the port's limit holds it back.
+  void deliver(PortId from, Delivery delivery, Verdict& verdict) const;
   /// The frame as a downstream flow and the port's VLAN configuration let it leave by a port;
   /// nothing when the port does not take it.
   [[nodiscard]] std::optional<Delivery> treat(PortId to, ByteView frame, const FlowId& flow) const;
@@ -229,6 +245,7 @@ class DataPath {
   QueueCounts queueCounts_;
   std::optional<MacBridge> bridge_;
   std::optional<PortStatistics> statistics_;
+  const McastGroups* groups_;
 };
 
 }  // namespace virtual_onu

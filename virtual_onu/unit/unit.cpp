@@ -44,12 +44,13 @@ Unit::Unit(UnitConfig config)
       interfaces_(trace_, config.platform.ethPorts),
       shell_({device_, interfaces_, g_PortRevert}),
       platform_(std::move(config.platform), trace_, clock_, directory_),
-      dataPath_(device_.tables(),
-                {device_.portTables(), platform_.config().ethPorts,
-                 [this](std::uint32_t uni) { return interfaces_.phy(uni).passesFrames(); }},
-                Limits(device_.qosTables(), clock_),
-                MacBridge(device_.macTables(), device_.portTables(), clock_,
-                          device_.limits().macEntries)),
+      dataPath_(
+          device_.tables(),
+          {device_.portTables(), platform_.config().ethPorts,
+           [this](std::uint32_t uni) { return interfaces_.phy(uni).passesFrames(); }},
+          Limits(device_.qosTables(), clock_),
+          MacBridge(device_.macTables(), device_.portTables(), clock_, device_.limits().macEntries),
+          &device_.mcastGroups()),
       packetPath_(device_, dataPath_, trace_, [this] { return platform_.config().uplinkPort; }) {
   Unit* none = nullptr;
   if (!currentUnit.compare_exchange_strong(none, this)) {

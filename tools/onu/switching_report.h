@@ -1,5 +1,5 @@
 /// @file
-/// The MAC table for people and programs.
+/// What the MAC table and the group entries decided about a frame, for people and programs.
 #pragma once
 
 #include <string>
@@ -14,5 +14,11 @@ Json MacDecisionToJson(const virtual_onu::Verdict& verdict);
 
 /// The same as a line; nothing when nothing did.
 std::string MacDecisionToText(const virtual_onu::Verdict& verdict);
+
+/// What the group entries said of a frame; null when they were not asked.
+Json GroupDecisionToJson(const virtual_onu::Verdict& verdict);
+
+/// The same as a line; nothing when they were not asked.
+std::string GroupDecisionToText(const virtual_onu::Verdict& verdict);
 
 }  // namespace onu

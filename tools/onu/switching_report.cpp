@@ -1,8 +1,9 @@
 /// @file
-/// Rendering of what the MAC table decided.
-#include "mac_report.h"
+/// Rendering of what the tables of addresses decided.
+#include "switching_report.h"
 
 #include "base/text.h"
+#include "words.h"
 
 namespace onu {
 
@@ -47,6 +48,29 @@ std::string MacDecisionToText(const virtual_onu::Verdict& verdict) {
   const MacDecision& decision = *verdict.macDecision;
   return "MAC table: " + virtual_onu::FormatMac(decision.key.mac) + " in VLAN " +
          std::to_string(decision.key.vid) + " " + RuleToText(decision) + "\n";
+}
+
+Json GroupDecisionToJson(const virtual_onu::Verdict& verdict) {
+  if (!verdict.groupDecision) {
+    return nullptr;
+  }
+  const virtual_onu::GroupDecision& decision = *verdict.groupDecision;
+  return {{"address", virtual_onu::FormatIp(decision.group.address)},
+          {"vlan", decision.group.vid},
+          {"entries", decision.entries}};
+}
+
+std::string GroupDecisionToText(const virtual_onu::Verdict& verdict) {
+  if (!verdict.groupDecision) {
+    return "";
+  }
+  const virtual_onu::GroupDecision& decision = *verdict.groupDecision;
+  Words entries;
+  for (const std::uint32_t entry : decision.entries) {
+    entries.push_back(std::to_string(entry));
+  }
+  return "multicast group: " + decision.group.text() + ", " +
+         (entries.empty() ? "no group entries" : "group entries " + Join(entries, ", ")) + "\n";
 }
 
 }  // namespace onu
