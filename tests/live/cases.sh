@@ -158,6 +158,22 @@ case_dhcp_relay_off() {
   [ "$(counted uni1 trapped)" -eq 0 ] || fail "expected no frame trapped"
 }
 
+# With the relay off, frames that the chip traps all the same are put back on the wire, in the port's
+# VLAN.
+case_dhcp_trapped() {
+  dhcp 'Ioctl DHCP_TRAP portIndex=0 enable=1'
+  trapped_and_sent
+}
+
+# trapped_and_sent: every frame that was trapped went on to the WAN side.
+trapped_and_sent() {
+  local trapped
+  trapped=$(counted uni1 trapped)
+  [ "$trapped" -gt 0 ] || fail "expected frames to be trapped"
+  [ "$(counted uni1 eventsLost)" -eq 0 ] || fail "expected every event to reach the library"
+  [ "$(counted wan transmitted)" -eq "$trapped" ] || fail "expected $trapped frames transmitted to the WAN side"
+}
+
 # A discovery of the port's user finds the concentrator behind VLAN 100.
 pppoe() {
   needs pppoe-discovery pppoe-server
@@ -175,7 +191,13 @@ case_pppoe_relay_off() {
   [ "$(counted uni1 trapped)" -eq 0 ] || fail "expected no frame trapped"
 }
 
-# The frames of a bridge that runs the spanning tree are the unit's own.
+case_pppoe_trapped() {
+  pppoe 'Ioctl PPPOE_TRAP portIndex=0 enable=1'
+  trapped_and_sent
+}
+
+# The frames of a bridge that runs the spanning tree reach the unit's spanning-tree process, each as a
+# message.
 case_spanning_tree() {
   start 'uni1/0 wan/0' 'SetVlanTransparent 1'
   ip -n "$home" link add bridge type bridge stp_state 1 || skip "needs bridges"
@@ -184,5 +206,6 @@ case_spanning_tree() {
   sleep 3 # the bridge sends one BPDU every two seconds
   stop
   [ "$(counted uni1 flow_trap)" -gt 0 ] || fail "expected BPDUs to be trapped"
+  grep -q "\"messages\":$(counted uni1 flow_trap),\"" "$work/results" || fail "expected a message for each BPDU"
   [ "$(counted wan framesOut)" -eq 0 ] || fail "expected no BPDU at the WAN side"
 }

@@ -115,9 +115,10 @@ std::string Describe(const std::map<PortId, std::string>& bindings) {
   return Join(parts, ", ");
 }
 
-/// The loop: carries frames, lets time pass, and forgets what is not shown.
+/// The loop: carries frames, lets time pass, counts what the trace tells, and forgets what is
+/// not shown.
 void Carry(Session& session, Pump& pump, virtual_onu::RealTime& time, int stop,
-           std::optional<milliseconds> duration) {
+           std::optional<milliseconds> duration, TraceCounts& counts) {
   const steady_clock::time_point start = steady_clock::now();
   virtual_onu::Trace& trace = session.unit().trace();
   std::uint64_t cleared = trace.next();
@@ -125,7 +126,7 @@ void Carry(Session& session, Pump& pump, virtual_onu::RealTime& time, int stop,
   while (wait.count() > 0 && pump.turn(stop, wait)) {
     const steady_clock::time_point now = steady_clock::now();
     time.follow(now);
-    session.observe([] {});
+    counts.add(session.observe([] {}).events);
     if (trace.next() - cleared > kEventsKept) {
       trace.clear();
       cleared = trace.next();
@@ -150,21 +151,27 @@ Result Run(Session& session, const Options& options, std::map<PortId, FrameEnd>&
   };
   const auto receive = [&](PortId port, ByteView frame) {
     time.follow(steady_clock::now());
-    return unit.dataPath().offer(port, frame);
+    return unit.receive(port, frame);
   };
   Pump pump({receive, gone});
   for (auto& [port, end] : ends) {
     pump.bind(port, std::move(end));
   }
+  unit.onTransmit([&pump](PortId port, ByteView frame) { pump.transmit(port, frame); });
+  LiveRun run = {.names = options.live->bindings};
+  session.observe([] {});
   {
     std::optional<virtual_onu::CaptureThread> capture;
     if (Captures(unit)) {
       capture.emplace(unit.device(), BCM6838X_CapturePacket);
     }
     errors("onu: live: " + Describe(options.live->bindings) + "\n");
-    Carry(session, pump, time, stop, options.live->duration);
+    Carry(session, pump, time, stop, options.live->duration, run.trace);
   }
-  return ReportLive(pump.traffic(), options.live->bindings);
+  unit.onTransmit({});
+  run.trace.add(session.observe([] {}).events);
+  run.traffic = pump.traffic();
+  return ReportLive(run);
 }
 
 }  // namespace

@@ -68,6 +68,7 @@ void Pump::take(PortId port, ByteView frame) {
     ++traffic.framesIn;
     traffic.octetsIn += frame.size();
     ++traffic.outcomes[verdict.outcome];
+    traffic.eventsLost += verdict.eventLoss ? 1 : 0;
   }
   for (const Delivery& delivery : verdict.deliveries) {
     putOut(delivery.port, delivery.frame, false);

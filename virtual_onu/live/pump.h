@@ -27,6 +27,7 @@ struct PortTraffic {
   std::uint64_t octetsOut = 0;
   std::uint64_t transmitted = 0;              ///< of the frames out: those that the library sent
   std::uint64_t lost = 0;                     ///< frames for the port that its end did not take
+  std::uint64_t eventsLost = 0;               ///< trapped frames that did not reach the library
   std::map<Outcome, std::uint64_t> outcomes;  ///< of the frames in; their sum is framesIn
   bool operator==(const PortTraffic&) const = default;
 };
