@@ -121,6 +121,18 @@ TEST_F(PumpTest, TrappedAndDroppedFrames_LeaveNowhereAndAreCounted) {
   EXPECT_EQ(pump.traffic().at(kUni1).framesIn, 3);
 }
 
+TEST_F(PumpTest, EventsThatDoNotReachTheLibrary_AreCounted) {
+  verdict = Dropped(Outcome::FlowTrap);
+  uni1.send(FrameOf(1));
+  EXPECT_TRUE(turn());
+  EXPECT_EQ(pump.traffic().at(kUni1).eventsLost, 0);
+  verdict->eventLoss = Outcome::EventQueueFull;
+  uni1.send(FrameOf(1));
+  EXPECT_TRUE(turn());
+  EXPECT_EQ(pump.traffic().at(kUni1).eventsLost, 1);
+  EXPECT_EQ(pump.traffic().at(kUni1).framesIn, 2);
+}
+
 TEST_F(PumpTest, Transmit_LeavesByThePortAndIsCountedApart) {
   pump.transmit(kUni1, FrameOf(5, 70));
   EXPECT_EQ(uni1.next(), FrameOf(5, 70));

@@ -11,7 +11,8 @@
 namespace virtual_onu {
 
 /// Calls an operation that waits for one event of the device and handles it, over and over, from
-/// construction to destruction. Every call must read the device, which must be open.
+/// construction to destruction; the events that came before the end are all handled. Every call
+/// must read the device, which must be open.
 class CaptureThread {
  public:
   CaptureThread(Device& device, std::uint32_t (*capture)());
