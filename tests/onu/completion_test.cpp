@@ -35,6 +35,7 @@ TEST(Completion, FirstWord_IsACommandOrAnOperation) {
 
 TEST(Completion, SecondWord_IsTheRestOfTheName) {
   EXPECT_THAT(CandidatesOf("show c"), ElementsAre("classes", "config", "counters"));
+  EXPECT_THAT(CandidatesOf("show m"), ElementsAre("mac", "multicast"));
   EXPECT_THAT(CandidatesOf("fault "), ElementsAre("clear", "fraction", "from", "nth", "show"));
 }
 

@@ -3,6 +3,7 @@
 #include "command_table.h"
 
 #include "commands.h"
+#include "switching_commands.h"
 
 namespace onu {
 
@@ -240,8 +241,8 @@ std::vector<Command> ProgramCommands() {
 std::vector<Command> MakeTable() {
   std::vector<Command> table;
   for (const auto& part :
-       {ShowObjectCommands(), QosCommands(), ShowStateCommands(), FrameCommands(), LinkCommands(),
-        FaultCommands(), StateCommands(), ProgramCommands()}) {
+       {ShowObjectCommands(), QosCommands(), ShowStateCommands(), SwitchingCommands(),
+        FrameCommands(), LinkCommands(), FaultCommands(), StateCommands(), ProgramCommands()}) {
     table.insert(table.end(), part.begin(), part.end());
   }
   return table;

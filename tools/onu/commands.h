@@ -23,6 +23,10 @@ Result ShowConfig(Session& session, const Arguments& arguments);
 Result ShowVlanConfig(Session& session, const Arguments& arguments);
 Result ShowCounters(Session& session, const Arguments& arguments);
 
+Result ShowMac(Session& session, const Arguments& arguments);
+Result ShowMulticast(Session& session, const Arguments& arguments);
+Result MoveClock(Session& session, const Arguments& arguments);
+
 Result CheckTables(Session& session, const Arguments& arguments);
 
 Result SendFrames(Session& session, const Arguments& arguments);
