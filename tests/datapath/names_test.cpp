@@ -40,6 +40,11 @@ TEST(Outcome, Names_AreTheseAndStable) {
       "egress_vlan_filter drop",
       "egress_rate_limited drop",
       "mirrored forward",
+      "protocol_trap trap",
+      "event_too_long drop",
+      "event_queue_full drop",
+      "event_no_reader drop",
+      "transmitted forward",
   };
   std::vector<std::string> names;
   for (const OutcomeInfo& info : AllOutcomes()) {
