@@ -59,9 +59,11 @@ TEST(Send, Capture_GivesALineForEachFrameAndCounts) {
       scratch.write("in.pcap", CaptureOf({FrameTo(kBridgeGroup), FrameTo(kUnknown)}));
   const Ran ran = RunLines({"Init", "SetPortAdminState 1 1", "send uni1 " + capture});
   EXPECT_EQ(ran.errors, "");
-  EXPECT_THAT(ran.out, HasSubstr("1      trapped  flow_trap  unit  "));
-  EXPECT_THAT(ran.out, HasSubstr("2      dropped  no_flow    -     "));
-  EXPECT_THAT(ran.out, EndsWith("2 frames: 0 forwarded, 1 trapped, 1 dropped\n"));
+  EXPECT_THAT(ran.out, HasSubstr("1      trapped  flow_trap  unit, event BPDU of port 1  "));
+  EXPECT_THAT(ran.out, HasSubstr("2      dropped  no_flow    -                           "));
+  EXPECT_THAT(
+      ran.out,
+      EndsWith("2 frames: 0 forwarded, 1 trapped, 1 dropped\n1 event waits for the library\n"));
 }
 
 TEST(Send, NumberedFrame_IsTakenAlone) {

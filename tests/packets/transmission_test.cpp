@@ -33,7 +33,7 @@ const Bytes kDhcpReply =
         "000a 0000 6869");
 
 /// A PPPoE discovery packet of a code between two stations.
-Bytes Pppoe(std::uint8_t code, std::string type = "8863") {
+Bytes Pppoe(std::uint8_t code, const std::string& type = "8863") {
   Bytes frame = Hex("020000000002 020000000001 " + type + " 11 00 0000 0004 0101 0000");
   frame.at(15) = code;
   return frame;

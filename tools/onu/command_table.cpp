@@ -136,6 +136,27 @@ std::vector<Command> FrameCommands() {
         {"Init\nSetPortAdminState 1 1\nexplain uni1 tests/data/stp.pcap#1",
          "Init\nSetPortAdminState 2 1\nexplain uni2 udp vlan 100 dport 67"}},
        ExplainFrame},
+      {{"capture",
+        {{"N", ArgumentType::Number, "at most N events", Presence::Optional}},
+        "lets the library take the events of trapped frames that wait for it, and tells what left "
+        "it: frames for the protocol clients, messages, frames sent",
+        {"Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\ncapture",
+         "Init\nSetPortAdminState 1 1\nSetDhcpTrapEnable 1\nsend uni1 dhcp\ncapture 1"}},
+       CapturePackets,
+       true},
+      {{"show transmitted",
+        {{"N", ArgumentType::Number, "only the newest N frames", Presence::Optional}},
+        "lists the frames that the library sent, with the port that each was for",
+        {"Init\nSetPortAdminState 2 1\nSendPacket 2 tests/data/stp.pcap#1\nshow transmitted"}},
+       ShowTransmitted},
+      {{"clients",
+        {{"STATE", ArgumentType::Switch, "on or off"}},
+        "serves the frames that the library hands to its protocol clients: groups are joined and "
+        "left, and every frame goes on to the other side; off, they are only recorded",
+        {"Init\nclients on\nSetVlanTransparent 1\nSetPortAdminState 1 1\nsend uni1 "
+         "tests/data/igmp-join.pcap#1\ncapture"}},
+       SwitchClients,
+       true},
   };
 }
 
@@ -150,10 +171,21 @@ std::vector<Command> LinkCommands() {
           Presence::Optional},
          {"PAUSE", ArgumentType::Flag, "the partner offers pause frames", Presence::Optional,
           "pause"}},
-        "changes what a port's cable leads to: a partner that negotiates, or none",
+        "changes what a port's cable leads to: a partner that negotiates, or none; the kernel "
+        "tells "
+        "the library's task of a link that changes",
         {"link uni1 down\nGetPortLinkState 1", "link uni1 up 100 full\nGetPortNegResult 1",
          "link uni2 up pause\nshow ports"}},
        ChangeLink,
+       true},
+      {{"button press",
+        {{"MS", ArgumentType::Number,
+          "how long, in milliseconds of the unit's time; 100 without it", Presence::Optional}},
+        "presses the reset button and lets it go; what the library's task then does is recorded "
+        "and not done",
+        {"config run-tasks on\nInit\nbutton press",
+         "config run-tasks on\nInit\nbutton press 5000"}},
+       PressButton,
        true},
   };
 }

@@ -31,9 +31,13 @@ Result CheckTables(Session& session, const Arguments& arguments);
 
 Result SendFrames(Session& session, const Arguments& arguments);
 Result ExplainFrame(Session& session, const Arguments& arguments);
+Result CapturePackets(Session& session, const Arguments& arguments);
+Result ShowTransmitted(Session& session, const Arguments& arguments);
+Result SwitchClients(Session& session, const Arguments& arguments);
 Result DrainUpstreamQueues(Session& session, const Arguments& arguments);
 
 Result ChangeLink(Session& session, const Arguments& arguments);
+Result PressButton(Session& session, const Arguments& arguments);
 
 Result FaultNth(Session& session, const Arguments& arguments);
 Result FaultFrom(Session& session, const Arguments& arguments);

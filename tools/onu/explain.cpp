@@ -7,6 +7,8 @@
 #include "datapath/outcome.h"
 #include "device/records.h"
 #include "frame_input.h"
+#include "mac_report.h"
+#include "packet_report.h"
 #include "port_argument.h"
 #include "qos_report.h"
 #include "record_report.h"
@@ -168,6 +170,13 @@ std::string OutcomeToText(const Verdict& verdict) {
   return text + CopiesToText(verdict);
 }
 
+/// The event that a trapped frame would become, and how many wait already.
+std::string EventToText(virtual_onu::PortId port, const Verdict& verdict, std::size_t pending) {
+  return verdict.eventType
+             ? "it would become " + EventOfToText(port, verdict) + "\n" + PendingToText(pending)
+             : "";
+}
+
 }  // namespace
 
 Result ExplainFrame(Session& session, const Arguments& arguments) {
@@ -187,13 +196,16 @@ Result ExplainFrame(Session& session, const Arguments& arguments) {
           ? Json(nullptr)
           : FieldsToJson(*virtual_onu::FindRecord("VlanActionRule"), BytesOf(*action));
   result.json["steps"] = explanation.actionSteps;
+  const std::size_t pending = session.unit().device().pendingEvents();
+  result.json["event"] = EventOfToJson(port, verdict);
+  result.json["pending"] = pending;
   result.json["before"] = FrameToJson(before);
   result.json["after"] = FrameToJson(verdict.frame);
   result.text = "offered at " + port.name() + ", " +
                 (verdict.dir == 0 ? "downstream" : "upstream") + "\n" + ClassesToText(explanation) +
                 PolicerToText(verdict) + ActionToText(explanation, action) + QueueToText(verdict) +
                 FrameToText("before", before) + FrameToText("after", verdict.frame) +
-                OutcomeToText(verdict);
+                OutcomeToText(verdict) + EventToText(port, verdict, pending);
   return result;
 }
 

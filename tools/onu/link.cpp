@@ -6,7 +6,9 @@
 
 #include "commands.h"
 #include "failure.h"
+#include "kernel_message.h"
 #include "link_report.h"
+#include "monitor/netlink_message.h"
 #include "port_argument.h"
 
 namespace onu {
@@ -52,6 +54,13 @@ LinkPartner PartnerOf(const Arguments& arguments) {
   return partner;
 }
 
+/// Sends the kernel's message about a port's link; false when no task listens.
+bool TellLink(Session& session, std::uint32_t uni, const std::optional<virtual_onu::Link>& link) {
+  return TellKernelTask(session, virtual_onu::LinkMessage("eth" + std::to_string(uni - 1),
+                                                          link ? link->mode.speed : 0,
+                                                          link && link->mode.fullDuplex ? 1 : 0));
+}
+
 void Check(const Arguments& arguments) {
   const bool down = arguments.word("STATE") == "down";
   if (down && (arguments.has("SPEED") || arguments.has("PAUSE"))) {
@@ -75,14 +84,17 @@ Result ChangeLink(Session& session, const Arguments& arguments) {
   LinkPartner partner = PartnerOf(arguments);
   partner.present = arguments.word("STATE") == "up";
   virtual_onu::Phy& phy = session.unit().phy(uni);
+  const std::optional<virtual_onu::Link> before = phy.link();
   phy.setPartner(partner);
+  const bool told = phy.link() != before && TellLink(session, uni, phy.link());
   session.noteChange(words);
 
   const Words link = LinkWords(phy.link());
   const bool up = phy.link().has_value();
   return {{{"port", arguments.word("PORT")},
            {"partner", partner.present},
-           {"link", LinkToJson(phy.link())}},
+           {"link", LinkToJson(phy.link())},
+           {"told", told}},
           arguments.word("PORT") + ": " + (partner.present ? "partner" : "no partner") +
               (up ? ", link up, " + link[1] + " Mbit/s " + link[2] + " duplex, pause " + link[3]
                   : std::string(", link down")) +

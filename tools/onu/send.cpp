@@ -7,6 +7,7 @@
 #include "datapath/frame.h"
 #include "datapath/outcome.h"
 #include "frame_input.h"
+#include "packet_report.h"
 #include "port_argument.h"
 #include "text_table.h"
 #include "verdict_report.h"
@@ -22,13 +23,19 @@ using virtual_onu::Verdict;
 /// Offers one frame, notes it in the journal, and reports it.
 Json Offer(Session& session, PortId port, const InputFrame& input, Verdict& verdict) {
   const virtual_onu::Bytes& bytes = input.frame.bytes;
-  Observation seen =
-      session.observe([&] { verdict = session.unit().dataPath().offer(port, bytes); });
+  Observation seen = session.observe([&] { verdict = session.unit().receive(port, bytes); });
   Json json = VerdictToJson(verdict);
   json["frame"] = FrameToJson(verdict.frame);
+  json["event"] = EventOfToJson(port, verdict);
   session.journal().entries.push_back(
       {{"send", port.name(), virtual_onu::ToHex(bytes)}, json, std::move(seen.events)});
   return json;
+}
+
+/// Where a frame goes: ports, the unit itself with the event that it becomes, or nowhere.
+std::string Destination(PortId port, const Verdict& verdict) {
+  const std::string event = EventOfToText(port, verdict);
+  return DestinationOf(verdict) + (event.empty() ? "" : ", " + event);
 }
 
 /// Writes the frame to the capture of each place that it left by.
@@ -86,14 +93,17 @@ Result SendFrames(Session& session, const Arguments& arguments) {
     const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
     counts.add(outcome.disposition);
     table.add({std::to_string(list.size()), std::string(DispositionDone(outcome.disposition)),
-               std::string(outcome.name), DestinationOf(verdict) + CopiesOf(verdict),
+               std::string(outcome.name), Destination(port, verdict) + CopiesOf(verdict),
                virtual_onu::SummarizeFrame(input.frame.bytes)});
     if (captures) {
       WriteCaptures(*captures, verdict, input.frame.time);
     }
   }
   result.json["counts"] = counts.json;
-  result.text = table.text("no frames") + counts.text();
+  const std::size_t pending = session.unit().device().pendingEvents();
+  result.json["pending"] = pending;
+  result.text = table.text("no frames") + counts.text() +
+                (counts.json["trap"] == 0 ? "" : PendingToText(pending));
   if (captures) {
     result.json["captures"] = captures->finish();
   }

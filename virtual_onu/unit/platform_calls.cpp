@@ -1,8 +1,13 @@
 /// @file
 /// The platform calls that the library imports, answered by the current unit. Without a unit every
 /// call fails in the way that its declaration names.
+#include <algorithm>
+#include <array>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <string>
 #include <strings.h>
 
 #include <platform_chip.h>
@@ -14,6 +19,7 @@
 #include "unit/unit.h"
 
 using virtual_onu::ByteView;
+using virtual_onu::Client;
 using virtual_onu::PlatformConfig;
 using virtual_onu::Unit;
 
@@ -27,20 +33,32 @@ std::uint32_t Configured(std::uint32_t PlatformConfig::*number) {
   return unit == nullptr ? 0 : unit->platform().config().*number;
 }
 
-/// Notes a frame given to a protocol client, which takes it and does nothing; its result is
-/// configured.
-std::uint32_t NoteClient(const char* client, ByteView frame, std::uint32_t vid,
-                         std::uint32_t port) {
+/// Gives a frame to a protocol client and notes it; without a client its result is configured.
+std::uint32_t CallClient(const virtual_onu::ClientCall& call) {
   Unit* unit = Unit::Current();
   if (unit == nullptr) {
     return 0;
   }
-  const std::uint32_t result = unit->platform().config().clientResult;
-  unit->trace().add(virtual_onu::CallEvent{std::string(client) + "(" + virtual_onu::ToHex(frame) +
-                                               ", vid " + std::to_string(vid) + ", port " +
-                                               std::to_string(port) + ")",
-                                           result});
+  const std::string noted = std::string(virtual_onu::Name(call.client)) + "(" +
+                            virtual_onu::ToHex(call.frame) + ", vid " + std::to_string(call.vid) +
+                            ", port " + std::to_string(call.port) + ")";
+  const std::uint32_t result =
+      unit->callClient(call).value_or(unit->platform().config().clientResult);
+  unit->trace().add(virtual_onu::CallEvent{noted, result});
   return result;
+}
+
+/// Gives a BPDU to the spanning-tree process, which gets it in a message: port, length, frame.
+void CallSpanningTree(const Unit& unit, ByteView message) {
+  constexpr std::size_t kHeader = 8;
+  std::array<std::uint32_t, 2> words = {};
+  if (message.size() < kHeader) {
+    return;
+  }
+  std::memcpy(words.data(), message.data(), kHeader);
+  const auto [port, length] = words;
+  const ByteView frame = message.subspan(kHeader);
+  unit.callClient({Client::Stp, frame.first(std::min<std::size_t>(length, frame.size())), 0, port});
 }
 
 }  // namespace
@@ -78,10 +96,18 @@ std::int32_t VOS_System(const char* format, ...) {
 
 std::uint32_t VOS_MsgSend(std::uint32_t module, std::uint32_t code, void* message,
                           std::uint32_t length) {
+  constexpr std::uint32_t kStpModule = 0xA3C0;
+  constexpr std::uint32_t kReceivedBpdu = 0x1500;
   Unit* unit = Unit::Current();
-  return unit == nullptr ? 1
-                         : unit->platform().sendMessage(
-                               module, code, {static_cast<const std::uint8_t*>(message), length});
+  if (unit == nullptr) {
+    return 1;
+  }
+  const ByteView bytes = {static_cast<const std::uint8_t*>(message), length};
+  const std::uint32_t result = unit->platform().sendMessage(module, code, bytes);
+  if (module == kStpModule && code == kReceivedBpdu) {
+    CallSpanningTree(*unit, bytes);
+  }
+  return result;
 }
 
 void VOS_TaskDelay(std::uint32_t milliseconds) {
@@ -166,22 +192,22 @@ std::uint32_t BCM6838X_sysGetFactoryMode(std::uint32_t* mode) {
 
 std::uint32_t IGMP_DispatchPacket(std::uint8_t* frame, std::uint32_t size, std::uint32_t vid,
                                   std::uint32_t srcPort) {
-  return NoteClient("IGMP_DispatchPacket", {frame, size}, vid, srcPort);
+  return CallClient({Client::Igmp, {frame, size}, vid, srcPort});
 }
 
 std::uint32_t MLD_DispatchPacket(std::uint8_t* frame, std::uint32_t size, std::uint32_t vid,
                                  std::uint32_t srcPort) {
-  return NoteClient("MLD_DispatchPacket", {frame, size}, vid, srcPort);
+  return CallClient({Client::Mld, {frame, size}, vid, srcPort});
 }
 
 std::uint32_t DHCPRELAY_HandlePacket(std::uint8_t* frame, std::uint32_t length, std::uint32_t vlan,
                                      std::uint32_t port) {
-  return NoteClient("DHCPRELAY_HandlePacket", {frame, length}, vlan, port);
+  return CallClient({Client::Dhcp, {frame, length}, vlan, port});
 }
 
 std::uint32_t PPPOERELAY_HandlePacket(std::uint8_t* frame, std::uint32_t length, std::uint32_t vlan,
                                       std::uint32_t port) {
-  return NoteClient("PPPOERELAY_HandlePacket", {frame, length}, vlan, port);
+  return CallClient({Client::Pppoe, {frame, length}, vlan, port});
 }
 
 std::int32_t devCtl_boardIoctl(std::uint32_t request, std::uint32_t action, char* string,

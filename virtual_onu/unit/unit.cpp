@@ -62,6 +62,20 @@ Unit::Unit(UnitConfig config)
   platform_.setShellRunner([this](std::string line) { return shell_.run(std::move(line)); });
 }
 
+void Unit::onClientCall(ClientTaker taker) {
+  const std::lock_guard lock(clientMutex_);
+  clientTaker_ = std::move(taker);
+}
+
+std::optional<std::uint32_t> Unit::callClient(const ClientCall& call) const {
+  ClientTaker taker;
+  {
+    const std::lock_guard lock(clientMutex_);
+    taker = clientTaker_;
+  }
+  return taker ? std::optional(taker(call)) : std::nullopt;
+}
+
 void Unit::endTasks() {
   monitor_.end();
   platform_.joinTasks();

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <mutex>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "phy/interfaces.h"
 #include "platform/platform.h"
 #include "shell/shell.h"
+#include "unit/client_call.h"
 #include "unit/packet_path.h"
 
 namespace virtual_onu {
@@ -66,6 +68,13 @@ class Unit {
     return packetPath_.transmissions(from);
   }
 
+  /// Who takes what the library hands to its protocol clients, on the thread that hands it over;
+  /// with an empty function the frames are noted and the configured result is returned.
+  void onClientCall(ClientTaker taker);
+
+  /// Hands a frame to the taker; nothing when there is none.
+  std::optional<std::uint32_t> callClient(const ClientCall& call) const;
+
   /// Until the lock is gone no command is carried out and no frame decided: dataPath() and the
   /// device's tables may be read while other threads work. Its holder must not call receive(), nor
   /// anything of the device that locks.
@@ -90,6 +99,8 @@ class Unit {
   Platform platform_;
   DataPath dataPath_;
   PacketPath packetPath_;
+  mutable std::mutex clientMutex_;
+  ClientTaker clientTaker_;
 };
 
 }  // namespace virtual_onu

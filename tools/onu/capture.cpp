@@ -1,0 +1,92 @@
+/// @file
+/// The commands of the packet path: letting the library take the events that wait for it, and the
+/// list of what it sent.
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include <hal_bcm6838x.h>
+
+#include "clients/protocol_clients.h"
+#include "commands.h"
+#include "event_report.h"
+#include "operation_call.h"
+#include "packet_report.h"
+
+namespace onu {
+
+namespace {
+
+using virtual_onu::TraceEvent;
+using virtual_onu::Transmission;
+
+/// The number that the next transmission gets.
+std::uint64_t NextTransmission(const virtual_onu::Unit& unit) {
+  const std::vector<Transmission> sent = unit.transmissions();
+  return sent.empty() ? 1 : sent.back().number + 1;
+}
+
+/// Lets the library take one event, and reports what left it.
+Json TakeOne(Session& session, std::vector<TraceEvent>& all, std::string& text) {
+  std::uint32_t value = 0;
+  Observation seen = session.observe([&value] { value = BCM6838X_CapturePacket(); });
+  Json json = {{"result", value}, {"status", std::string(StatusName(value))}};
+  Json& left = json["left"] = Json::array();
+  text +=
+      "CapturePacket() = " + std::to_string(value) + " (" + std::string(StatusName(value)) + ")\n";
+  for (const TraceEvent& event : seen.events) {
+    left.push_back(EventToDecodedJson(event));
+    text += EventToText(event);
+  }
+  std::ranges::move(seen.events, std::back_inserter(all));
+  return json;
+}
+
+}  // namespace
+
+Result CapturePackets(Session& session, const Arguments& arguments) {
+  virtual_onu::Unit& unit = session.unit();
+  const std::size_t waiting = unit.device().pendingEvents();
+  const std::size_t wanted = arguments.optionalNumber("N").value_or(waiting);
+  const std::uint64_t first = NextTransmission(unit);
+  std::vector<TraceEvent> all;
+  Result result;
+  Json& taken = result.json["events"] = Json::array();
+  while (taken.size() < std::min(waiting, wanted)) {
+    taken.push_back(TakeOne(session, all, result.text));
+  }
+  const std::vector<Transmission> sent = unit.transmissions(first);
+  const std::size_t pending = unit.device().pendingEvents();
+  result.json["transmitted"] = TransmissionsToJson(sent);
+  result.json["pending"] = pending;
+  result.text += taken.empty() ? "no event was taken\n" : "";
+  result.text += TransmissionsToText(sent, "nothing was transmitted") + PendingToText(pending);
+  Words words = {"capture"};
+  if (arguments.has("N")) {
+    words.push_back(arguments.word("N"));
+  }
+  session.journal().entries.push_back({words, result.json, std::move(all)});
+  return result;
+}
+
+Result ShowTransmitted(Session& session, const Arguments& arguments) {
+  std::vector<Transmission> sent = session.unit().transmissions();
+  const std::size_t newest = arguments.optionalNumber("N").value_or(sent.size());
+  if (newest < sent.size()) {
+    sent.erase(sent.begin(), sent.end() - static_cast<std::ptrdiff_t>(newest));
+  }
+  return {{{"transmitted", TransmissionsToJson(sent)}},
+          TransmissionsToText(sent, "nothing was transmitted")};
+}
+
+Result SwitchClients(Session& session, const Arguments& arguments) {
+  const bool on = arguments.word("STATE") == "on";
+  session.unit().onClientCall(on ? virtual_onu::ClientTaker(virtual_onu::ServeClient)
+                                 : virtual_onu::ClientTaker());
+  session.noteChange({"clients", arguments.word("STATE")});
+  return {{{"clients", on}}, std::string("protocol clients ") + (on ? "on" : "off") + "\n"};
+}
+
+}  // namespace onu
