@@ -7,7 +7,6 @@
 #include "datapath/outcome.h"
 #include "device/records.h"
 #include "frame_input.h"
-#include "mac_report.h"
 #include "packet_report.h"
 #include "port_argument.h"
 #include "qos_report.h"
