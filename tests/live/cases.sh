@@ -165,6 +165,12 @@ case_dhcp_trapped() {
   trapped_and_sent
 }
 
+# With the relay on, the relay's client sends them on.
+case_dhcp_relay_on() {
+  dhcp 'SetDhcpTrapEnable 1'
+  trapped_and_sent
+}
+
 # trapped_and_sent: every frame that was trapped went on to the WAN side.
 trapped_and_sent() {
   local trapped
@@ -191,21 +197,80 @@ case_pppoe_relay_off() {
   [ "$(counted uni1 trapped)" -eq 0 ] || fail "expected no frame trapped"
 }
 
+case_pppoe_relay_on() {
+  pppoe 'SetPPPoETrapEnable 1'
+  trapped_and_sent
+}
+
 case_pppoe_trapped() {
   pppoe 'Ioctl PPPOE_TRAP portIndex=0 enable=1'
   trapped_and_sent
 }
 
-# The frames of a bridge that runs the spanning tree reach the unit's spanning-tree process, each as a
-# message.
+# The frames of a bridge that runs the spanning tree reach the unit's spanning-tree process, which sends
+# them on to a bridge of the provider: that one sees the other's root.
 case_spanning_tree() {
   start 'uni1/0 wan/0' 'SetVlanTransparent 1'
-  ip -n "$home" link add bridge type bridge stp_state 1 || skip "needs bridges"
-  ip -n "$home" link set uni1 master bridge
-  ip -n "$home" link set bridge up
-  sleep 3 # the bridge sends one BPDU every two seconds
+  bridge "$home" uni1 10
+  bridge "$isp" wan 20
+  until_true sees_the_root || fail "expected the root of home at isp"
   stop
+  trapped_and_sent
   [ "$(counted uni1 flow_trap)" -gt 0 ] || fail "expected BPDUs to be trapped"
-  grep -q "\"messages\":$(counted uni1 flow_trap),\"" "$work/results" || fail "expected a message for each BPDU"
-  [ "$(counted wan framesOut)" -eq 0 ] || fail "expected no BPDU at the WAN side"
 }
+
+# bridge NETNS INTERFACE PRIORITY: a bridge that runs the spanning tree on the interface.
+bridge() {
+  ip -n "$1" link add bridge type bridge stp_state 1 priority "$3" || skip "needs bridges"
+  ip -n "$1" link set "$2" master bridge
+  ip -n "$1" link set bridge up
+}
+
+sees_the_root() {
+  [ "$(at_isp cat /sys/class/net/bridge/bridge/root_id)" = "$(at_home cat /sys/class/net/bridge/bridge/bridge_id)" ]
+}
+
+# A receiver joins a group and gets what is sent to it; nobody else's groups come to the port.
+case_multicast() {
+  needs python3
+  start 'uni1/0 wan/0' 'SetVlanTransparent 1'
+  address "$home" uni1 192.0.2.1
+  address "$isp" wan 192.0.2.2
+  send_to_groups
+  wait_for_no_member || fail "expected groups without a member to be sent"
+  at_home timeout 10 python3 - 192.0.2.1 >"$work/received" 2>&1 <<'PYTHON' || fail "$(cat "$work/received")"
+import socket
+import sys
+receiver = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+receiver.bind(("233.252.0.1", 5000))
+receiver.settimeout(5)
+receiver.setsockopt(socket.IPPROTO_IP, socket.IP_ADD_MEMBERSHIP,
+                    socket.inet_aton("233.252.0.1") + socket.inet_aton(sys.argv[1]))
+print(receiver.recv(100).decode())
+PYTHON
+  [ "$(cat "$work/received")" = 'to 233.252.0.1' ] || fail "received $(cat "$work/received")"
+  stop
+  [ "$(counted wan group_forward)" -gt 0 ] || fail "expected frames to the group's member"
+  [ "$(counted wan no_group_member)" -gt "$(counted wan group_forward)" ] || fail "expected other groups to be dropped"
+  [ "$(counted uni1 framesOut)" -eq "$(($(counted wan group_forward) + $(counted wan flow_forward)))" ] ||
+    fail "expected no frame of another group at the port"
+}
+
+# send_to_groups: sends ten datagrams a second to each of two groups, for ten seconds at most.
+send_to_groups() {
+  at_isp timeout 10 python3 - 192.0.2.2 "$work/sending" 2>"$work/sender.log" <<'PYTHON' &
+import socket
+import sys
+import time
+sender = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+sender.setsockopt(socket.IPPROTO_IP, socket.IP_MULTICAST_IF, socket.inet_aton(sys.argv[1]))
+for turn in range(100):
+    for group in ("233.252.0.1", "233.252.0.2"):
+        sender.sendto(("to " + group).encode(), (group, 5000))
+    if turn == 3:
+        open(sys.argv[2], "w").close()
+    time.sleep(0.1)
+PYTHON
+}
+
+wait_for_no_member() { until_true test -e "$work/sending"; }

@@ -100,7 +100,7 @@ TEST_F(Live, End_ListsWhatCrossedThePorts) {
           "lost  events lost\n"
           "wan   " +
           near0 +
-          "       0   0       0          0        0        1    64      0"
+          "       0   0       0          0        0        2    124     1"
           "            0     0\n"
           "uni1  " +
           near1 +
@@ -110,7 +110,7 @@ TEST_F(Live, End_ListsWhatCrossedThePorts) {
           "uni1  flow_forward  1\n"
           "uni1  flow_trap     1\n"
           "uni1  no_flow       1\n"
-          "trace: 0 commands, 0 log lines, 0 shell lines, 1 message, 1 other call\n"));
+          "trace: 1 command, 0 log lines, 0 shell lines, 1 message, 1 other call\n"));
 }
 
 TEST_F(Live, End_ListsWhatCrossedThePortsAsJson) {
@@ -126,13 +126,13 @@ TEST_F(Live, End_ListsWhatCrossedThePortsAsJson) {
       {"port": "wan", "interface": "fd:)" +
                                   std::to_string(wan.near()) + R"(",
        "framesIn": 0, "octetsIn": 0, "forwarded": 0, "trapped": 0, "dropped": 0,
-       "framesOut": 1, "octetsOut": 64, "transmitted": 0, "lost": 0, "eventsLost": 0, "outcomes": {}},
+       "framesOut": 2, "octetsOut": 124, "transmitted": 1, "lost": 0, "eventsLost": 0, "outcomes": {}},
       {"port": "uni1", "interface": "fd:)" +
                                   std::to_string(uni1.near()) + R"(",
        "framesIn": 3, "octetsIn": 184, "forwarded": 1, "trapped": 1, "dropped": 1,
        "framesOut": 0, "octetsOut": 0, "transmitted": 0, "lost": 0, "eventsLost": 0,
        "outcomes": {"flow_forward": 1, "flow_trap": 1, "no_flow": 1}}],
-      "trace": {"commands": 0, "logLines": 0, "shellLines": 0, "messages": 1, "calls": 1}})"));
+      "trace": {"commands": 1, "logLines": 0, "shellLines": 0, "messages": 1, "calls": 1}})"));
 }
 
 TEST_F(Live, WithoutFrames_SaysSo) {
@@ -192,6 +192,21 @@ TEST_F(Live, TrappedFrame_IsHandedToTheLibraryWhichPutsItBack) {
   EXPECT_EQ(wan.next(), Bytes());
   EXPECT_THAT(finished.out, HasSubstr("\nuni1  protocol_trap  2\n"));
   EXPECT_THAT(finished.out, HasSubstr("\ntrace: 2 commands, "));
+}
+
+TEST_F(Live, ProtocolClients_ServeUnlessTheScriptSwitchesThemOff) {
+  uni1.send(Frame({"stp"}));
+  const Finished finished = run({"--script", "-"}, kTagMode);
+  EXPECT_EQ(finished.status, 0);
+  EXPECT_EQ(wan.next(), Frame({"stp"}));
+}
+
+TEST_F(Live, ProtocolClients_SwitchedOff_ServeNothing) {
+  uni1.send(Frame({"stp"}));
+  const Finished finished = run({"--script", "-"}, std::string(kTagMode) + "clients off\n");
+  EXPECT_EQ(finished.status, 0);
+  EXPECT_EQ(wan.next(), Bytes());
+  EXPECT_THAT(finished.out, HasSubstr("\nuni1  flow_trap  1\n"));
 }
 
 TEST_F(Live, PortsWithoutAnEnd_HaveNoLink) {

@@ -10,6 +10,7 @@
 
 #include <hal_bcm6838x.h>
 
+#include "clients/protocol_clients.h"
 #include "live/capture_thread.h"
 #include "live/pump.h"
 #include "live/real_time.h"
@@ -180,6 +181,7 @@ void PrepareLive(Options& options) {
   options.session.settings.platform.runTasks = true;
   options.session.prepare = [bindings = options.live->bindings](Unit& unit) {
     Unplug(unit, bindings);
+    unit.onClientCall(virtual_onu::ServeClient);
   };
 }
 

@@ -8,8 +8,8 @@
 
 namespace onu {
 
-/// Changes the session's options to those of a unit that runs live: its tasks run, and only the
-/// ports that are bound have a cable.
+/// Changes the session's options to those of a unit that runs live: its tasks run, its
+/// protocol clients serve, and only the ports that are bound have a cable.
 void PrepareLive(Options& options);
 
 /// Binds the ports, configures the unit, and carries frames until a signal comes, the time is over
