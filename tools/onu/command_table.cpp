@@ -52,6 +52,34 @@ std::vector<Command> ShowObjectCommands() {
   };
 }
 
+std::vector<Command> StatsCommands() {
+  return {
+      {{"show stats",
+        {{"N", ArgumentType::Number, "only UNI port N, from 1", Presence::Optional},
+         {"WATCH", ArgumentType::Flag,
+          "the rates of the chip's counters instead, by the second of the unit's time: first those "
+          "since the last watch, or since the start of the unit; a second passes with each line, "
+          "and at the prompt it lasts a second, until Ctrl-C",
+          Presence::Optional, "--watch"},
+         {"COUNT", ArgumentType::Number, "ends the watch after so many lines", Presence::Optional,
+          "--count"}},
+        "lists the counters of the UNI ports since the last clear, as the library returns them; "
+        "that takes a command for each",
+        {"Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\nshow stats",
+         "Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\nshow stats 1 --watch --count "
+         "2"}},
+       ShowStats,
+       true},
+      {{"clear stats",
+        {{"N", ArgumentType::Number, "UNI port, from 1"}},
+        "lets the library count a port from here on; the chip's counters go on. The library's "
+        "first "
+        "request for a port names port 0, which the driver takes for UNI port 1",
+        {"InitDrv\nclear stats 1\nshow stats 1"}},
+       ClearStats},
+  };
+}
+
 std::vector<Command> QosCommands() {
   return {
       {{"show qos",
@@ -272,9 +300,9 @@ std::vector<Command> ProgramCommands() {
 
 std::vector<Command> MakeTable() {
   std::vector<Command> table;
-  for (const auto& part :
-       {ShowObjectCommands(), QosCommands(), ShowStateCommands(), SwitchingCommands(),
-        FrameCommands(), LinkCommands(), FaultCommands(), StateCommands(), ProgramCommands()}) {
+  for (const auto& part : {ShowObjectCommands(), QosCommands(), StatsCommands(),
+                           ShowStateCommands(), SwitchingCommands(), FrameCommands(),
+                           LinkCommands(), FaultCommands(), StateCommands(), ProgramCommands()}) {
     table.insert(table.end(), part.begin(), part.end());
   }
   return table;

@@ -47,6 +47,8 @@ Result FaultShow(Session& session, const Arguments& arguments);
 
 Result ChangeConfig(Session& session, const Arguments& arguments);
 Result ClearCounters(Session& session, const Arguments& arguments);
+Result ShowStats(Session& session, const Arguments& arguments);
+Result ClearStats(Session& session, const Arguments& arguments);
 Result ClearTrace(Session& session, const Arguments& arguments);
 
 Result JournalSave(Session& session, const Arguments& arguments);

@@ -60,12 +60,16 @@ ExitStatus RunLines(Session& session, const Options& options) {
 ExitStatus Run(const Options& options) {
   Console console;
   FILE* terminal = console.terminal();
-  Session session(options.session, console, [terminal](std::string_view text) {
+  const bool prompt = !options.live && !options.help && !options.script &&
+                      options.commands.empty() && isatty(STDIN_FILENO) == 1;
+  SessionOptions sessionOptions = options.session;
+  if (prompt) {
+    sessionOptions.makeTicker = MakeRealTicker;
+  }
+  Session session(sessionOptions, console, [terminal](std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), terminal);
     std::fflush(terminal);
   });
-  const bool prompt = !options.live && !options.help && !options.script &&
-                      options.commands.empty() && isatty(STDIN_FILENO) == 1;
   const ExitStatus status = prompt ? RunPrompt(session, terminal) : RunLines(session, options);
   if (std::ferror(terminal) != 0) {
     throw WorkFailed("cannot write to standard output");

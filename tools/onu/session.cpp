@@ -17,6 +17,7 @@ Session::Session(const SessionOptions& options, Console& console, Sink out)
     : json_(options.json),
       console_(console),
       prepare_(options.prepare),
+      makeTicker_(options.makeTicker),
       out_(std::move(out)),
       log_(options.log) {
   restart(options.settings);
@@ -94,6 +95,7 @@ void Session::startUnit(const Settings& settings) {
   unit_.reset();
   unit_ = std::make_unique<virtual_onu::Unit>(
       virtual_onu::UnitConfig{settings.platform, settings.chip, {}});
+  rates_ = {};
   unit_->platform().setPerformanceMarker(settings.performanceMarker);
   unit_->trace().setListener([this](const virtual_onu::TraceEvent& event) { hear(event); });
   if (prepare_) {

@@ -15,6 +15,8 @@
 #include "console.h"
 #include "journal.h"
 #include "json_output.h"
+#include "rate_meter.h"
+#include "ticker.h"
 #include "unit/unit.h"
 #include "words.h"
 
@@ -39,6 +41,9 @@ struct SessionOptions {
   Settings settings;
   /// What is done to every unit before it is used.
   std::function<void(virtual_onu::Unit& unit)> prepare = {};
+  /// Makes the seconds of a command that watches; without it they pass at once, in the unit's time
+  /// alone.
+  std::function<std::unique_ptr<Ticker>()> makeTicker = {};
 };
 
 /// Takes what is printed, whole lines at a time.
@@ -75,6 +80,12 @@ class Session {
   virtual_onu::Unit& unit() { return *unit_; }
   [[nodiscard]] const virtual_onu::Unit& unit() const { return *unit_; }
   Journal& journal() { return journal_; }
+  RateMeter& rates() { return rates_; }
+
+  /// The seconds of a command that watches; null where they pass at once.
+  [[nodiscard]] std::unique_ptr<Ticker> makeTicker() const {
+    return makeTicker_ ? makeTicker_() : nullptr;
+  }
 
   /// Prints a result as that of a command.
   void print(std::string_view command, const Result& result);
@@ -91,11 +102,13 @@ class Session {
   const bool json_;
   Console& console_;
   const std::function<void(virtual_onu::Unit& unit)> prepare_;
+  const std::function<std::unique_ptr<Ticker>()> makeTicker_;
   std::mutex mutex_;  ///< guards what events of other threads touch: out_, log_ and pending_
   Sink out_;
   bool log_;
   std::vector<virtual_onu::TraceEvent> pending_;
   Journal journal_;
+  RateMeter rates_;
   std::unique_ptr<virtual_onu::Unit> unit_;
   bool done_ = false;
 };
