@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <hal_bcm6838x.h>
@@ -53,15 +54,16 @@ Result CapturePackets(Session& session, const Arguments& arguments) {
   const std::uint64_t first = NextTransmission(unit);
   std::vector<TraceEvent> all;
   Result result;
-  Json& taken = result.json["events"] = Json::array();
+  Json taken = Json::array();
   while (taken.size() < std::min(waiting, wanted)) {
     taken.push_back(TakeOne(session, all, result.text));
   }
   const std::vector<Transmission> sent = unit.transmissions(first);
   const std::size_t pending = unit.device().pendingEvents();
+  result.text += taken.empty() ? "no event was taken\n" : "";
+  result.json["events"] = std::move(taken);
   result.json["transmitted"] = TransmissionsToJson(sent);
   result.json["pending"] = pending;
-  result.text += taken.empty() ? "no event was taken\n" : "";
   result.text += TransmissionsToText(sent, "nothing was transmitted") + PendingToText(pending);
   Words words = {"capture"};
   if (arguments.has("N")) {
