@@ -145,8 +145,9 @@ TEST_F(MonitorTest, InitKernelMonitorFd_RegistrationFails_ClosesTheSocketAndRetu
   const std::string number = std::to_string(fd);
   std::string expected;
   for (const std::string result : {"-3", "1", "77"}) {
-    expected += "kernelMonitorFd = " + number + "\nfailed to register fd " + number +
-                " with kernel monitor, ret = " + result + "\n";
+    expected.append("kernelMonitorFd = ").append(number);
+    expected.append("\nfailed to register fd ").append(number);
+    expected.append(" with kernel monitor, ret = ").append(result).append("\n");
   }
   EXPECT_EQ(text, expected) << "closed each time, so that the number is given out again";
   EXPECT_EQ(fcntl(fd, F_GETFD), -1);
