@@ -207,7 +207,7 @@ Result ShowStats(Session& session, const Arguments& arguments) {
   if (arguments.has("COUNT")) {
     throw WrongUse("--count: expected --watch with it");
   }
-  const Result result = ReadCounters(PortsOf(session, arguments));
+  Result result = ReadCounters(PortsOf(session, arguments));
   session.noteChange(WordsOf(arguments));
   return result;
 }
