@@ -19,7 +19,6 @@
 namespace hal_test {
 namespace {
 
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -91,7 +90,7 @@ std::string Console(Operation operation) {
   testing::internal::CaptureStdout();
   operation();
   return std::regex_replace(testing::internal::GetCapturedStdout(),
-                            std::regex("(BCM6838X_\\w+)\\(\\d+\\)"), "$1(<line>)");
+                            std::regex(R"((BCM6838X_\w+)\(\d+\))"), "$1(<line>)");
 }
 
 class McastChannelTest : public LibraryTest {

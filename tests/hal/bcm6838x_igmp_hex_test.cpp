@@ -14,6 +14,7 @@ namespace hal_test {
 namespace {
 
 constexpr std::size_t kBytes = 64;
+constexpr std::size_t kColumn = 3;  ///< characters of a byte in a row
 using Buffer = std::array<std::uint8_t, kBytes>;
 
 /// The low 32 bits of an address, as eight digits.
@@ -60,10 +61,10 @@ TEST(PrintHex, OneByte_TheRestOfTheRowIsBlank) {
 TEST(PrintHex, EightAndNineBytes_TwoMoreBlanksStandAfterTheEighth) {
   const Buffer buffer = Letters();
   EXPECT_EQ(Printed(buffer.data(), 8), Head(buffer, "8") + "00000000: 41 42 43 44 45 46 47 48   " +
-                                           std::string(8 * 3, ' ') + "; ABCDEFGH\r\n");
+                                           std::string(8 * kColumn, ' ') + "; ABCDEFGH\r\n");
   EXPECT_EQ(Printed(buffer.data(), 9), Head(buffer, "9") +
                                            "00000000: 41 42 43 44 45 46 47 48   49 " +
-                                           std::string(7 * 3, ' ') + "; ABCDEFGHI\r\n");
+                                           std::string(7 * kColumn, ' ') + "; ABCDEFGHI\r\n");
 }
 
 TEST(PrintHex, WholeRows_EndWithABlankRow) {
@@ -79,9 +80,9 @@ TEST(PrintHex, WholeRows_EndWithABlankRow) {
 
 TEST(PrintHex, Characters_FromBlankToOneHundredTwentyEightStandAsTheyAre) {
   const Buffer buffer = {0, 31, 32, 33, 126, 127, 128, 129, 255, 0x0A};
-  EXPECT_EQ(Printed(buffer.data(), 10), Head(buffer, "10") +
-                                            "00000000: 00 1F 20 21 7E 7F 80 81   FF 0A " +
-                                            std::string(6 * 3, ' ') + "; .. !~\x7F\x80...\r\n");
+  EXPECT_EQ(Printed(buffer.data(), 10),
+            Head(buffer, "10") + "00000000: 00 1F 20 21 7E 7F 80 81   FF 0A " +
+                std::string(6 * kColumn, ' ') + "; .. !~\x7F\x80...\r\n");
 }
 
 }  // namespace

@@ -109,7 +109,7 @@ TEST_F(InitVlanTest, Again_ClearsTheRecordsOfThePortsAndLeavesTheOthers) {
   }
   BCM6838X_InitVlan();
   Config expected(4);
-  for (const std::uint32_t port : {5, 32}) {
+  for (const std::uint32_t port : {5U, 32U}) {
     expected.trunk(port, 0, 100).translation(port, 0, 10, 20, 0, 0).priority(port, 5);
   }
   EXPECT_EQ(configNow(), expected.sent());

@@ -19,7 +19,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 constexpr std::uint32_t kCapacity = 512;
@@ -308,7 +307,7 @@ class ListEffectTest : public VlanPortTest {
     forget();
   }
 
-  [[nodiscard]] auto hasFlowsOf(std::uint32_t vid) const {
+  [[nodiscard]] static auto hasFlowsOf(std::uint32_t vid) {
     return Contains(HasSubstr("outerVid=" + std::to_string(vid) + " "));
   }
 };

@@ -26,7 +26,6 @@ namespace hal_test {
 namespace {
 
 using testing::Contains;
-using testing::HasSubstr;
 
 constexpr std::size_t kModes = std::size(kModeSetters);
 
