@@ -83,7 +83,7 @@ TEST(PacketOperation, Transmits_OfEachKind) {
 }
 
 TEST(PacketOperation, AFrameTooLongForItsRecord_IsToldWhole) {
-  const std::string longFrame = kUntagged + std::string(2 * 2000, '0');
+  const std::string longFrame = kUntagged + std::string(4000, '0');  // two digits a byte
   EXPECT_THAT(RunLines({"InitDrv", "SendDhcpPkt 3 " + longFrame}).out,
               EndsWith(" = 2 (invalid)\n"));
 }
