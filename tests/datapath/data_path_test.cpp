@@ -204,7 +204,7 @@ TEST(DataPath, Counters_CountFramesAndOctetsByPortAndOutcome) {
 
   const auto text = [&path] {
     std::vector<std::string> lines;
-    for (const OutcomeCount& count : path.counters()) {
+    for (const OutcomeCount& count : path.counters().outcomes()) {
       lines.push_back(count.port.name() + " " + std::string(Describe(count.outcome).name) + " " +
                       std::to_string(count.frames) + " " + std::to_string(count.octets));
     }
@@ -213,7 +213,7 @@ TEST(DataPath, Counters_CountFramesAndOctetsByPortAndOutcome) {
   EXPECT_EQ(text(), (std::vector<std::string>{"wan no_class 1 20", "uni1 runt_frame 1 1",
                                               "uni2 flow_forward 2 40", "uni2 no_flow 1 16"}));
   path.clearCounters();
-  EXPECT_TRUE(path.counters().empty());
+  EXPECT_TRUE(path.counters().outcomes().empty());
   path.offer(kUni1, Hex("02"));
   EXPECT_EQ(text(), std::vector<std::string>{"uni1 runt_frame 1 1"});
 }

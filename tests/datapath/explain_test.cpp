@@ -115,9 +115,9 @@ TEST(Explain, LeavesTheCountersAlone) {
   chip.addMatchAll(kUp);
   DataPath path(chip.tables, chip.ports(kUniPorts));
   EXPECT_EQ(path.explain(kUni1, Hex(kTagged)).verdict.outcome, Outcome::FlowForward);
-  EXPECT_TRUE(path.counters().empty());
+  EXPECT_TRUE(path.counters().outcomes().empty());
   path.offer(kUni1, Hex(kTagged));
-  EXPECT_EQ(path.counters().size(), 1U);
+  EXPECT_EQ(path.counters().outcomes().size(), 1U);
 }
 
 /// Classes and flows of both directions that lead to every outcome that a flow can give.

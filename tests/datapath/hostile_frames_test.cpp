@@ -61,7 +61,7 @@ void Try(DataPath& path, ByteView bytes) {
 
 std::uint64_t FramesCounted(const DataPath& path) {
   std::uint64_t frames = 0;
-  for (const OutcomeCount& count : path.counters()) {
+  for (const OutcomeCount& count : path.counters().outcomes()) {
     frames += count.frames;
   }
   return frames;

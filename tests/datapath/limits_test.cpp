@@ -138,7 +138,7 @@ TEST_F(LimitsTest, PolicedFrame_IsNamedCountedAndGoesNowhere) {
   EXPECT_EQ(verdict.flowIndex, 0U);
   EXPECT_FALSE(verdict.queue);
   EXPECT_TRUE(verdict.egress().empty());
-  EXPECT_EQ(path.portCount(PortId::Wan()).framesOut, 0U);
+  EXPECT_EQ(path.counters().portCount(PortId::Wan()).framesOut, 0U);
   EXPECT_EQ(burst(kUni1), 501) << "it took no tokens";
 }
 

@@ -79,7 +79,7 @@ TEST_F(MirrorTest, MirrorPortThatIsDown_LosesTheCopyAndNotTheFrame) {
   EXPECT_EQ(verdict.egress(), PortIds{PortId::Wan()});
   ASSERT_EQ(verdict.copies.size(), 1U);
   EXPECT_EQ(verdict.copies[0].outcome, Outcome::EgressLinkDown);
-  EXPECT_EQ(path.portCount(kUni3), PortCount());
+  EXPECT_EQ(path.counters().portCount(kUni3), PortCount());
   EXPECT_EQ(counted(), (Names{"uni1 flow_forward 1 20", "uni3 egress_link_down 1 20"}));
 }
 
@@ -97,12 +97,13 @@ TEST_F(MirrorTest, PortCounts_AreOfFramesThatCrossedThePort) {
   path.offer(kUni1, Hex("02"));
   path.offer(kUni2, Hex(kTagged));
   path.offer(PortId::Wan(), Hex(kUntagged));
-  EXPECT_EQ(path.portCount(PortId::Wan()), (PortCount{1, 16, 1, 20}));
-  EXPECT_EQ(path.portCount(kUni1), (PortCount{2, 21, 1, 16}));
-  EXPECT_EQ(path.portCount(kUni2), PortCount()) << "down: nothing crossed";
-  EXPECT_EQ(path.portCount(kUni3), (PortCount{0, 0, 2, 36})) << "a copy and a frame of its own";
+  EXPECT_EQ(path.counters().portCount(PortId::Wan()), (PortCount{1, 16, 1, 20}));
+  EXPECT_EQ(path.counters().portCount(kUni1), (PortCount{2, 21, 1, 16}));
+  EXPECT_EQ(path.counters().portCount(kUni2), PortCount()) << "down: nothing crossed";
+  EXPECT_EQ(path.counters().portCount(kUni3), (PortCount{0, 0, 2, 36}))
+      << "a copy and a frame of its own";
   path.clearCounters();
-  EXPECT_EQ(path.portCount(kUni1), PortCount());
+  EXPECT_EQ(path.counters().portCount(kUni1), PortCount());
 }
 
 TEST_F(MirrorTest, Explain_TellsTheSameAndLearnsNothing) {
@@ -112,7 +113,7 @@ TEST_F(MirrorTest, Explain_TellsTheSameAndLearnsNothing) {
   const Bytes down = Hex(kMacA + kMacB + kPlain);
   const Verdict explainedUp = path.explain(kUni1, up).verdict;
   EXPECT_FALSE(path.explain(kUni3, down).verdict.neighbour) << "kMacA was explained, not offered";
-  EXPECT_TRUE(path.counters().empty());
+  EXPECT_TRUE(path.counters().outcomes().empty());
   EXPECT_TRUE(macs.entries.empty());
   EXPECT_EQ(path.offer(kUni1, up), explainedUp);
   const Verdict explainedDown = path.explain(PortId::Wan(), down).verdict;

@@ -51,7 +51,7 @@ class PortsTest : public testing::Test {
   /// "PORT OUTCOME FRAMES OCTETS" of every counter.
   [[nodiscard]] std::vector<std::string> counted() const {
     std::vector<std::string> lines;
-    for (const OutcomeCount& count : path.counters()) {
+    for (const OutcomeCount& count : path.counters().outcomes()) {
       lines.push_back(count.port.name() + " " + std::string(Describe(count.outcome).name) + " " +
                       std::to_string(count.frames) + " " + std::to_string(count.octets));
     }

@@ -32,7 +32,7 @@ class QueueTest : public testing::Test {
 
   [[nodiscard]] Names counted() const {
     Names lines;
-    for (const auto& [place, count] : path.queueCounts().all()) {
+    for (const auto& [place, count] : path.counters().queues().all()) {
       lines.push_back(place.first.name() + " " + std::to_string(place.second) + " " +
                       std::to_string(count.frames) + " " + std::to_string(count.octets));
     }

@@ -43,7 +43,7 @@ int PacketTest::command(std::uint32_t code, Bytes record) {
 }
 
 std::uint64_t PacketTest::counted(PortId port, Outcome outcome) {
-  for (const virtual_onu::OutcomeCount& count : unit.dataPath().counters()) {
+  for (const virtual_onu::OutcomeCount& count : unit.dataPath().counters().outcomes()) {
     if (count.port == port && count.outcome == outcome) {
       return count.frames;
     }

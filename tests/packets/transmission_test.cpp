@@ -98,9 +98,9 @@ TEST_F(TransmissionTest, EachCommand_SendsByThePortThatItNames) {
   EXPECT_EQ(sent, 24U);
   EXPECT_EQ(counted(kWan, Outcome::Transmitted), 8U);
   EXPECT_EQ(counted(Uni(3), Outcome::Transmitted), 4U);
-  EXPECT_EQ(unit.dataPath().portCount(Uni(3)).framesOut, 4U);
-  EXPECT_EQ(unit.dataPath().portCount(Uni(3)).octetsOut, 4 * kPlain.size());
-  EXPECT_EQ(unit.dataPath().portCount(Uni(3)).framesIn, 0U);
+  EXPECT_EQ(unit.dataPath().counters().portCount(Uni(3)).framesOut, 4U);
+  EXPECT_EQ(unit.dataPath().counters().portCount(Uni(3)).octetsOut, 4 * kPlain.size());
+  EXPECT_EQ(unit.dataPath().counters().portCount(Uni(3)).framesIn, 0U);
 }
 
 struct SideRow {

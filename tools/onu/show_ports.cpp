@@ -46,7 +46,7 @@ PortState StateOf(Session& session, std::uint32_t uni) {
                      .mirrorReceived = path.ports().mirrorOf(port, true),
                      .mirrorTransmitted = path.ports().mirrorOf(port, false),
                      .isMirror = path.ports().mirrorPort() == port,
-                     .count = path.portCount(port)};
+                     .count = path.counters().portCount(port)};
   for (std::uint32_t peer = 1; peer <= path.uniPorts(); ++peer) {
     if (peer != uni && tables.areIsolated(uni, peer)) {
       state.isolated.push_back(PortId::Uni(peer).name());
@@ -134,7 +134,7 @@ Result ShowPorts(Session& session, const Arguments& /*arguments*/) {
     list.push_back(ToJson(state));
     table.add(RowOf(state));
   }
-  const PortCount wan = session.unit().dataPath().portCount(PortId::Wan());
+  const PortCount wan = session.unit().dataPath().counters().portCount(PortId::Wan());
   result.json["wan"] = CountToJson(wan);
   Words row = {"wan", "-", "-", "-", "-", "-", "-", "-"};
   AddCounts(wan, row);

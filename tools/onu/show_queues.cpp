@@ -34,7 +34,7 @@ std::string PercentText(double percent) {
 }
 
 QueueCount CountOf(Session& session, PortId port, std::uint32_t queue) {
-  const auto& counts = session.unit().dataPath().queueCounts().all();
+  const auto& counts = session.unit().dataPath().counters().queues().all();
   const auto found = counts.find({port, queue});
   return found == counts.end() ? QueueCount() : found->second;
 }
@@ -76,7 +76,7 @@ void AddUpstream(Session& session, Json& list, TextTable& table) {
 /// The queues that frames left by and that nothing is known of but that.
 void AddOthers(Session& session, Json& list, TextTable& table) {
   const std::vector<UpstreamQueue> known = UpstreamQueues(session);
-  for (const auto& [place, count] : session.unit().dataPath().queueCounts().all()) {
+  for (const auto& [place, count] : session.unit().dataPath().counters().queues().all()) {
     const auto& [port, queue] = place;
     if (port.isWan() && std::ranges::count(known, queue, &UpstreamQueue::queue) != 0) {
       continue;

@@ -26,7 +26,7 @@ Result ShowCounters(Session& session, const Arguments& /*arguments*/) {
   Result result;
   Json& list = result.json["counters"] = Json::array();
   TextTable table({"port", "outcome", "disposition", "frames", "octets"});
-  for (const virtual_onu::OutcomeCount& count : session.unit().dataPath().counters()) {
+  for (const virtual_onu::OutcomeCount& count : session.unit().dataPath().counters().outcomes()) {
     const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(count.outcome);
     const std::string disposition(virtual_onu::Name(outcome.disposition));
     list.push_back({{"port", count.port.name()},

@@ -8,7 +8,7 @@
 
 #include <brmgr_record.h>
 
-#include "datapath/data_path.h"
+#include "datapath/explanation.h"
 #include "datapath/keys.h"
 #include "device/chip_tables.h"
 

@@ -1,11 +1,10 @@
 /// @file
-/// From the classification to the verdict, and the counters.
+/// From the classification to the ports that a frame is to leave by.
 #include "datapath/data_path.h"
 
 #include <utility>
 
 #include "datapath/classify.h"
-#include "datapath/port_vlan_rule.h"
 #include "datapath/traps.h"
 #include "datapath/vlan_action.h"
 
@@ -70,15 +69,6 @@ void TakeBackEdit(ByteView frame, Verdict& verdict, Explanation* explanation) {
 
 }  // namespace
 
-std::vector<PortId> Verdict::egress() const {
-  std::vector<PortId> ports;
-  ports.reserve(deliveries.size());
-  for (const Delivery& delivery : deliveries) {
-    ports.push_back(delivery.port);
-  }
-  return ports;
-}
-
 DataPath::DataPath(const ChipTables& tables, Ports ports, std::optional<Limits> limits,
                    std::optional<MacBridge> bridge, const McastGroups* groups)
     : tables_(tables),
@@ -94,31 +84,12 @@ Verdict DataPath::offer(PortId port, ByteView frame) {
   if (forwarded) {
     bridge_->learn(port, verdict.addresses->source);
   }
-  count(port, verdict.outcome, frame.size());
-  for (const ClosedPort& closed : verdict.closed) {
-    count(closed.port, closed.outcome, verdict.frame.size());
-  }
-  for (const MirrorCopy& copy : verdict.copies) {
-    count(copy.port, copy.outcome, copy.frame.size());
-  }
-  countLimits(port, frame.size(), verdict);
-  countCrossings(port, frame.size(), verdict);
-  if (statistics_) {
-    statistics_->count(port, frame, verdict);
-  }
+  chargeLimits(port, frame.size(), verdict);
+  counters_.countOffered(port, frame, !ports_.entryBlock(port), verdict);
   return verdict;
 }
 
-void DataPath::count(PortId port, Outcome outcome, std::size_t octets) {
-  OutcomeCount& count = counters_[{port, outcome}];
-  count.port = port;
-  count.outcome = outcome;
-  ++count.frames;
-  count.octets += octets;
-}
-
-/// Frames that a limit held back take nothing of it.
-void DataPath::countLimits(PortId port, std::size_t octets, const Verdict& verdict) {
+void DataPath::chargeLimits(PortId port, std::size_t octets, const Verdict& verdict) {
   if (!limits_) {
     return;
   }
@@ -128,35 +99,6 @@ void DataPath::countLimits(PortId port, std::size_t octets, const Verdict& verdi
   for (const Delivery& delivery : verdict.deliveries) {
     if (port.isWan()) {
       limits_->countLimited(delivery.port.uni, delivery.frame.size());
-    }
-  }
-}
-
-void DataPath::countCrossings(PortId port, std::size_t octets, const Verdict& verdict) {
-  if (!ports_.entryBlock(port)) {
-    PortCount& entered = portCounts_[port];
-    ++entered.framesIn;
-    entered.octetsIn += octets;
-  }
-  countDepartures(verdict);
-}
-
-void DataPath::countDepartures(const Verdict& verdict) {
-  const auto leaves = [this](PortId by, const Bytes& frame) {
-    PortCount& left = portCounts_[by];
-    ++left.framesOut;
-    left.octetsOut += frame.size();
-  };
-  for (const Delivery& delivery : verdict.deliveries) {
-    leaves(delivery.port, delivery.frame);
-    // A frame that is switched locally does not pass the queue of its upstream flow.
-    if (verdict.queue && !verdict.neighbour) {
-      queueCounts_.count(delivery.port, *verdict.queue, delivery.frame.size());
-    }
-  }
-  for (const MirrorCopy& copy : verdict.copies) {
-    if (copy.outcome == Outcome::Mirrored) {
-      leaves(copy.port, copy.frame);
     }
   }
 }
@@ -171,19 +113,9 @@ Transmittal DataPath::transmit(PortId port, ByteView frame) {
     transmittal.outcome = ports_.exitBlock(PortId::Wan(), port).value_or(Outcome::Transmitted);
   }
   if (transmittal.outcome == Outcome::Transmitted) {
-    Verdict leaving;
-    mirror(port, false, frame, leaving);
-    leaving.deliveries.push_back({port, {}, {}, {}, {frame.begin(), frame.end()}});
-    countDepartures(leaving);
-    if (statistics_) {
-      statistics_->count(PortId::Wan(), frame, leaving);
-    }
-    transmittal.copies = std::move(leaving.copies);
+    egress().mirror(port, false, frame, transmittal.copies);
   }
-  count(port, transmittal.outcome, frame.size());
-  for (const MirrorCopy& copy : transmittal.copies) {
-    count(copy.port, copy.outcome, copy.frame.size());
-  }
+  counters_.countTransmitted(port, frame, transmittal);
   return transmittal;
 }
 
@@ -191,26 +123,6 @@ Explanation DataPath::explain(PortId port, ByteView frame) const {
   Explanation explanation;
   explanation.verdict = decide(port, frame, &explanation);
   return explanation;
-}
-
-std::vector<OutcomeCount> DataPath::counters() const {
-  std::vector<OutcomeCount> counts;
-  counts.reserve(counters_.size());
-  for (const auto& [key, count] : counters_) {
-    counts.push_back(count);
-  }
-  return counts;
-}
-
-PortCount DataPath::portCount(PortId port) const {
-  const auto found = portCounts_.find(port);
-  return found == portCounts_.end() ? PortCount() : found->second;
-}
-
-void DataPath::clearCounters() {
-  counters_.clear();
-  portCounts_.clear();
-  queueCounts_.clear();
 }
 
 /// @param[out] explanation  its trials and steps are filled; null when nobody reads them
@@ -229,7 +141,7 @@ Verdict DataPath::decide(PortId port, ByteView frame, Explanation* explanation) 
     verdict.outcome = OutcomeOf(fault);
     return verdict;
   }
-  mirror(port, true, frame, verdict);
+  egress().mirror(port, true, frame, verdict.copies);
   if (IsTrapped(ports_.traps(), port, frame, received.headers)) {
     verdict.outcome = Outcome::ProtocolTrap;
     verdict.eventType = EventTypeOf(port, frame, received.headers, false);
@@ -299,12 +211,12 @@ void DataPath::route(PortId port, ByteView frame, Verdict& verdict,
   verdict.macDecision =
       bridge_ ? bridge_->locate(port, verdict.addresses->destination) : std::nullopt;
   if (!verdict.macDecision) {
-    leave(port, destinationsOf(verdict.dir), decided, verdict);
+    egress().leave(port, destinationsOf(verdict.dir), decided, verdict);
     return;
   }
   const PortId to = verdict.macDecision->port;
   if (port.isWan() || to.isWan()) {
-    leave(port, {to}, decided, verdict);
+    egress().leave(port, {to}, decided, verdict);
   } else if (!ports_.hasVlans()) {
     TakeBackEdit(frame, verdict, explanation);
     switchLocally(port, to, decided, verdict);
@@ -312,13 +224,13 @@ void DataPath::route(PortId port, ByteView frame, Verdict& verdict,
     switchLocally(port, to, *back, verdict);
   } else {
     verdict.macDecision.reset();
-    leave(port, {PortId::Wan()}, decided, verdict);
+    egress().leave(port, {PortId::Wan()}, decided, verdict);
   }
 }
 
 void DataPath::switchLocally(PortId port, PortId to, const FlowId& flow, Verdict& verdict) const {
   verdict.neighbour = to;
-  leave(port, {to}, flow, verdict);
+  egress().leave(port, {to}, flow, verdict);
 }
 
 std::optional<FlowId> DataPath::wayBack(PortId to, ByteView frame) const {
@@ -332,34 +244,7 @@ std::optional<FlowId> DataPath::wayBack(PortId to, ByteView frame) const {
     return std::nullopt;
   }
   const FlowId flow = {found.icIndex, found.flowIndex};
-  return treat(to, frame, flow) ? std::optional(flow) : std::nullopt;
-}
-
-std::optional<Delivery> DataPath::treat(PortId to, ByteView frame, const FlowId& flow) const {
-  Delivery delivery = {to, {}, {}, {}, {frame.begin(), frame.end()}};
-  if (to.isWan() || !ports_.hasVlans()) {
-    return delivery;
-  }
-  FrameHeaders headers;
-  ParseFrame(frame, headers);
-  const PortVlanRule rule = FindPortVlanRule(ports_.vlanOf(to.uni), to.uni, headers);
-  if (!rule.admits) {
-    return std::nullopt;
-  }
-  delivery.rule = rule.reason;
-  const IngressClass& ingressClass = tables_.downstream.classes.at(flow.icIndex);
-  const auto own = ingressClass.portActions.find({flow.flowIndex, to.uni});
-  const auto action = own == ingressClass.portActions.end()
-                          ? tables_.downstream.actions.end()
-                          : tables_.downstream.actions.find(own->second);
-  if (action != tables_.downstream.actions.end()) {
-    delivery.vlanActionIndex = action->first;
-    ApplyVlanAction(action->second, delivery.frame, &delivery.steps);
-  } else if (rule.edit != nullptr) {
-    rule.edit(delivery.frame);
-    delivery.steps.emplace_back("pop the outer tag");
-  }
-  return delivery;
+  return egress().treat(to, frame, flow) ? std::optional(flow) : std::nullopt;
 }
 
 std::vector<PortId> DataPath::destinationsOf(std::uint32_t dir) const {
@@ -372,43 +257,6 @@ std::vector<PortId> DataPath::destinationsOf(std::uint32_t dir) const {
     ports.push_back(PortId::Uni(number));
   }
   return ports;
-}
-
-void DataPath::leave(PortId from, const std::vector<PortId>& destinations, const FlowId& flow,
-                     Verdict& verdict) const {
-  for (const PortId to : destinations) {
-    if (close(from, to, verdict)) {
-      continue;
-    }
-    if (std::optional<Delivery> delivery = treat(to, verdict.frame, flow)) {
-      deliver(from, std::move(*delivery), verdict);
-    } else {
-      verdict.closed.push_back({to, Outcome::EgressVlanFilter});
-    }
-  }
-  if (verdict.deliveries.empty()) {
-    verdict.outcome = Outcome::NoEgress;
-  }
-}
-
-bool DataPath::close(PortId from, PortId to, Verdict& verdict) const {
-  std::optional<Outcome> block = ports_.exitBlock(from, to);
-  if (!block && verdict.addresses && bridge_->isBlocked(to, verdict.addresses->destination)) {
-    block = Outcome::EgressMacFiltered;
-  }
-  if (block) {
-    verdict.closed.push_back({to, *block});
-  }
-  return block.has_value();
-}
-
-void DataPath::deliver(PortId from, Delivery delivery, Verdict& verdict) const {
-  if (!isWithinLimit(from, delivery)) {
-    verdict.closed.push_back({delivery.port, Outcome::EgressRateLimited});
-    return;
-  }
-  mirror(delivery.port, false, delivery.frame, verdict);
-  verdict.deliveries.push_back(std::move(delivery));
 }
 
 std::optional<GroupId> DataPath::steeredGroup(PortId port, const FrameHeaders& headers,
@@ -433,27 +281,8 @@ void DataPath::forwardGroup(PortId port, ByteView frame, const GroupId& group,
   }
   for (const GroupMember& member : members) {
     verdict.groupDecision->entries.push_back(member.channelIndex);
-    if (!close(port, member.port, verdict)) {
-      deliver(port, treatGroup(member, group, frame), verdict);
-    }
   }
-  verdict.outcome = verdict.deliveries.empty() ? Outcome::NoEgress : Outcome::GroupForward;
-}
-
-Delivery DataPath::treatGroup(const GroupMember& member, const GroupId& group,
-                              ByteView frame) const {
-  Delivery delivery = {
-      member.port,
-      "joined " + group.text() + " by group entry " + std::to_string(member.channelIndex),
-      {},
-      {},
-      {frame.begin(), frame.end()}};
-  const auto action = tables_.downstream.actions.find(member.vlanActionIndex);
-  if (action != tables_.downstream.actions.end()) {
-    delivery.vlanActionIndex = action->first;
-    ApplyVlanAction(action->second, delivery.frame, &delivery.steps);
-  }
-  return delivery;
+  egress().leaveToGroup(port, frame, group, members, verdict);
 }
 
 bool DataPath::police(const IngressFlowRule& flow, Verdict& verdict) const {
@@ -469,21 +298,8 @@ bool DataPath::police(const IngressFlowRule& flow, Verdict& verdict) const {
   return admitted;
 }
 
-bool DataPath::isWithinLimit(PortId from, const Delivery& delivery) const {
-  return !limits_ || !from.isWan() ||
-         limits_->limitAdmits(delivery.port.uni, delivery.frame.size());
-}
-
-/// Adds the copy of a frame that enters or leaves by a port, if the port is mirrored. Isolation
-/// does not hold copies back.
-void DataPath::mirror(PortId port, bool received, ByteView frame, Verdict& verdict) const {
-  if (const std::optional<PortId> to = ports_.mirrorOf(port, received)) {
-    verdict.copies.push_back({*to,
-                              port,
-                              received,
-                              ports_.exitBlock(PortId::Wan(), *to).value_or(Outcome::Mirrored),
-                              {frame.begin(), frame.end()}});
-  }
+Egress DataPath::egress() const {
+  return {tables_.downstream, ports_, limits_ ? &*limits_ : nullptr, bridge_ ? &*bridge_ : nullptr};
 }
 
 }  // namespace virtual_onu

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstddef>
 
-#include "datapath/data_path.h"
 #include "datapath/frame.h"
 
 namespace virtual_onu {
@@ -87,21 +86,27 @@ bool NeverCame(Outcome outcome) {
 
 void PortStatistics::count(PortId port, ByteView frame, const Verdict& verdict) const {
   countReceived(port, frame, verdict.outcome);
-  countDepartures(verdict);
-}
-
-void PortStatistics::countDepartures(const Verdict& verdict) const {
   for (const Delivery& delivery : verdict.deliveries) {
-    countTransmitted(delivery.port, delivery.frame);
+    countDeparture(delivery.port, delivery.frame);
   }
-  for (const MirrorCopy& copy : verdict.copies) {
-    if (copy.outcome == Outcome::Mirrored) {
-      countTransmitted(copy.port, copy.frame);
-    }
-  }
+  countCopies(verdict.copies);
   for (const ClosedPort& closed : verdict.closed) {
     if (closed.outcome == Outcome::EgressRateLimited) {
       ++countersOf_(closed.port.uni).txDiscard;
+    }
+  }
+}
+
+void PortStatistics::countTransmitted(PortId port, ByteView frame,
+                                      const std::vector<MirrorCopy>& copies) const {
+  countDeparture(port, frame);
+  countCopies(copies);
+}
+
+void PortStatistics::countCopies(const std::vector<MirrorCopy>& copies) const {
+  for (const MirrorCopy& copy : copies) {
+    if (copy.outcome == Outcome::Mirrored) {
+      countDeparture(copy.port, copy.frame);
     }
   }
 }
@@ -121,7 +126,7 @@ void PortStatistics::countReceived(PortId port, ByteView frame, Outcome outcome)
   }
 }
 
-void PortStatistics::countTransmitted(PortId port, ByteView frame) const {
+void PortStatistics::countDeparture(PortId port, ByteView frame) const {
   if (!port.isWan()) {
     Count(kTransmitted, frame, countersOf_(port.uni));
   }

@@ -6,16 +6,16 @@
 #include <cstdint>
 #include <functional>
 #include <utility>
+#include <vector>
 
 #include <brmgr_record.h>
 
 #include "base/bytes.h"
 #include "datapath/outcome.h"
 #include "datapath/port.h"
+#include "datapath/verdict.h"
 
 namespace virtual_onu {
-
-struct Verdict;
 
 /// Lengths are those on the wire (RFC 2819, RFC 2863): they have the frame check sequence, and a
 /// frame shorter than the shortest is padded. Counters have 32 bits and wrap.
@@ -28,12 +28,13 @@ class PortStatistics {
   /// Counts a frame at the port that it came to, and where it left or was held back by a limit.
   void count(PortId port, ByteView frame, const Verdict& verdict) const;
 
-  /// Counts where a frame left or was held back by a limit, its mirrored copies too.
-  void countDepartures(const Verdict& verdict) const;
+  /// Counts a frame that the library sent by a port, and its copies for the mirror port.
+  void countTransmitted(PortId port, ByteView frame, const std::vector<MirrorCopy>& copies) const;
 
  private:
   void countReceived(PortId port, ByteView frame, Outcome outcome) const;
-  void countTransmitted(PortId port, ByteView frame) const;
+  void countDeparture(PortId port, ByteView frame) const;
+  void countCopies(const std::vector<MirrorCopy>& copies) const;
 
   CountersOf countersOf_;
 };
