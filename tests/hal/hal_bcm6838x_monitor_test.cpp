@@ -107,7 +107,7 @@ TEST_F(MonitorTest, InitKernelMonitorFd_OpensBindsAndRegisters) {
   EXPECT_THAT(left(), ElementsAre("call socket(AF_NETLINK, SOCK_RAW, 25)",
                                   "call bind(family 16, port own process, groups 0, length 12)",
                                   "call devCtl_boardIoctl(3222815249, 0, \"\", offset " +
-                                      std::to_string(getpid()) + ")"));
+                                      std::to_string(getpid()) + ", buffer \"\")"));
   const std::string text = console();
   EXPECT_THAT(text,
               MatchesRegex("kernelMonitorFd = [0-9]+\nregistered fd [0-9]+ with kernel monitor\n"));
@@ -165,6 +165,17 @@ TEST_F(MonitorTest, KernelEvent_WithoutASocket_Ends) {
   EXPECT_THAT(console(), MatchesRegex("Could not open .*\nkernelMonitorFd = .*\nCould not bind .*\n"
                                       "kernelMonitorFd = .*\nfailed to register .*\n"));
   EXPECT_FALSE(unit.monitor().send(ButtonMessage(true))) << "nobody listens";
+}
+
+TEST_F(MonitorTest, KernelEvent_DescriptorZero_Ends) {
+  const int before = dup(STDIN_FILENO);
+  ASSERT_EQ(close(STDIN_FILENO), 0);
+  BCM6838X_kernelEvent();
+  EXPECT_EQ(console(), "kernelMonitorFd = 0\nregistered fd 0 with kernel monitor\n");
+  if (before >= 0) {
+    EXPECT_EQ(dup2(before, STDIN_FILENO), STDIN_FILENO);
+    close(before);
+  }
 }
 
 TEST_F(MonitorTest, KernelEvent_DescriptorTooLargeForSelect_Ends) {

@@ -135,17 +135,22 @@ TEST_F(PlatformTest, ProtocolClientsAndChipCalls_AreNoted) {
   std::array<std::uint8_t, 2> frame = {0xAB, 0xCD};
   std::uint32_t jumbo = 1;
   std::array<char, 1> empty = {};
+  std::array<char, 3> full = {'a', 'b', 'c'};
   EXPECT_EQ(IGMP_DispatchPacket(frame.data(), 2, 100, 1), 0U);
   EXPECT_EQ(MLD_DispatchPacket(frame.data(), 2, 100, 1), 0U);
   EXPECT_EQ(DHCPRELAY_HandlePacket(frame.data(), 2, 0, 2), 0U);
   EXPECT_EQ(PPPOERELAY_HandlePacket(frame.data(), 2, 0, 2), 0U);
   EXPECT_EQ(devCtl_boardIoctl(1, 0, empty.data(), 0, 5, empty.data()), 0);
+  EXPECT_EQ(devCtl_boardIoctl(2, 3, full.data(), 2, 0, nullptr), 0);
+  EXPECT_EQ(devCtl_boardIoctl(2, 3, full.data(), 0, 0, full.data()), 0);
   EXPECT_EQ(bcm_port_jumbo_control_set(0, 3, &jumbo), 0);
   EXPECT_THAT(left(), ElementsAre("call IGMP_DispatchPacket(abcd, vid 100, port 1)",
                                   "call MLD_DispatchPacket(abcd, vid 100, port 1)",
                                   "call DHCPRELAY_HandlePacket(abcd, vid 0, port 2)",
                                   "call PPPOERELAY_HandlePacket(abcd, vid 0, port 2)",
-                                  "call devCtl_boardIoctl(1, 0, \"\", offset 5)",
+                                  "call devCtl_boardIoctl(1, 0, \"\", offset 5, buffer \"\")",
+                                  "call devCtl_boardIoctl(2, 3, \"ab\", offset 0, buffer none)",
+                                  "call devCtl_boardIoctl(2, 3, \"\", offset 0, buffer not empty)",
                                   "call bcm_port_jumbo_control_set(0, 3, 1)"));
 }
 

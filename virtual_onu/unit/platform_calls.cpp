@@ -61,6 +61,14 @@ void CallSpanningTree(const Unit& unit, ByteView message) {
   unit.callClient({Client::Stp, frame.first(std::min<std::size_t>(length, frame.size())), 0, port});
 }
 
+/// The board driver's buffer, whose size nobody tells.
+std::string DescribeBuffer(const char* buffer) {
+  if (buffer == nullptr) {
+    return "none";
+  }
+  return *buffer == 0 ? "\"\"" : "not empty";
+}
+
 }  // namespace
 
 std::int32_t VOS_OpenDevice(const char* name) {
@@ -211,7 +219,7 @@ std::uint32_t PPPOERELAY_HandlePacket(std::uint8_t* frame, std::uint32_t length,
 }
 
 std::int32_t devCtl_boardIoctl(std::uint32_t request, std::uint32_t action, char* string,
-                               std::uint32_t stringLength, std::uint32_t offset, char* /*buffer*/) {
+                               std::uint32_t stringLength, std::uint32_t offset, char* buffer) {
   Unit* unit = Unit::Current();
   if (unit == nullptr) {
     return kNoUnit;
@@ -220,7 +228,8 @@ std::int32_t devCtl_boardIoctl(std::uint32_t request, std::uint32_t action, char
   const std::int32_t result = unit->platform().config().monitorRegisterResult;
   unit->trace().add(virtual_onu::CallEvent{"devCtl_boardIoctl(" + std::to_string(request) + ", " +
                                                std::to_string(action) + ", \"" + text +
-                                               "\", offset " + std::to_string(offset) + ")",
+                                               "\", offset " + std::to_string(offset) +
+                                               ", buffer " + DescribeBuffer(buffer) + ")",
                                            result});
   return result;
 }
