@@ -322,6 +322,61 @@ TEST_F(AccordTest, Downstream_BdcomStacking) {
   EXPECT_EQ(rows_, 11U);
 }
 
+/// A priority tag, whose VID is that of a free entry.
+const TagBytes kPriorityTag = {0x8100, 0xE000};
+
+TEST_F(AccordTest, FreeEntries_MatchPriorityTagsToo) {
+  for (const std::uint32_t mode : {2U, 3U}) {
+    up(mode, {kPriorityTag}, kDropped);
+    down(mode, {kPriorityTag}, kDropped);
+  }
+  up(253, {kPriorityTag}, kDropped);
+  down(253, {kPriorityTag}, kDropped);
+  config_.trunkList[511] = {};
+  config_.translationList[511] = {};
+  config_.stackingList[511] = {};
+  up(19, {kPriorityTag}, Tags{kPriorityTag});
+  for (const std::uint32_t mode : {4U, 19U, 20U}) {
+    down(mode, {kPriorityTag}, Tags{kPriorityTag});
+  }
+  for (const std::uint32_t mode : {2U, 3U}) {
+    up(mode, {kPriorityTag}, Tags{{0x8100, 0}});
+    down(mode, {kPriorityTag, kOther}, Tags{{0x8100, 0}, kOther});
+  }
+  up(253, {kPriorityTag}, kDropped);  // a free entry does not stack
+  down(253, {kPriorityTag, kOther}, Tags{kOther});
+  EXPECT_EQ(rows_, 16U);
+}
+
+TEST_F(AccordTest, Downstream_PvidZero_IsThatOfPriorityTagsAndNotOfUntaggedFrames) {
+  config_.pvid = 0;
+  for (const std::uint32_t mode : {1U, 160U, 4U, 20U, 2U, 3U, 253U}) {
+    down(mode, {kPriorityTag}, Tags{});
+    down(mode, {}, kDropped);
+    down(mode, {kServiceTag}, kDropped);
+  }
+  EXPECT_EQ(rows_, 21U);
+}
+
+TEST_F(AccordTest, Lists_OfAnUnusedPort_MatchUntaggedFramesAlone) {
+  for (std::size_t i = 0; i < kListEntries; ++i) {
+    config_.trunkList[i] = {};
+    config_.translationList[i] = {};
+    config_.stackingList[i] = {};
+  }
+  up(19, {}, Tags{});
+  up(19, {kFirst}, kDropped);
+  for (const std::uint32_t mode : {2U, 3U, 4U, 20U, 253U}) {
+    up(mode, {}, Tags{kOwnTag});
+    up(mode, {kFirst}, kDropped);
+  }
+  for (const std::uint32_t mode : {2U, 3U, 4U, 19U, 20U, 253U}) {
+    down(mode, {}, Tags{});
+    down(mode, {kFirst}, kDropped);
+  }
+  EXPECT_EQ(rows_, 24U);
+}
+
 TEST_F(AccordTest, Lists_EveryPlaceIsFound) {
   constexpr std::uint16_t kWanted = 2222;
   const TagBytes wanted = {0x8100, kWanted};

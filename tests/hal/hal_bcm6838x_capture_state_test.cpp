@@ -300,6 +300,34 @@ TEST_F(CaptureTest, MulticastIn_MldBehindTags_TellsTheInnerVid) {
   EXPECT_THAT(left(), ElementsAre(Dispatched("MLD", draft.bytes(), 6, 4)));
 }
 
+TEST_F(CaptureTest, MulticastIn_MldBehindTheChipsTag_HasNoVid) {
+  // The walk knows neither this tag nor what lies behind it; the predicate does.
+  Bytes frame = MldFrame();
+  const Bytes tags = {0x88, 0x74, 1, 2, 3, 4, 5, 6, 7, 8, 0x81, 0x00, 0x00, 0x05};
+  frame.insert(frame.begin() + 12, tags.begin(), tags.end());
+  EXPECT_EQ(capture({.port = 4, .frame = frame}), 0U);
+  EXPECT_THAT(left(), ElementsAre(Dispatched("MLD", frame, 0, 4)));
+}
+
+TEST_F(CaptureTest, MulticastIn_MldToAnyAddress_ReachesItsClient) {
+  for (const Bytes& address : {Bytes{0x01, 0x00, 0x5E, 1, 2, 3}, Bytes{0x02, 0, 0, 0, 0, 1}}) {
+    forget();
+    Bytes frame = MldFrame();
+    std::ranges::copy(address, frame.begin());
+    EXPECT_EQ(capture({.port = 3, .frame = frame}), 0U);
+    EXPECT_THAT(left(), ElementsAre(Dispatched("MLD", frame, 0, 3)));
+  }
+}
+
+TEST_F(CaptureTest, MulticastIn_MldBehindOutermostTags_ReachesNobody) {
+  for (const std::uint16_t type : {std::uint16_t{0x9100}, std::uint16_t{0x9200}}) {
+    const FrameDraft draft = {
+        .tags = {{type, 7}}, .type = 0x86DD, .payload = MldPayload(131), .size = 90};
+    EXPECT_EQ(capture({.frame = draft.bytes()}), 0U) << type;
+  }
+  EXPECT_THAT(left(), IsEmpty());
+}
+
 TEST_F(CaptureTest, MulticastIn_ThePortsRuleComesFirst) {
   g_PortVlanInfo[1].vlanMode = 1;
   FrameDraft tagged = IgmpFrame();
