@@ -114,6 +114,53 @@ case_ping_trunk() {
   stop
 }
 
+# The port is a member of VLAN 200 and has no VLAN for untagged frames.
+case_ping_zte_trunk() {
+  start 'uni1/0 uni1/200 uni1/300 wan/0 wan/200 wan/300' 'AddZteVlanTrunk 1 200' 'SetZteVlanTrunk 1'
+  address "$home" uni1-200 192.0.2.1
+  address "$isp" wan-200 192.0.2.2
+  reaches 192.0.2.2
+  address "$home" uni1-300 198.51.100.1
+  address "$isp" wan-300 198.51.100.2
+  reaches_not 198.51.100.2
+  address "$home" uni1 203.0.113.1
+  address "$isp" wan 203.0.113.2
+  reaches_not 203.0.113.2
+  stop
+}
+
+# All that the port sends travels inside VLAN 100, tagged frames with both tags.
+case_ping_zte_stacking() {
+  start 'uni1/0 uni1/10 uni1/11 wan/100 wan/100.10 wan/11' 'SetPortPvid 1 100' 'SetPortPriority 1 3' \
+    'SetZteStacking 1'
+  address "$home" uni1 192.0.2.1
+  address "$isp" wan-100 192.0.2.2
+  reaches 192.0.2.2
+  address "$home" uni1-10 198.51.100.1
+  address "$isp" wan-100.10 198.51.100.2
+  reaches 198.51.100.2
+  address "$home" uni1-11 203.0.113.1
+  address "$isp" wan-11 203.0.113.2
+  reaches_not 203.0.113.2
+  stop
+}
+
+# The port is an access port of VLAN 100, and its VLAN 10 travels inside VLAN 500; VLAN 11 does not.
+case_ping_bdcom_stacking() {
+  start 'uni1/0 uni1/10 uni1/11 wan/100 wan/500.10 wan/500.11' 'SetPortPvid 1 100' \
+    'SetPortPriority 1 3' 'AddVlanStacking 1 2 10 10 500' 'SetBdcomStacking 1'
+  address "$home" uni1 192.0.2.1
+  address "$isp" wan-100 192.0.2.2
+  reaches 192.0.2.2
+  address "$home" uni1-10 198.51.100.1
+  address "$isp" wan-500.10 198.51.100.2
+  reaches 198.51.100.2
+  address "$home" uni1-11 203.0.113.1
+  address "$isp" wan-500.11 203.0.113.2
+  reaches_not 203.0.113.2
+  stop
+}
+
 # VLAN 10 of the port is VLAN 110 of the network; what comes back keeps the network's VID, so that the
 # station sends in one VLAN and receives in another. Other VLANs do not pass.
 case_ping_translation() {

@@ -5,11 +5,14 @@
 ///
 /// becomes the program with the option --PORT for each port named. A process beside it carries
 /// frames between the ports and the ends: those of an end get the tag of its VID on their way to
-/// the port, and tagged frames of the port lose it on their way to the end. VID 0 is untagged.
+/// the port, and tagged frames of the port lose it on their way to the end. VID 0 is untagged,
+/// OUTER.INNER stands for two tags.
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <map>
 #include <poll.h>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <sys/socket.h>
@@ -26,16 +29,18 @@ using virtual_onu::Descriptor;
 using virtual_onu::FrameEnd;
 using virtual_onu::Received;
 
-constexpr std::uint32_t kUntagged = 0;
+/// VIDs of a frame's tags, the outermost first.
+using Vids = std::vector<std::uint32_t>;
+
 constexpr std::uint32_t kMostVid = 4094;
 constexpr std::size_t kTagOffset = 12;
 constexpr std::size_t kTagSize = 4;
 
-/// A port of the unit, and the ends behind it by their VIDs.
+/// A port of the unit, and the ends behind it by the tags that they stand for.
 struct Port {
   explicit Port(int fd) : trunk(Descriptor(fd), "trunk") {}
   FrameEnd trunk;
-  std::map<std::uint32_t, FrameEnd> ends;
+  std::map<Vids, FrameEnd> ends;
 };
 
 bool IsTagged(const Bytes& frame) {
@@ -49,25 +54,23 @@ void Tag(Bytes& frame, std::uint32_t vid) {
   frame.insert(frame.begin() + kTagOffset, tag.begin(), tag.end());
 }
 
-/// Takes the tag off; its VID, or 0 of an untagged frame.
-std::uint32_t Untag(Bytes& frame) {
-  if (!IsTagged(frame)) {
-    return kUntagged;
+/// Takes all tags off.
+Vids Untag(Bytes& frame) {
+  Vids vids;
+  while (IsTagged(frame)) {
+    vids.push_back((frame[kTagOffset + 2] & 0x0FU) * 256U + frame[kTagOffset + 3]);
+    const auto begin = frame.begin() + kTagOffset;
+    frame.erase(begin, begin + kTagSize);
   }
-  const std::uint32_t vid = (frame[kTagOffset + 2] & 0x0FU) * 256U + frame[kTagOffset + 3];
-  const auto begin = frame.begin() + kTagOffset;
-  frame.erase(begin, begin + kTagSize);
-  return vid;
+  return vids;
 }
 
 /// Carries what there is of one port; false when the port is gone.
 bool Carry(Port& port) {
   Bytes frame;
-  for (auto& [vid, end] : port.ends) {
+  for (auto& [vids, end] : port.ends) {
     while (end.receive(frame) == Received::Frame) {
-      if (vid != kUntagged) {
-        Tag(frame, vid);
-      }
+      std::for_each(vids.rbegin(), vids.rend(), [&](std::uint32_t vid) { Tag(frame, vid); });
       static_cast<void>(port.trunk.send(frame));
     }
   }
@@ -88,7 +91,7 @@ void CarryAll(std::map<std::string, Port>& ports) {
     std::vector<pollfd> polled;
     for (const auto& [name, port] : ports) {
       polled.push_back({port.trunk.fd(), POLLIN, 0});
-      for (const auto& [vid, end] : port.ends) {
+      for (const auto& [vids, end] : port.ends) {
         polled.push_back({end.fd(), POLLIN, 0});
       }
     }
@@ -97,6 +100,20 @@ void CarryAll(std::map<std::string, Port>& ports) {
       more = Carry(port) && more;
     }
   }
+}
+
+/// The tags of an end: none for "0", one for "100", two for "500.10".
+Vids ReadVids(const std::string& text, const std::string& written) {
+  Vids vids;
+  std::istringstream numbers(written);
+  for (std::string number; written != "0" && std::getline(numbers, number, '.');) {
+    const auto vid = virtual_onu::ParseDecimal(number, kMostVid);
+    if (!vid || *vid == 0) {
+      throw std::runtime_error(text + ": expected 0 or VIDs from 1 to 4094");
+    }
+    vids.push_back(*vid);
+  }
+  return vids;
 }
 
 /// Adds an end, "PORT/VID=END", and the port's option when it is new.
@@ -108,10 +125,7 @@ void Add(const std::string& text, std::map<std::string, Port>& ports,
     throw std::runtime_error(text + ": expected PORT/VID=END");
   }
   const std::string name = text.substr(0, slash);
-  const auto vid = virtual_onu::ParseDecimal(text.substr(slash + 1, equals - slash - 1), kMostVid);
-  if (!vid) {
-    throw std::runtime_error(text + ": expected a VID from 0 to 4094");
-  }
+  const Vids vids = ReadVids(text, text.substr(slash + 1, equals - slash - 1));
   if (!ports.contains(name)) {
     int pair[2] = {-1, -1};
     if (socketpair(AF_UNIX, SOCK_SEQPACKET, 0, pair) != 0) {
@@ -121,7 +135,7 @@ void Add(const std::string& text, std::map<std::string, Port>& ports,
     options.push_back("--" + name);
     options.push_back("fd:" + std::to_string(pair[1]));
   }
-  ports.at(name).ends.emplace(*vid, virtual_onu::OpenFrameEnd(text.substr(equals + 1)));
+  ports.at(name).ends.emplace(vids, virtual_onu::OpenFrameEnd(text.substr(equals + 1)));
 }
 
 [[noreturn]] void Become(std::vector<std::string> words) {
