@@ -3,13 +3,13 @@
 #include "packet_call.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <vector>
 
 #include <bcm6838x_igmp.h>
 
 #include "datapath/frame.h"
+#include "device/event_record.h"
 #include "device/records.h"
 #include "frame_input.h"
 #include "record_report.h"
@@ -28,12 +28,10 @@ Bytes FrameOf(const Arguments& given) {
   return ReadFrame(given.words(kFrameArgument)).frame.bytes;
 }
 
-/// The frame in a record's data field, from `offset` on, as far as it goes; its length is told
-/// whole.
+/// The frame in a record's data field, as far as it goes; its length is told whole.
 template <std::size_t size>
-std::uint32_t Put(const Bytes& frame, std::uint8_t (&data)[size], std::size_t offset = 0) {
-  const std::size_t room = std::min(frame.size(), size - offset);
-  std::copy_n(frame.begin(), room, &data[offset]);
+std::uint32_t Put(const Bytes& frame, std::uint8_t (&data)[size]) {
+  std::copy_n(frame.begin(), std::min(frame.size(), size), &data[0]);
   return static_cast<std::uint32_t>(frame.size());
 }
 
@@ -60,24 +58,14 @@ void ReportFrame(const Bytes& frame, CallOutcome& outcome) {
       "  frame " + virtual_onu::ToHex(frame) + " (" + virtual_onu::SummarizeFrame(frame) + ")\n";
 }
 
-/// In events of these types the frame begins two bytes behind the start of the data field.
-std::size_t FrameOffset(std::uint32_t type) {
-  constexpr std::array<std::uint32_t, 3> kShifted = {BRMGR_EVENT_BPDU, BRMGR_EVENT_DHCP,
-                                                     BRMGR_EVENT_PPPOE};
-  return std::ranges::find(kShifted, type) != kShifted.end() ? 2 : 0;
-}
-
-BrmgrEvent MakeEvent(std::uint32_t type, std::uint32_t port, const Bytes& frame) {
-  BrmgrEvent event = {};
-  event.eventType = type;
-  event.port = port;
-  event.length = Put(frame, event.data, FrameOffset(type));
-  return event;
+BrmgrEvent EventOf(std::uint32_t type, std::uint32_t port, const Bytes& frame) {
+  constexpr std::uint32_t kFlow = 0;
+  return virtual_onu::MakeEvent(type, port, kFlow, frame);
 }
 
 /// Hands the event that a line describes to the device's reader.
 void QueueEvent(const Arguments& given) {
-  const BrmgrEvent event = MakeEvent(given.number("TYPE"), given.number("PORT"), FrameOf(given));
+  const BrmgrEvent event = EventOf(given.number("TYPE"), given.number("PORT"), FrameOf(given));
   const auto* const first = reinterpret_cast<const std::uint8_t*>(&event);
   virtual_onu::Unit::Current()->device().sendEvent(ByteView(first, sizeof(event)));
 }
@@ -117,7 +105,7 @@ Binding BindRelay(std::uint32_t (*send)(const RelayPkt* record)) {
 
 Binding BindEvent(std::uint32_t (*take)(const BrmgrEvent* event), std::uint32_t type) {
   return {[take, type](const Arguments& given, Rows /*rows*/) {
-            const BrmgrEvent event = MakeEvent(type, given.number("port"), FrameOf(given));
+            const BrmgrEvent event = EventOf(type, given.number("port"), FrameOf(given));
             return Outcome(take(&event));
           },
           {}};
