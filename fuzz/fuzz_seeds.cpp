@@ -54,8 +54,8 @@ Bytes Joined(Bytes front, const Bytes& back) {
   return front;
 }
 
-/// The numbers in front of the frame, as the fuzzers take them: twelve bytes and the priorities of
-/// four ports, then their own.
+/// What stands in front of a frame: the configuration of four ports as fuzz::ConfigurePorts() takes
+/// it, 17 bytes each, that gives all of them one mode.
 Bytes Configuration(std::uint8_t mode) {
   Bytes bytes;
   for (int port = 0; port < 4; ++port) {
