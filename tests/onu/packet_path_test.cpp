@@ -14,9 +14,10 @@
 namespace onu {
 namespace {
 
+using test::Last;
 using test::Ran;
 using test::RunLines;
-using test::RunLinesAsJson;
+using test::With;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -29,18 +30,6 @@ const Words kPorts = {"Init",
                       "SetVlanTransparent 2",
                       "SetPortAdminState 1 1",
                       "SetPortAdminState 2 1"};
-
-Words With(Words lines, const Words& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-  return lines;
-}
-
-/// The last document of the lines, none of which fails.
-Json Last(const Words& lines) {
-  const Ran ran = RunLinesAsJson(lines);
-  EXPECT_EQ(ran.errors, "");
-  return ran.lastDocument();
-}
 
 std::string Capture(const std::string& name) {
   return (test::Sources() / "tests/data" / name).string();

@@ -10,10 +10,12 @@ namespace onu {
 namespace {
 
 using test::FrameTo;
+using test::Last;
 using test::Ran;
 using test::RunLines;
 using test::RunLinesAsJson;
 using test::Scratch;
+using test::With;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -23,23 +25,14 @@ const Words kForwarding = {"InitDrv", "RdpaIcInit",
                            "Ioctl FLOW_ADD dir=us icIndex=0 ingressPort=2 vlanNum=0 forward=pass",
                            "Ioctl FLOW_ADD dir=us icIndex=0 ingressPort=3 vlanNum=0 forward=pass"};
 
-Words With(Words lines, const Words& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-  return lines;
-}
-
 /// The port's element of "show ports" behind the lines.
 Json PortAfter(const Words& lines, std::size_t uni) {
-  const Ran ran = RunLinesAsJson(With(lines, {"show ports"}));
-  EXPECT_EQ(ran.errors, "");
-  return ran.lastDocument()["ports"].at(uni - 1);
+  return Last(With(lines, {"show ports"}))["ports"].at(uni - 1);
 }
 
 /// The outcome of the frame that the last line sends.
 std::string OutcomeAfter(const Words& lines) {
-  const Ran ran = RunLinesAsJson(lines);
-  EXPECT_EQ(ran.errors, "");
-  return ran.lastDocument()["frames"].at(0)["outcome"].get<std::string>();
+  return Last(lines)["frames"].at(0)["outcome"].get<std::string>();
 }
 
 TEST(Ports, Init_LeavesThePhysDownUntilThePortIsOpened) {

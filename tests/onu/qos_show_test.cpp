@@ -8,31 +8,15 @@
 namespace onu {
 namespace {
 
-using test::Ran;
+using test::Last;
 using test::RunLines;
-using test::RunLinesAsJson;
+using test::Text;
+using test::With;
 using testing::EndsWith;
 using testing::HasSubstr;
 
 const Words kRules = {"Init", "SetPortAdminState 1 1",
                       "ApplyQosClassification 1 0 1,7,VlanId=200,Ipv4TosDscp=184 8,0,VlanId=100"};
-
-Words With(Words lines, const Words& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-  return lines;
-}
-
-Json Last(const Words& lines) {
-  const Ran ran = RunLinesAsJson(lines);
-  EXPECT_EQ(ran.errors, "");
-  return ran.lastDocument();
-}
-
-std::string Text(const Words& lines) {
-  const Ran ran = RunLines(lines);
-  EXPECT_EQ(ran.errors, "");
-  return ran.out;
-}
 
 TEST(ShowQos, NothingTold) {
   const std::string nothing =

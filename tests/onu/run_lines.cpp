@@ -2,6 +2,9 @@
 /// Sessions for tests.
 #include "run_lines.h"
 
+#include <gtest/gtest.h>
+#include <utility>
+
 #include "console.h"
 #include "runner.h"
 
@@ -31,6 +34,35 @@ Ran RunLines(const Words& lines, const SessionOptions& options) {
 Ran RunLinesAsJson(const Words& lines, SessionOptions options) {
   options.json = true;
   return RunLines(lines, options);
+}
+
+std::string Text(const Words& lines) {
+  Ran ran = RunLines(lines);
+  EXPECT_EQ(ran.errors, "");
+  return std::move(ran.out);
+}
+
+std::vector<Json> Documents(const Words& lines, const SessionOptions& options) {
+  const Ran ran = RunLinesAsJson(lines, options);
+  EXPECT_EQ(ran.errors, "");
+  std::vector<Json> documents;
+  for (const std::string& line : SplitAt(ran.out, '\n')) {
+    if (!line.empty()) {
+      documents.push_back(Json::parse(line));
+    }
+  }
+  return documents;
+}
+
+Json Last(const Words& lines) {
+  const Ran ran = RunLinesAsJson(lines);
+  EXPECT_EQ(ran.errors, "");
+  return ran.lastDocument();
+}
+
+Words With(Words lines, const Words& more) {
+  lines.insert(lines.end(), more.begin(), more.end());
+  return lines;
 }
 
 }  // namespace onu::test

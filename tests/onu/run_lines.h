@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "failure.h"
 #include "json_output.h"
@@ -27,5 +28,17 @@ Ran RunLines(const Words& lines, const SessionOptions& options = {});
 
 /// Runs the lines in a session with JSON output.
 Ran RunLinesAsJson(const Words& lines, SessionOptions options = {});
+
+/// What the lines print, none of which may fail.
+std::string Text(const Words& lines);
+
+/// All documents of the lines, none of which may fail.
+std::vector<Json> Documents(const Words& lines, const SessionOptions& options = {});
+
+/// The last of these.
+Json Last(const Words& lines);
+
+/// The lines, and more behind them.
+Words With(Words lines, const Words& more);
 
 }  // namespace onu::test

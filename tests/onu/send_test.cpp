@@ -18,6 +18,7 @@ using test::Ran;
 using test::RunLines;
 using test::RunLinesAsJson;
 using test::Scratch;
+using test::With;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -29,11 +30,6 @@ constexpr const char* kUnknown = "00:00:00:00:00:09";
 const Words kForwarding = {"InitDrv", "RdpaIcInit",
                            "Ioctl FLOW_ADD dir=us icIndex=0 ingressPort=2 vlanNum=0 forward=pass",
                            "Ioctl FLOW_ADD dir=ds icIndex=0 ingressPort=0 vlanNum=0 forward=pass"};
-
-Words With(Words lines, const std::string& line) {
-  lines.push_back(line);
-  return lines;
-}
 
 TEST(Send, Verdict_NamesDispositionOutcomeAndDestination) {
   const Json document = RunLinesAsJson({"Init", "SetPortAdminState 1 1",
@@ -107,7 +103,7 @@ TEST(Send, Out_WritesWhatLeftEachPort) {
   const std::string capture =
       scratch.write("in.pcap", CaptureOf({FrameTo(kBridgeGroup), FrameTo(kUnknown)}));
   const std::string out = scratch / "out/deep";
-  const Ran ran = RunLinesAsJson(With(kForwarding, "send uni1 " + capture + " --out " + out));
+  const Ran ran = RunLinesAsJson(With(kForwarding, {"send uni1 " + capture + " --out " + out}));
   EXPECT_EQ(ran.errors, "");
   EXPECT_EQ(ran.lastDocument()["captures"], Json({out + "/trap.pcap", out + "/wan.pcap"}));
   const std::vector<CapturedFrame> trapped = ReadCapture(out + "/trap.pcap");
@@ -124,7 +120,7 @@ TEST(Send, Out_WritesOneFilePerPortDownstream) {
   const Scratch scratch;
   const std::string out = scratch / "out";
   const Json document =
-      RunLinesAsJson(With(kForwarding, "send wan dst " + std::string(kUnknown) + " --out " + out))
+      RunLinesAsJson(With(kForwarding, {"send wan dst " + std::string(kUnknown) + " --out " + out}))
           .lastDocument();
   const Words ports = document["frames"][0]["egress"].get<Words>();
   EXPECT_THAT(ports, ElementsAre("uni1", "uni2", "uni3", "uni4"));

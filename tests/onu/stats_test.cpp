@@ -14,32 +14,15 @@
 namespace onu {
 namespace {
 
+using test::Documents;
 using test::Ran;
 using test::RunLines;
-using test::RunLinesAsJson;
+using test::With;
 using testing::EndsWith;
 using testing::HasSubstr;
 
 /// UNI port 1 forwards untagged frames and gets those of VLAN 100.
 const Words kForwarding = {"Init", "SetPortAdminState 1 1", "AddUsTag 1 100 0"};
-
-Words With(Words lines, const Words& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-  return lines;
-}
-
-/// All documents of the lines.
-std::vector<Json> Documents(const Words& lines, const SessionOptions& options = {}) {
-  const Ran ran = RunLinesAsJson(lines, options);
-  EXPECT_EQ(ran.errors, "");
-  std::vector<Json> documents;
-  for (const std::string& line : SplitAt(ran.out, '\n')) {
-    if (!line.empty()) {
-      documents.push_back(Json::parse(line));
-    }
-  }
-  return documents;
-}
 
 /// Seconds that pass at once, each with something that happens in it; the user ends the watch when
 /// nothing more is to happen.

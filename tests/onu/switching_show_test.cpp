@@ -11,14 +11,10 @@ namespace {
 using test::Ran;
 using test::RunLines;
 using test::RunLinesAsJson;
+using test::With;
 using testing::EndsWith;
 
 const Words kStart = {"Init", "SetPortAdminState 1 1", "SetVlanTransparent 1"};
-
-Words With(Words lines, const Words& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-  return lines;
-}
 
 TEST(ShowMac, EmptyTable_SaysSoAndTellsTheSettings) {
   EXPECT_EQ(RunLines({"show mac"}).out, "no addresses\naging after 300 s, learning on, no limit\n");

@@ -11,17 +11,13 @@ namespace {
 using test::Ran;
 using test::RunLines;
 using test::RunLinesAsJson;
+using test::With;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
 const Words kTrunk = {"Init", "SetPortPvid 1 100", "SetPortPriority 1 3", "AddVlanTrunk 1 200",
                       "SetVlanTrunk 1"};
-
-Words With(Words lines, const Words& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-  return lines;
-}
 
 TEST(ShowConfigOfAPort, ToldConfiguration_IsShownWithItsLists) {
   EXPECT_THAT(RunLines(With(kTrunk, {"show config 1"})).out,
