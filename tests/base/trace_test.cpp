@@ -64,6 +64,31 @@ TEST(Trace, Events_FromASequenceNumber_LeavesOlderOnesOut) {
   EXPECT_EQ(CallOf(events[0]), "b");
 }
 
+TEST(Trace, LongRecords_ComeBackToReaderAndListener) {
+  constexpr std::size_t kLength = 492'032;
+  const Clock clock;
+  Trace trace(clock);
+  std::vector<TraceEvent> told;
+  trace.setListener([&told](const TraceEvent& event) { told.push_back(event); });
+  CommandEvent same;
+  same.code = 158;
+  same.before.resize(kLength);
+  same.before[kLength - 1] = 1;
+  same.after = same.before;
+  CommandEvent changed = same;
+  changed.after[7] = 2;
+  trace.add(same);
+  trace.add(changed);
+  const std::vector<CommandEvent> read = EventsOf<CommandEvent>(trace.events());
+  ASSERT_EQ(read.size(), 2U);
+  for (const auto& commands : {read, EventsOf<CommandEvent>(told)}) {
+    ASSERT_EQ(commands.size(), 2U);
+    EXPECT_TRUE(commands[0].before == same.before && commands[0].after == same.after);
+    EXPECT_TRUE(commands[1].before == changed.before && commands[1].after == changed.after);
+    EXPECT_EQ(commands[1].code, 158U);
+  }
+}
+
 TEST(Trace, RecordingOff_KeepsNothingAndTellsNobody) {
   const Clock clock;
   Trace trace(clock);

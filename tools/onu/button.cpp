@@ -34,7 +34,7 @@ bool TellKernelTask(Session& session, virtual_onu::ByteView datagram) {
 Result PressButton(Session& session, const Arguments& arguments) {
   const std::uint32_t duration = arguments.optionalNumber("MS").value_or(kShortPress);
   bool listening = false;
-  Observation seen = session.observe([&] {
+  const Observation seen = session.observe([&] {
     listening = TellKernelTask(session, virtual_onu::ButtonMessage(true));
     session.unit().clock().advance(duration);
     listening = TellKernelTask(session, virtual_onu::ButtonMessage(false)) && listening;
@@ -50,8 +50,7 @@ Result PressButton(Session& session, const Arguments& arguments) {
     left.push_back(EventToDecodedJson(event));
     result.text += EventToText(event);
   }
-  session.journal().entries.push_back(
-      {{"button", "press", std::to_string(duration)}, result.json, std::move(seen.events)});
+  session.journal().add({"button", "press", std::to_string(duration)}, result.json, seen.events);
   return result;
 }
 

@@ -69,7 +69,7 @@ Result CapturePackets(Session& session, const Arguments& arguments) {
   if (arguments.has("N")) {
     words.push_back(arguments.word("N"));
   }
-  session.journal().entries.push_back({words, result.json, std::move(all)});
+  session.journal().add(words, result.json, all);
   return result;
 }
 

@@ -16,12 +16,15 @@ namespace onu {
 struct JournalEntry {
   Words words;  ///< does the same again; files are replaced by what was read from them
   Json result = Json::object();
-  std::vector<virtual_onu::TraceEvent> events;
+  std::vector<virtual_onu::PackedEvent> events;
 };
 
 struct Journal {
   std::vector<Words> configuration;  ///< words of the `config` commands that make the start
   std::vector<JournalEntry> entries;
+
+  /// Adds an entry with what left the library.
+  void add(Words words, Json result, const std::vector<virtual_onu::TraceEvent>& events);
 
   /// Tells whether nothing but the configuration was changed so far.
   [[nodiscard]] bool configurationOnly() const;

@@ -78,7 +78,7 @@ Json CallToJson(const Operation& operation, const Words& given, const CallOutcom
 
 Result CallOperation(Session& session, const Operation& operation, const Arguments& arguments) {
   CallOutcome outcome;
-  Observation seen =
+  const Observation seen =
       session.observe([&] { outcome = operation.binding.call(arguments, operation.arguments); });
   const Words given = GivenWords(operation, arguments);
   Result result;
@@ -88,7 +88,7 @@ Result CallOperation(Session& session, const Operation& operation, const Argumen
 
   Words words = {std::string(operation.name)};
   std::ranges::copy(given, std::back_inserter(words));
-  session.journal().entries.push_back({words, result.json, std::move(seen.events)});
+  session.journal().add(words, result.json, seen.events);
   return result;
 }
 

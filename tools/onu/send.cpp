@@ -23,12 +23,11 @@ using virtual_onu::Verdict;
 /// Offers one frame, notes it in the journal, and reports it.
 Json Offer(Session& session, PortId port, const InputFrame& input, Verdict& verdict) {
   const virtual_onu::Bytes& bytes = input.frame.bytes;
-  Observation seen = session.observe([&] { verdict = session.unit().receive(port, bytes); });
+  const Observation seen = session.observe([&] { verdict = session.unit().receive(port, bytes); });
   Json json = VerdictToJson(verdict);
   json["frame"] = FrameToJson(verdict.frame);
   json["event"] = EventOfToJson(port, verdict);
-  session.journal().entries.push_back(
-      {{"send", port.name(), virtual_onu::ToHex(bytes)}, json, std::move(seen.events)});
+  session.journal().add({"send", port.name(), virtual_onu::ToHex(bytes)}, json, seen.events);
   return json;
 }
 

@@ -58,7 +58,7 @@ Observation Session::observe(const std::function<void()>& work) {
 }
 
 void Session::noteChange(const Words& words) {
-  journal_.entries.push_back({words, Json::object(), observe([] {}).events});
+  journal_.add(words, Json::object(), observe([] {}).events);
 }
 
 void Session::restart(const Settings& settings) {

@@ -183,10 +183,10 @@ Result Watch(Session& session, const Arguments& arguments) {
   return {{{"seconds", seconds}}, ""};
 }
 
-/// The port that the newest request for counters named.
-std::optional<std::uint32_t> AskedPort(Session& session) {
+/// The port that the newest request for counters since an event named.
+std::optional<std::uint32_t> AskedPort(Session& session, std::uint64_t since) {
   std::optional<std::uint32_t> asked;
-  for (const virtual_onu::TraceEvent& event : session.unit().trace().events()) {
+  for (const virtual_onu::TraceEvent& event : session.unit().trace().events(since)) {
     const auto* command = std::get_if<virtual_onu::CommandEvent>(&event.detail);
     if (command != nullptr && command->code == BRMGR_CMD_PORT_STATS &&
         command->before.size() >= sizeof(std::uint32_t)) {
@@ -214,8 +214,9 @@ Result ShowStats(Session& session, const Arguments& arguments) {
 
 Result ClearStats(Session& session, const Arguments& arguments) {
   const std::uint32_t uni = UniNumberArgument(session, arguments);
+  const std::uint64_t since = session.unit().trace().next();
   Result result = session.perform({"SetPortStatisticsClear", std::to_string(uni)});
-  const std::optional<std::uint32_t> asked = AskedPort(session);
+  const std::optional<std::uint32_t> asked = AskedPort(session, since);
   const std::uint32_t answered = asked ? std::max(*asked, 1U) : uni;
   result.json["baselineOf"] = PortId::Uni(answered).name();
   if (answered != uni) {

@@ -6,6 +6,28 @@
 
 namespace virtual_onu {
 
+PackedEvent::PackedEvent(TraceEvent event) : event_(std::move(event)) {
+  auto* const command = std::get_if<CommandEvent>(&event_.detail);
+  if (command == nullptr) {
+    return;
+  }
+  before_ = PackedBytes(command->before);
+  if (command->after != command->before) {
+    after_ = PackedBytes(command->after);
+  }
+  command->before = {};
+  command->after = {};
+}
+
+TraceEvent PackedEvent::unpack() const {
+  TraceEvent event = event_;
+  if (auto* const command = std::get_if<CommandEvent>(&event.detail)) {
+    command->before = before_.unpack();
+    command->after = after_ ? after_->unpack() : command->before;
+  }
+  return event;
+}
+
 Trace::Trace(const Clock& clock, std::size_t capacity) : clock_(clock), capacity_(capacity) {}
 
 void Trace::add(TraceDetail detail) {
@@ -16,12 +38,14 @@ void Trace::add(TraceDetail detail) {
     if (!recording_) {
       return;
     }
-    event = {next_++, clock_.milliseconds(), std::move(detail)};
-    events_.push_back(event);
+    events_.emplace_back(TraceEvent{next_++, clock_.milliseconds(), std::move(detail)});
+    listener = listener_;
+    if (listener) {
+      event = events_.back().unpack();
+    }
     if (events_.size() > capacity_) {
       events_.pop_front();
     }
-    listener = listener_;
   }
   if (listener) {
     listener(event);
@@ -46,9 +70,9 @@ void Trace::setListener(std::function<void(const TraceEvent&)> listener) {
 std::vector<TraceEvent> Trace::events(std::uint64_t from) const {
   const std::lock_guard lock(mutex_);
   std::vector<TraceEvent> found;
-  for (const TraceEvent& event : events_) {
-    if (event.sequence >= from) {
-      found.push_back(event);
+  for (const PackedEvent& event : events_) {
+    if (event.sequence() >= from) {
+      found.push_back(event.unpack());
     }
   }
   return found;

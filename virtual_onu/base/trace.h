@@ -7,12 +7,14 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "base/bytes.h"
 #include "base/clock.h"
+#include "base/packed_bytes.h"
 
 namespace virtual_onu {
 
@@ -65,6 +67,21 @@ struct TraceEvent {
   TraceDetail detail;
 };
 
+/// An event as it is kept: a configuration of all ports has half a million bytes, and hardly any of
+/// them is set.
+class PackedEvent {
+ public:
+  explicit PackedEvent(TraceEvent event);
+
+  [[nodiscard]] TraceEvent unpack() const;
+  [[nodiscard]] std::uint64_t sequence() const { return event_.sequence; }
+
+ private:
+  TraceEvent event_;  ///< a command without its records
+  PackedBytes before_;
+  std::optional<PackedBytes> after_;  ///< nothing when the driver left the record as it was
+};
+
 /// Keeps the newest events up to a capacity. May be used from any thread.
 class Trace {
  public:
@@ -94,7 +111,7 @@ class Trace {
   const Clock& clock_;
   const std::size_t capacity_;
   mutable std::mutex mutex_;
-  std::deque<TraceEvent> events_;
+  std::deque<PackedEvent> events_;
   std::function<void(const TraceEvent&)> listener_;
   std::uint64_t next_ = 1;
   bool recording_ = true;
