@@ -300,8 +300,8 @@ TEST_F(QosApplyTest, Apply_SetOfPort32_IsValid) {
   EXPECT_THAT(applied(SetOf(32, {})), SizeIs(24));
 }
 
-TEST_F(QosApplyTest, Apply_NullSet_IsRefusedWithALogLine) {
-  EXPECT_EQ(BCM6838X_ApplyQosClassification(nullptr), 2U);
+TEST_F(QosApplyTest, Apply_NullSet_IsLoggedAndChangesNothing) {
+  EXPECT_EQ(BCM6838X_ApplyQosClassification(nullptr), 0U);
   EXPECT_THAT(left(),
               ElementsAre(kInvalid + "BCM6838X_ApplyQosClassification(<line>), null pointer\r\n"));
 }

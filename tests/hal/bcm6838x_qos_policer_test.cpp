@@ -198,14 +198,24 @@ TEST_F(QosPolicerTest, Policer_PortWithoutAnInterface_IsSetWithoutALineRate) {
   EXPECT_THAT(set(32, 0), ElementsAre(PolicerDeleteSent(32)));
 }
 
-TEST_F(QosPolicerTest, Policer_PortOutOfRange_IsRefused) {
+TEST_F(QosPolicerTest, Policer_PortOutOfRange_IsLoggedAndChangesNothing) {
+  int refused = 0;
   for (const std::string port : {"0", "33", "257", "-1"}) {
-    forget();
-    const QosUsPolicerCfg cfg = {static_cast<std::uint32_t>(std::stoi(port)), 64, 0, 0};
-    EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 1U);
-    EXPECT_THAT(left(), ElementsAre(CallLogged("port=" + port + ", cir = 64, ebs = 0, cbs = 0"),
-                                    RangeLogged(port)));
+    for (const std::string cir : {"0", "63", "64"}) {
+      forget();
+      const QosUsPolicerCfg cfg = {static_cast<std::uint32_t>(std::stoi(port)),
+                                   static_cast<std::uint32_t>(std::stoi(cir)), 0, 0};
+      testing::internal::CaptureStdout();
+      EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+      static_cast<void>(std::fflush(stdout));
+      EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+      std::string values = "port=" + port;
+      values += ", cir = " + cir + ", ebs = 0, cbs = 0";
+      EXPECT_THAT(left(), ElementsAre(CallLogged(values), RangeLogged(port)));
+      ++refused;
+    }
   }
+  EXPECT_EQ(refused, 12);
 }
 
 TEST_F(QosPolicerTest, Policer_NthCommandRefused_ReturnsOkAndTheStateFollowsTheCall) {
@@ -274,10 +284,10 @@ TEST_F(QosPolicerTest, LimitAndMap_Refused_ReturnOk) {
   EXPECT_THAT(logLines(), ElementsAre(RefusalLogged(61), RefusalLogged(111)));
 }
 
-TEST_F(QosPolicerTest, NullPointers_AreRefusedWithALogLine) {
-  EXPECT_EQ(BCM6838X_SetQosUsPolicer(nullptr), 2U);
-  EXPECT_EQ(BCM6838X_SetQosDsRateLimit(nullptr), 2U);
-  EXPECT_EQ(BCM6838X_StreamSetDscpMap(1, nullptr), 2U);
+TEST_F(QosPolicerTest, NullPointers_AreLoggedAndChangeNothing) {
+  EXPECT_EQ(BCM6838X_SetQosUsPolicer(nullptr), 0U);
+  EXPECT_EQ(BCM6838X_SetQosDsRateLimit(nullptr), 0U);
+  EXPECT_EQ(BCM6838X_StreamSetDscpMap(1, nullptr), 0U);
   EXPECT_THAT(left(),
               ElementsAre(kInvalid + "BCM6838X_SetQosUsPolicer(<line>), null pointer\r\n",
                           kInvalid + "BCM6838X_SetQosDsRateLimit(<line>), null pointer\r\n",

@@ -169,7 +169,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_AddQosClassificationRule(const QosClassRule* r
 /// conditions of a rule, and a code without a name as its number.
 ///
 /// @param[in] set 1768 readable bytes
-/// @return BCM6838X_OK, whatever became of the rules, or BCM6838X_INVALID with a log line when
+/// @return BCM6838X_OK, whatever became of the rules; also, with a log line and nothing done, when
 /// `set` is null
 BCM6838X_EXPORT uint32_t BCM6838X_ApplyQosClassification(const QosClassRuleSet* set);
 
@@ -187,15 +187,15 @@ BCM6838X_EXPORT uint32_t BCM6838X_GetRuleTypeIndex(uint32_t type);
 /// flows that are built later.
 ///
 /// @param[in] cfg 16 readable bytes
-/// @return BCM6838X_OK; BCM6838X_FAILED with a log line, and nothing done, when the port is not
-/// 1..32; BCM6838X_INVALID with a log line when `cfg` is null
+/// @return BCM6838X_OK; also, with a log line and nothing done, when the port is not 1..32 or `cfg`
+/// is null
 BCM6838X_EXPORT uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg);
 
 /// Sets the downstream rate limit of a port (BRMGR_CMD_DS_RATE_LIMIT). The rate in bit/s has 32
 /// bits and wraps. The answer of the device is not checked.
 ///
 /// @param[in] cfg 8 readable bytes
-/// @return BCM6838X_OK, or BCM6838X_INVALID with a log line when `cfg` is null
+/// @return BCM6838X_OK; also, with a log line and nothing done, when `cfg` is null
 BCM6838X_EXPORT uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg);
 
 /// Sets a port's map from DSCP to priority (BRMGR_CMD_DSCP_MAP). The answer of the device is not
@@ -203,7 +203,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg
 ///
 /// @param[in] port UNI port; only the low 8 bits count
 /// @param[in] map 64 readable bytes, the priority of each DSCP
-/// @return BCM6838X_OK, or BCM6838X_INVALID with a log line when `map` is null
+/// @return BCM6838X_OK; also, with a log line and nothing done, when `map` is null
 BCM6838X_EXPORT uint32_t BCM6838X_StreamSetDscpMap(uint32_t port, const uint8_t* map);
 
 /// Sets the weights of the eight upstream queues 8 to 15, the queues of scheduling scheme 1, by one

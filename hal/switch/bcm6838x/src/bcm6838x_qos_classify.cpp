@@ -223,7 +223,7 @@ uint32_t BCM6838X_AddQosClassificationRule(const QosClassRule* rule) {
 uint32_t BCM6838X_ApplyQosClassification(const QosClassRuleSet* set) {
   if (set == nullptr) {
     HAL_LOG_NULL_POINTER();
-    return BCM6838X_INVALID;
+    return BCM6838X_OK;
   }
   ListQosRules(*set);
   RemoveRules(set->port);

