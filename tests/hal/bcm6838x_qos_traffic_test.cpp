@@ -88,79 +88,165 @@ class QosTrafficTest : public LibraryTest {
 struct TrafficRow {
   std::uint32_t field;
   RuleValue value;
-  std::string meets;
+  std::vector<std::string> meets;
   std::vector<std::string> misses;
 };
 
 const std::string kUdp = "udp vlan 100 pcp 1 ";
+const std::string kUdp6 = kUdp + "ip6 ";
+const std::string kTcp = "tcp vlan 100 ";
 
-std::vector<TrafficRow> TrafficRows() {
+std::vector<TrafficRow> LinkRows() {
   return {
       {BCM6838X_QOS_FIELD_DESTINATION_MAC,
        ValueAt(0, {2, 0, 0, 0, 0, 9}),
-       kUdp + "dst 02:00:00:00:00:09",
-       {kUdp + "dst 02:00:00:00:00:08", kUdp + "src 02:00:00:00:00:09 dst 02:00:00:00:01:09"}},
+       {kUdp + "dst 02:00:00:00:00:09", kUdp6 + "dst 02:00:00:00:00:09"},
+       {kUdp + "dst 02:00:00:00:00:08", kUdp + "dst 06:00:00:00:00:09",
+        kUdp + "src 02:00:00:00:00:09 dst 02:00:00:00:01:09"}},
       {BCM6838X_QOS_FIELD_SOURCE_MAC,
        ValueAt(0, {2, 0, 0, 0, 0, 9}),
-       kUdp + "src 02:00:00:00:00:09",
-       {kUdp + "src 02:00:00:00:00:0b", kUdp + "dst 02:00:00:00:00:09"}},
+       {kUdp + "src 02:00:00:00:00:09", kUdp6 + "src 02:00:00:00:00:09"},
+       {kUdp + "src 02:00:00:00:00:0b", kUdp + "src 06:00:00:00:00:09",
+        kUdp + "dst 02:00:00:00:00:09"}},
       {BCM6838X_QOS_FIELD_PRIORITY,
        NumberValue(5),
-       "udp vlan 100 pcp 5",
-       {"udp vlan 100 pcp 4", "udp vlan 5 pcp 1"}},
+       {"udp vlan 100 pcp 5", "udp vlan 100 pcp 5 ip6"},
+       {"udp vlan 100 pcp 4", "udp vlan 100 pcp 1", "udp vlan 5 pcp 1"}},
       {BCM6838X_QOS_FIELD_VLAN_ID,
        NumberValue(4094),
-       "udp vlan 4094",
-       {"udp vlan 4093", "udp vlan 4094 vlan 4094", "udp"}},
-      {BCM6838X_QOS_FIELD_ETHERTYPE, NumberValue(0x0806), "arp vlan 100", {kUdp, "pppoe vlan 100"}},
-      {BCM6838X_QOS_FIELD_DESTINATION_IP,
-       Ipv4("10.1.2.3"),
-       kUdp + "dip 10.1.2.3",
-       {kUdp + "dip 10.1.2.2", kUdp + "sip 10.1.2.3", "arp vlan 100"}},
-      {BCM6838X_QOS_FIELD_SOURCE_IP,
-       Ipv4("10.1.2.3"),
-       kUdp + "sip 10.1.2.3",
-       {kUdp + "sip 11.1.2.3", kUdp + "dip 10.1.2.3"}},
-      {BCM6838X_QOS_FIELD_IP_PROTOCOL, NumberValue(17), kUdp, {"tcp vlan 100", "arp vlan 100"}},
-      // The whole byte is compared: DSCP 46 is 0xb8.
-      {BCM6838X_QOS_FIELD_DSCP,
-       NumberValue(0xB8),
-       kUdp + "dscp 46",
-       {kUdp + "dscp 47", kUdp, "arp vlan 100"}},
-      {BCM6838X_QOS_FIELD_L4_SOURCE,
-       NumberValue(5060),
-       kUdp + "sport 5060",
-       {kUdp + "sport 5061", kUdp + "dport 5060"}},
-      {BCM6838X_QOS_FIELD_L4_DESTINATION,
-       NumberValue(5060),
-       kUdp + "dport 5060",
-       {kUdp + "dport 5061", kUdp + "sport 5060"}},
-      {BCM6838X_QOS_FIELD_DESTINATION_IPV6,
-       Ipv6("2001:db8::3"),
-       kUdp + "dip 2001:db8::3",
-       {kUdp + "dip 2001:db8::2", kUdp + "sip 2001:db8::3", kUdp + "dip 32.1.13.184"}},
-      {BCM6838X_QOS_FIELD_SOURCE_IPV6,
-       Ipv6("2001:db8::3"),
-       kUdp + "sip 2001:db8::3",
-       {kUdp + "sip 2001:db9::3", kUdp + "dip 2001:db8::3"}},
+       {"udp vlan 4094", "udp vlan 4094 ip6"},
+       {"udp vlan 4095", "udp vlan 2046", "udp vlan 4094 vlan 4094", "udp"}},
+      {BCM6838X_QOS_FIELD_ETHERTYPE,
+       NumberValue(0x0806),
+       {"arp vlan 100"},
+       {kUdp, "vlan 100 ethertype 0807", "vlan 100 ethertype 8806", "pppoe vlan 100"}},
+      {BCM6838X_QOS_FIELD_ETHERTYPE,
+       NumberValue(0x86DD),
+       {kUdp6},
+       {kUdp, "vlan 100 ethertype 86dc"}},
   };
 }
 
-TEST_F(QosTrafficTest, EveryField_TakesTheFrameThatMeetsItAndNoOther) {
+std::vector<TrafficRow> AddressRows() {
+  return {
+      {BCM6838X_QOS_FIELD_DESTINATION_IP,
+       Ipv4("10.1.2.3"),
+       {kUdp + "dip 10.1.2.3"},
+       {kUdp + "dip 10.1.2.2", kUdp + "dip 138.1.2.3", kUdp + "sip 10.1.2.3",
+        kUdp + "dip a01:203::", "arp vlan 100 dip 10.1.2.3"}},
+      {BCM6838X_QOS_FIELD_SOURCE_IP,
+       Ipv4("10.1.2.3"),
+       {kUdp + "sip 10.1.2.3"},
+       {kUdp + "sip 10.1.2.2", kUdp + "sip 138.1.2.3", kUdp + "dip 10.1.2.3",
+        kUdp + "sip a01:203::", "arp vlan 100 sip 10.1.2.3"}},
+      {BCM6838X_QOS_FIELD_DESTINATION_IPV6,
+       Ipv6("2001:db8::3"),
+       {kUdp + "dip 2001:db8::3"},
+       {kUdp + "dip 2001:db8::2", kUdp + "dip a001:db8::3", kUdp + "dip 2001:db8:0:1::3",
+        kUdp + "sip 2001:db8::3", kUdp + "dip 32.1.13.184"}},
+      {BCM6838X_QOS_FIELD_SOURCE_IPV6,
+       Ipv6("2001:db8::3"),
+       {kUdp + "sip 2001:db8::3"},
+       {kUdp + "sip 2001:db8::2", kUdp + "sip a001:db8::3", kUdp + "sip 2001:db8:0:1::3",
+        kUdp + "dip 2001:db8::3", kUdp + "sip 32.1.13.184"}},
+  };
+}
+
+std::vector<TrafficRow> IpRows() {
+  return {
+      {BCM6838X_QOS_FIELD_IP_PROTOCOL,
+       NumberValue(17),
+       {kUdp, kUdp6},
+       {kTcp, kTcp + "ip6", "vlan 100 ip proto 16", "vlan 100 ip6 proto 16", "arp vlan 100"}},
+      // The whole byte is compared: DSCP 46 is 0xb8.
+      {BCM6838X_QOS_FIELD_DSCP,
+       NumberValue(0xB8),
+       {kUdp + "dscp 46", kUdp6 + "dscp 46"},
+       {kUdp + "dscp 47", kUdp6 + "dscp 47", kUdp + "dscp 14", kUdp, kUdp6, "arp vlan 100"}},
+      {BCM6838X_QOS_FIELD_L4_SOURCE,
+       NumberValue(5060),
+       {kUdp + "sport 5060", kUdp6 + "sport 5060", kTcp + "sport 5060", kTcp + "ip6 sport 5060"},
+       {kUdp + "sport 5061", kUdp6 + "sport 5061", kTcp + "sport 4", kUdp + "dport 5060",
+        kUdp6 + "dport 5060", "icmp vlan 100"}},
+      {BCM6838X_QOS_FIELD_L4_DESTINATION,
+       NumberValue(5060),
+       {kUdp + "dport 5060", kUdp6 + "dport 5060", kTcp + "dport 5060", kTcp + "ip6 dport 5060"},
+       {kUdp + "dport 5061", kUdp6 + "dport 5061", kTcp + "dport 4", kUdp + "sport 5060",
+        kUdp6 + "sport 5060", "icmp vlan 100"}},
+  };
+}
+
+/// How many frames met their rows, and how many just did not.
+struct Seen {
+  std::size_t met = 0;
   std::size_t missed = 0;
-  for (const TrafficRow& row : TrafficRows()) {
-    apply(1, {});
-    EXPECT_EQ(queueOf(row.meets), std::nullopt) << row.meets;
-    apply(1, {With(EmptyRule(1, 1, kIpv4Remark, 6), row.field, row.value)});
-    EXPECT_EQ(queueOf(row.meets), 6U) << row.meets;
-    EXPECT_EQ(queueOf(row.meets, 2), std::nullopt) << "another port";
-    for (const std::string& words : row.misses) {
-      EXPECT_EQ(queueOf(words), std::nullopt) << words;
-      ++missed;
+};
+
+class QosFieldTest : public QosTrafficTest {
+ protected:
+  Seen expectRows(const std::vector<TrafficRow>& rows) {
+    Seen seen;
+    for (const TrafficRow& row : rows) {
+      apply(1, {});
+      for (const std::string& words : row.meets) {
+        EXPECT_EQ(queueOf(words), std::nullopt) << words;
+      }
+      apply(1, {With(EmptyRule(1, 1, kIpv4Remark, 6), row.field, row.value)});
+      for (const std::string& words : row.meets) {
+        EXPECT_EQ(queueOf(words), 6U) << words;
+        EXPECT_EQ(queueOf(words, 2), std::nullopt) << "another port: " << words;
+        ++seen.met;
+      }
+      for (const std::string& words : row.misses) {
+        EXPECT_EQ(queueOf(words), std::nullopt) << words;
+        ++seen.missed;
+      }
     }
+    return seen;
   }
-  EXPECT_EQ(TrafficRows().size(), 13U);
-  EXPECT_EQ(missed, 30U);
+};
+
+TEST_F(QosFieldTest, LinkFields_TakeTheFramesThatMeetThemAndNoOther) {
+  const Seen seen = expectRows(LinkRows());
+  EXPECT_EQ(seen.met, 10U);
+  EXPECT_EQ(seen.missed, 19U);
+}
+
+TEST_F(QosFieldTest, Addresses_TakeTheFramesThatMeetThemAndNoOther) {
+  const Seen seen = expectRows(AddressRows());
+  EXPECT_EQ(seen.met, 4U);
+  EXPECT_EQ(seen.missed, 20U);
+}
+
+TEST_F(QosFieldTest, ProtocolPortsAndDscp_TakeTheFramesOfBothIpVersions) {
+  const Seen seen = expectRows(IpRows());
+  EXPECT_EQ(seen.met, 12U);
+  EXPECT_EQ(seen.missed, 23U);
+}
+
+TEST_F(QosFieldTest, FieldsWithoutAKey_DoNotNarrowTheRule) {
+  int fields = 0;
+  for (const std::uint32_t field : {9U, 14U, 15U, 16U, 17U, 18U, 19U, 20U, 21U, 22U, 0xFFFFFFFFU}) {
+    QosClassRule rule = With(EmptyRule(1, 1, kIpv4Remark, 6), field, CountingValue());
+    rule = With(rule, BCM6838X_QOS_FIELD_VLAN_ID, NumberValue(100));
+    apply(1, {rule});
+    EXPECT_EQ(queueOf(kUdp), 6U) << field;
+    EXPECT_EQ(queueOf(kUdp6), 6U) << field;
+    EXPECT_EQ(queueOf("udp vlan 101"), std::nullopt) << field;
+    ++fields;
+  }
+  EXPECT_EQ(fields, 11);
+}
+
+TEST_F(QosFieldTest, RuleTypes_DoNotTellTheIpVersion) {
+  int types = 0;
+  for (const std::uint32_t type : {0U, 1U, 3U}) {
+    apply(1, {With(EmptyRule(1, 1, type, 6), BCM6838X_QOS_FIELD_DSCP, NumberValue(0xB8))});
+    EXPECT_EQ(queueOf(kUdp + "dscp 46"), 6U) << type;
+    EXPECT_EQ(queueOf(kUdp6 + "dscp 46"), 6U) << type;
+    ++types;
+  }
+  EXPECT_EQ(types, 3);
 }
 
 TEST_F(QosTrafficTest, SeveralConditions_MustAllBeMet) {
@@ -237,6 +323,39 @@ TEST_F(QosTrafficTest, Policer_PassesItsBurstAndThenItsRate) {
   EXPECT_EQ(offer(words).outcome, Outcome::Policed);
   unit.clock().advance(1);
   EXPECT_EQ(offer(words).outcome, Outcome::FlowForward);
+}
+
+TEST_F(QosTrafficTest, Policer_DoesNotHoldClassifiedFramesBack) {
+  const QosUsPolicerCfg cfg = {1, 64, 0, 0};
+  EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+  apply(1, {RemarkRule(1, 1)});
+  for (int i = 0; i < 600; ++i) {
+    ASSERT_EQ(queueOf("udp vlan 100 length 1000"), 7U) << i;
+  }
+  EXPECT_EQ(offer("udp vlan 100").policer, std::nullopt);
+}
+
+TEST_F(QosTrafficTest, Policer_SetAgain_BeginsFullAndRemoved_PolicesNothing) {
+  QosUsPolicerCfg cfg = {1, 64, 0, 0};
+  EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+  EXPECT_GE(BCM6838X_AddUsTag(1, 100, 0), 0);
+  const auto burst = [this] {
+    int passed = 0;
+    while (passed < 1000 && offer("udp length 1000").outcome == Outcome::FlowForward) {
+      ++passed;
+    }
+    return passed;
+  };
+  EXPECT_EQ(burst(), 501);
+  EXPECT_EQ(burst(), 0);
+  EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+  EXPECT_EQ(burst(), 501);
+  cfg.cir = 63;
+  EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+  EXPECT_EQ(burst(), 0) << "a rate out of range leaves the policer as it is";
+  cfg.cir = 0;
+  EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+  EXPECT_EQ(burst(), 1000);
 }
 
 TEST_F(QosTrafficTest, DownstreamLimit_HoldsTheFramesOfItsPortBack) {
