@@ -21,17 +21,45 @@ static QosClassRule RemarkRule(void) {
   return rule;
 }
 
+/// Indexes that the driver returns are logged and kept, whatever they are.
+static void ExpectReturnedIndexes(const QosClassRule* rule) {
+  IngressFlowRule record;
+  g_platform.readBack =
+      (struct ReadBack){BRMGR_CMD_FLOW_ADD, offsetof(IngressFlowRule, flowIndex), 9};
+  EXPECT(BCM6838X_AddQosClassificationRule(rule) == BCM6838X_OK);
+  EXPECT(strcmp(g_platform.logText,
+                "port = 1, ruleType = 0, precedunce = 1, icindex = 0, flowIndex = 9\r\n") == 0);
+  g_platform.ioctlResult = -1;
+  EXPECT(BCM6838X_SetQosSchedule(1) == BCM6838X_OK);
+  EXPECT(g_platform.cmd == BRMGR_CMD_QUEUE_SCHEDULE);
+  LAST_RECORD(record);
+  EXPECT(record.icIndex == 0 && record.flowIndex == 9);
+}
+
+/// A class that is refused is named by the index that its record came back with.
+static void ExpectIndexOfRefusedClass(QosClassRule rule) {
+  rule.ruleType = BCM6838X_QOS_RULE_ACL;
+  g_platform.ioctlResult = -1;
+  g_platform.readBack =
+      (struct ReadBack){BRMGR_CMD_IC_CREATE, offsetof(IngressClassCfg, icIndex), 5};
+  EXPECT(BCM6838X_AddQosClassificationRule(&rule) == BCM6838X_REFUSED);
+  EXPECT(strcmp(g_platform.logText, "Failed to Add ICIndex 5\r\n") == 0);
+}
+
 void call_BCM6838X_AddQosClassificationRule(void) {
   const QosClassRule rule = RemarkRule();
   IngressFlowRule record;
   EXPECT(BCM6838X_AddQosClassificationRule(NULL) == BCM6838X_INVALID);
   OpenDevice();
+  EXPECT(BCM6838X_InitQoS() == BCM6838X_OK);
   EXPECT(BCM6838X_AddQosClassificationRule(&rule) == BCM6838X_OK);
   EXPECT(g_platform.count[BRMGR_CMD_VLAN_ACTION_ADD] == 1);
   EXPECT(g_platform.count[BRMGR_CMD_IC_CREATE] == 1);
   EXPECT(g_platform.cmd == BRMGR_CMD_FLOW_ADD);
   LAST_RECORD(record);
   EXPECT(record.ingressPort == 2 && record.outerVid == 100 && record.queue == 7);
+  ExpectReturnedIndexes(&rule);
+  ExpectIndexOfRefusedClass(rule);
 }
 
 void call_BCM6838X_ApplyQosClassification(void) {

@@ -81,6 +81,10 @@ int ioctl(int fd, unsigned long request, ...) {
     memcpy(g_platform.record, sent->buf,
            sent->len < PLATFORM_RECORD_SIZE ? sent->len : PLATFORM_RECORD_SIZE);
   }
+  const struct ReadBack* readBack = &g_platform.readBack;
+  if (sent->flag == BRMGR_FLAG_READ_BACK && sent->cmd == readBack->cmd && sent->buf != NULL) {
+    memcpy((unsigned char*)sent->buf + readBack->at, &readBack->word, sizeof(readBack->word));
+  }
   return g_platform.ioctlResult;
 }
 

@@ -23,6 +23,13 @@ enum {
   PLATFORM_PHY = 9              // address of the only PHY, which every "eth" interface shows
 };
 
+/// What the driver writes into the record of a read-back command, whatever its result.
+struct ReadBack {
+  uint32_t cmd;
+  uint32_t at;  ///< offset of the word
+  uint32_t word;
+};
+
 /// What the calls were given since the program started, and what some of them answer.
 struct Platform {
   int32_t descriptor;  ///< answer of VOS_OpenDevice(): PLATFORM_DESCRIPTOR unless set
@@ -32,6 +39,7 @@ struct Platform {
   uint32_t flag;
   unsigned char record[PLATFORM_RECORD_SIZE];  ///< the record's first bytes
   int ioctlResult;                             ///< answer of ioctl(), 0 unless set
+  struct ReadBack readBack;                    ///< nothing unless set
   int markerPresent;                           ///< answer of access(): 0 unless set
   uint32_t unlinks;
   uint32_t tasks;
