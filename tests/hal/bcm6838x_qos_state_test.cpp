@@ -194,5 +194,72 @@ TEST_F(QosStateTest, Policer_EntryOfThePort_TellsWhetherItHasOne) {
   }
 }
 
+TEST_F(QosStateTest, InitQoS_KeepsTheScheme) {
+  EXPECT_EQ(BCM6838X_SetQosSchedule(1), 0U);
+  EXPECT_EQ(BCM6838X_InitQoS(), 0U);
+  setEntry(0, 1, 1, 1);
+  EXPECT_EQ(BCM6838X_SetQosSchedule(1), 0U);
+  EXPECT_THAT(commands(), IsEmpty()) << "it is the scheme already";
+  EXPECT_EQ(BCM6838X_SetQosSchedule(0), 0U);
+  EXPECT_THAT(commands(), testing::SizeIs(1)) << "the read-back, which the device refuses";
+}
+
+/// No device is open.
+class QosClosedStateTest : public QosStateTest {
+ protected:
+  void SetUp() override { ASSERT_EQ(BCM6838X_InitQoS(), 0U); }
+};
+
+TEST_F(QosClosedStateTest, StartUp_KnowsNoRule) {
+  setEntry(0, 1, 2, 3);
+  setEntry(255, 4, 5, 6);
+  EXPECT_EQ(BCM6838X_Init(), 0U);
+  EXPECT_THAT(sg_QosClassificationVlanEntry, Each(-1));
+  EXPECT_THAT(sg_QosClassificationICEntry, Each(-1));
+  EXPECT_THAT(sg_QosClassificationFlowEntry, Each(-1));
+}
+
+TEST_F(QosClosedStateTest, Apply_LogsEveryDeleteAndForgetsTheRule) {
+  setEntry(0, 5, 6, 7);
+  EXPECT_EQ(applyEmpty(1), 0U);
+  const std::string trace = "log 1 hal/switch/bcm6838x/src/bcm6838x_qos_classify.cpp ";
+  const std::vector<std::string> lines = logLines();
+  ASSERT_GE(lines.size(), 3U);
+  EXPECT_THAT(
+      std::vector<std::string>(lines.end() - 3, lines.end()),
+      ElementsAre(trace + "Failed to delete ic 6 flow 7\r\n", trace + "Failed to delete ic 6\r\n",
+                  trace + "Failed to delete vlanaction 6\r\n"));
+  EXPECT_THAT(entry(0), Each(-1));
+  EXPECT_THAT(commands(), IsEmpty());
+}
+
+TEST_F(QosClosedStateTest, Schedule_KeepsTheRuleAndStoresTheScheme) {
+  setEntry(0, 5, 6, 7);
+  EXPECT_EQ(BCM6838X_SetQosSchedule(1), 0U);
+  EXPECT_THAT(entry(0), ElementsAre(5, 6, 7));
+  ASSERT_EQ(BCM6838X_InitDrv(), 0U);
+  forget();
+  EXPECT_EQ(BCM6838X_SetQosSchedule(1), 0U);
+  EXPECT_THAT(commands(), IsEmpty());
+}
+
+TEST_F(QosClosedStateTest, Policer_FlagFollowsTheCall) {
+  QosUsPolicerCfg cfg = {1, 64, 0, 0};
+  EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+  EXPECT_EQ(g_portPolicerCfg[0], 1U);
+  cfg.cir = 0;
+  EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+  EXPECT_EQ(g_portPolicerCfg[0], 0U);
+  EXPECT_THAT(commands(), IsEmpty());
+}
+
+TEST_F(QosStateTest, Policer_PortOutOfRange_TouchesNoEntry) {
+  for (const std::uint32_t port : {0U, 33U, 0x101U, 0xFFFFFFFFU}) {
+    const QosUsPolicerCfg cfg = {port, 64, 0, 0};
+    EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
+  }
+  EXPECT_THAT(g_portPolicerCfg, Each(0U));
+}
+
 }  // namespace
 }  // namespace hal_test
