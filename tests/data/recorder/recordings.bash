@@ -8,6 +8,7 @@ source "${BASH_SOURCE[0]%/*}/switch.bash"
 # shellcheck disable=SC2034 # read by the scripts that source this file
 readonly recording_names=(
   stp dhcp pppoe-discovery igmp-join igmpv3-join mld-report arp-ping vlan-ping qinq-ping
+  residential
 )
 
 readonly group=233.252.0.1 group6=ff0e::db8:0:1 # reserved for documentation
@@ -136,4 +137,46 @@ record_qinq_ping() {
   build_qinq_link
   record_ping qinq-ping station \
     'ethertype 802.1Q-QinQ .{8}, length [0-9]+: vlan 200, p 0, ethertype 802.1Q .{8}, vlan 100, p 0'
+}
+
+# send_datagram ADDRESS PORT TOS TEXT: that nobody listens there is no matter.
+send_datagram() {
+  home socat -u - "UDP4-SENDTO:$1:$2,sourceport=40000,ip-tos=$3" <<<"$4" || true
+}
+
+# open_connection ADDRESS PORT TOS: nobody listens, so that the first segment is the only one.
+open_connection() {
+  home socat -u /dev/null "TCP4:$1:$2,sourceport=40000,ip-tos=$3" &>/dev/null || true
+}
+
+# tagged VID PATTERN: a pattern for a frame of the VLAN.
+tagged() { echo "ethertype 802.1Q .{8}, length [0-9]+: vlan $1, p 0, ethertype IPv4 .*$2"; }
+
+# What the equipment of one home sends in a VLAN for each service: only these frames are recorded.
+record_residential() {
+  build_service_link
+  home sysctl -qw net.ipv4.conf.video.force_igmp_version=2 \
+    net.ipv4.conf.video.igmpv2_unsolicited_report_interval=1000
+  capture residential "ether src $home_mac"
+  send_datagram 198.51.100.2 16384 184 'voice media'
+  send_datagram 198.51.100.2 5060 104 'voice signalling'
+  send_datagram 198.51.100.2 53 0 'a name'
+  open_connection 203.0.113.2 554 0
+  open_connection 192.0.2.2 443 104
+  open_connection 192.0.2.2 25 0
+  home ping -q -c 1 192.0.2.2 >/dev/null
+  await_frames 7
+  start home socat -u "UDP4-RECV:5000,ip-add-membership=$group:video" STDOUT
+  await_frames 9
+  stop "${started[-1]}"
+  expect "$(tagged 200 'tos 0xb8.*> 198.51.100.2.16384: .*UDP')" \
+    "$(tagged 200 'tos 0x68.*> 198.51.100.2.5060: ')" \
+    "$(tagged 200 'tos 0x0,.*> 198.51.100.2.53: ')" \
+    "$(tagged 300 'tos 0x0,.*> 203.0.113.2.554: Flags \[S\]')" \
+    "$(tagged 100 'tos 0x68.*> 192.0.2.2.443: Flags \[S\]')" \
+    "$(tagged 100 'tos 0x0,.*> 192.0.2.2.25: Flags \[S\]')" \
+    "$(tagged 100 'tos 0x0,.*> 192.0.2.2: ICMP echo request')" \
+    "$(tagged 300 "> $group: igmp v2 report $group")" \
+    "$(tagged 300 "> $group: igmp v2 report $group")" \
+    "$(tagged 300 '> 224.0.0.2: igmp leave')"
 }

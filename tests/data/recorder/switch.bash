@@ -55,3 +55,35 @@ build_qinq_link() {
       add-port service eth0
   done
 }
+
+# add_service SIDE NAME VID ADDRESS NEIGHBOUR: a port of the customer bridge in a VLAN of its own, with
+# the station's MAC address. It knows its neighbour, so that nobody has to ask.
+add_service() {
+  local mac other=home
+  [[ $1 == network ]] || other=network
+  mac=$(station_mac "$1")
+  configure_switch "$1" --may-exist add-port customer "$2" "tag=$3" -- \
+    set interface "$2" type=internal "mac=\"$mac\""
+  "$1" ethtool -K "$2" tx off >/dev/null
+  ip -n "$1" link set "$2" up
+  ip -n "$1" address add "$4/24" dev "$2"
+  ip -n "$1" neighbour add "$5" dev "$2" lladdr "$(station_mac "$other")"
+}
+
+# build_service_link: a VLAN for data, one for voice and one for video; home is .1, the network .2.
+build_service_link() {
+  local side
+  for side in home network; do
+    start_switch "$side"
+    add_customer_switch "$side" add-port customer eth0
+  done
+  add_both station 100 192.0.2
+  add_both voice 200 198.51.100
+  add_both video 300 203.0.113
+}
+
+# add_both NAME VID NET
+add_both() {
+  add_service home "$1" "$2" "$3.1" "$3.2"
+  add_service network "$1" "$2" "$3.2" "$3.1"
+}
