@@ -3,6 +3,7 @@
 #include "monitor/kernel_monitor.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
@@ -168,12 +169,11 @@ TEST(KernelMonitor, EndTasks_EndsAReaderThatHasTakenEverything) {
   taken.clear();
   Unit unit(WithTasks());
   ASSERT_EQ(VOS_TaskSpawn("reader", 0, 0, 0, 0, ReadForEver, 0), 0);
-  ASSERT_TRUE(unit.monitor().waitUntilBound());
-  EXPECT_TRUE(unit.monitor().flush());
   EXPECT_TRUE(unit.monitor().send(Bytes{1}));
   EXPECT_TRUE(unit.monitor().send(Bytes{2}));
   unit.endTasks();
   EXPECT_THAT(taken, ElementsAre(Bytes(), Bytes{1}, Bytes{2}));
+  EXPECT_FALSE(unit.monitor().tell(Bytes{3})) << "nobody is waited for";
   unit.endTasks();
   EXPECT_EQ(OpenMonitor(), -1) << "no task begins to wait behind the end";
 }
@@ -183,10 +183,84 @@ TEST(KernelMonitor, TheEndOfTheUnit_EndsItsTasks) {
   {
     Unit unit(WithTasks());
     ASSERT_EQ(VOS_TaskSpawn("reader", 0, 0, 0, 0, ReadForEver, 0), 0);
-    ASSERT_TRUE(unit.monitor().waitUntilBound());
     EXPECT_TRUE(unit.monitor().send(Bytes{3}));
   }
-  EXPECT_THAT(taken, ElementsAre(Bytes{3}));
+  EXPECT_THAT(taken, ElementsAre(Bytes(), Bytes{3}));
+}
+
+TEST(KernelMonitor, Spawn_ReturnsWhenTheTaskWaitsForADatagram) {
+  Unit unit(WithTasks());
+  ASSERT_EQ(VOS_TaskSpawn("reader", 0, 0, 0, 0, ReadForEver, 0), 0);
+  EXPECT_THAT(hal_test::Left(unit),
+              ElementsAre("call VOS_TaskSpawn(\"reader\", 0, 0, 0, 0, entry, 0)",
+                          "call socket(AF_NETLINK, SOCK_RAW, 25)",
+                          "call bind(family 16, port 0, groups 0, length 12)"));
+}
+
+std::atomic<bool> finished = false;
+
+/// A task that ends behind its first datagram, its socket closed.
+void ReadOnce() {
+  const int fd = OpenMonitor();
+  BindMonitor(fd, 0);
+  Receive(fd);
+  close(fd);
+  finished = true;
+}
+
+/// A task that has no socket.
+void End() {
+  finished = true;
+}
+
+TEST(KernelMonitor, Spawn_ReturnsWhenTheTaskHasEnded) {
+  for (void (*task)() : {ReadOnce, End}) {
+    Unit unit(WithTasks());
+    finished = false;
+    ASSERT_EQ(VOS_TaskSpawn("short", 0, 0, 0, 0, task, 0), 0);
+    unit.endTasks();
+    EXPECT_TRUE(finished);
+    EXPECT_FALSE(unit.monitor().tell(Bytes{1})) << "nobody listens, and nobody is waited for";
+  }
+}
+
+TEST(KernelMonitor, Tell_ReturnsWhenTheDatagramWasCarriedOut) {
+  taken.clear();
+  Unit unit(WithTasks());
+  ASSERT_EQ(VOS_TaskSpawn("reader", 0, 0, 0, 0, ReadForEver, 0), 0);
+  EXPECT_TRUE(unit.monitor().tell(Bytes{1}));
+  EXPECT_THAT(taken, testing::Contains(Bytes{1}));
+}
+
+TEST(KernelMonitor, Tell_DoesNotWaitForASocketThatNobodyReads) {
+  taken.clear();
+  Unit unit(WithTasks());
+  const int fd = OpenMonitor();
+  EXPECT_FALSE(unit.monitor().tell(Bytes{1}));
+  EXPECT_EQ(Receive(fd), Bytes{1}) << "it is sent all the same";
+  close(fd);
+  const int second = OpenMonitor();
+  ASSERT_EQ(VOS_TaskSpawn("reader", 0, 0, 0, 0, ReadForEver, 0), 0);
+  EXPECT_TRUE(unit.monitor().tell(Bytes{2}));
+  EXPECT_TRUE(HasDatagram(second));
+}
+
+TEST(KernelMonitor, Tell_OnTheReadersOwnThread_DoesNotWait) {
+  Unit unit;
+  const int fd = OpenMonitor();
+  ASSERT_TRUE(unit.monitor().send(Bytes{1}));
+  EXPECT_EQ(Receive(fd), Bytes{1});
+  EXPECT_FALSE(unit.monitor().tell(Bytes{2}));
+  EXPECT_EQ(Receive(fd), Bytes{2});
+}
+
+TEST(KernelMonitor, AClosedSocket_HoldsUpNoFlush) {
+  Unit unit(WithTasks());
+  const int closed = OpenMonitor();
+  ASSERT_TRUE(unit.monitor().send(Bytes{1}));
+  close(closed);
+  ASSERT_EQ(VOS_TaskSpawn("reader", 0, 0, 0, 0, ReadForEver, 0), 0);
+  EXPECT_TRUE(unit.monitor().flush());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 /// @file
 /// Tests of the commands of the packet path: events that wait, what the library makes of them, what
 /// it sent, and the kernel's messages.
+#include <algorithm>
 #include <cstddef>
 #include <gmock/gmock.h>
 #include <string>
@@ -58,6 +59,11 @@ std::vector<std::string> Doings(const Json& events) {
     }
   }
   return doings;
+}
+
+/// A length below 256 as a word of this machine.
+std::string LengthWord(std::size_t length) {
+  return virtual_onu::ToHex(virtual_onu::Bytes{static_cast<std::uint8_t>(length), 0, 0, 0});
 }
 
 TEST(PacketPath, Send_TellsTheEventAndHowManyWait) {
@@ -143,6 +149,33 @@ TEST(PacketPath, CapturedFrames_ReachTheirClientsWithTheTagOfThePort) {
   EXPECT_EQ(calls, expected);
 }
 
+TEST(PacketPath, CapturedBpdus_ReachTheSpanningTreeProcess) {
+  const Json events = Last(With(kPorts, {"send uni1 " + Capture("stp.pcap"), "capture"}))["events"];
+  ASSERT_EQ(events.size(), 5U);
+  for (std::size_t i = 0; i < events.size(); ++i) {
+    const std::string frame = FrameOf("stp.pcap", i + 1);
+    // Port and length, on this machine, then the frame.
+    EXPECT_THAT(Doings(events.at(i)["left"]),
+                ElementsAre("01000000" + LengthWord(frame.size() / 2) + frame));
+  }
+}
+
+TEST(PacketPath, CapturedFramesOfTheNetwork_GoToThePortsUnderTheirRules) {
+  const std::vector<std::pair<std::string, std::size_t>> frames = {
+      {"igmp-join.pcap", 1}, {"igmpv3-join.pcap", 2}, {"mld-report.pcap", 1}};
+  Words lines = kPorts;
+  for (const auto& [capture, number] : frames) {
+    lines.push_back("send wan " + Capture(capture) + "#" + std::to_string(number));
+  }
+  std::vector<std::string> sent;
+  for (const Json& one : Last(With(lines, {"capture"}))["transmitted"]) {
+    EXPECT_EQ(one["port"], "uni2") << "the other ports do not take untagged frames";
+    sent.push_back(one["frame"]["bytes"]);
+  }
+  EXPECT_THAT(sent, ElementsAre(FrameOf("igmp-join.pcap", 1), FrameOf("igmpv3-join.pcap", 2),
+                                FrameOf("mld-report.pcap", 1)));
+}
+
 TEST(PacketPath, ClientsThatAreOn_SendTheFramesOn) {
   const Json document =
       Last(With(kPorts, {"clients on", "SetDhcpTrapEnable 1", "SetPPPoETrapEnable 1",
@@ -217,6 +250,58 @@ TEST(PacketPath, ALinkThatComesUp_IsToldWithItsSpeed) {
   EXPECT_EQ(rates.front()["rate"], 100000000);
 }
 
+/// The names of the events: kinds of calls and messages, lines of the shell, commands.
+std::vector<std::string> Course(const Json& events) {
+  std::vector<std::string> course;
+  for (const Json& event : events) {
+    if (event["kind"] == "command") {
+      course.push_back(event["name"]);
+    } else if (event["kind"] == "log") {
+      course.push_back(event["text"]);
+    } else {
+      course.push_back(event["kind"]);
+    }
+  }
+  return course;
+}
+
+TEST(PacketPath, ALinkThatTheLibraryChanges_IsToldBehindTheLineThatDidIt) {
+  const Words open = With(kStart, {"SetPortAdminState 2 1", "clear trace"});
+  const Json down = Last(With(open, {"SetPortAdminState 2 0", "show trace"}));
+  EXPECT_THAT(Course(down["events"]),
+              ElementsAre("BRMGR_CMD_PORT_ADMIN", "shell", "UNI port[2] MODE change to [6]\r\n",
+                          "message", "message"));
+}
+
+TEST(PacketPath, ALinkThatTheLibraryBringsUp_IsToldWithItsRate) {
+  const Json up = Last(With(kStart, {"clear trace", "SetPortAdminState 2 1", "show trace"}));
+  EXPECT_THAT(Course(up["events"]),
+              ElementsAre("BRMGR_CMD_PORT_ADMIN", "shell", "UNI port[2] MODE change to [0]\r\n",
+                          "BRMGR_CMD_PORT_STATE", "message", "message"));
+}
+
+TEST(PacketPath, ANegotiationThatTheLibraryForces_IsTold) {
+  const Words open = With(kStart, {"SetPortAdminState 2 1", "link uni2 up", "clear trace"});
+  const Json forced = Last(With(open, {"SetPortNegMode 2 4", "show trace"}));
+  EXPECT_THAT(Course(forced["events"]), testing::Contains("UNI port[2] MODE change to [2]\r\n"));
+}
+
+TEST(PacketPath, Start_TellsThatThePortsAreDown) {
+  const Json start = Last(With(kStart, {"show trace"}));
+  const std::vector<std::string> course = Course(start["events"]);
+  for (const char* port : {"1", "2", "3", "4"}) {
+    EXPECT_EQ(
+        std::ranges::count(course, std::string("UNI port[") + port + "] MODE change to [6]\r\n"), 1)
+        << port;
+  }
+}
+
+TEST(PacketPath, ALinkThatChangedBeforeTheTaskListened_IsNotTold) {
+  const Json start = Last({"link uni3 down", "config run-tasks on", "Init", "show trace"});
+  EXPECT_THAT(Course(start["events"]),
+              testing::Not(testing::Contains("UNI port[3] MODE change to [6]\r\n")));
+}
+
 TEST(PacketPath, ALinkThatStays_IsNotTold) {
   const Json same = Last(With(kStart, {"SetPortAdminState 2 1", "link uni2 up"}));
   EXPECT_EQ(same["told"], false);
@@ -230,6 +315,10 @@ struct PressRow {
   std::string press;
   std::vector<std::string> doings;
 };
+
+void PrintTo(const PressRow& row, std::ostream* out) {
+  *out << row.press;
+}
 
 class PacketPathPress : public testing::TestWithParam<PressRow> {};
 

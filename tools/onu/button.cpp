@@ -1,10 +1,9 @@
 /// @file
-/// The reset button, and how the kernel's messages reach the library's task.
+/// The reset button.
 #include <string>
 
 #include "commands.h"
 #include "event_report.h"
-#include "kernel_message.h"
 #include "monitor/netlink_message.h"
 
 namespace onu {
@@ -14,30 +13,16 @@ namespace {
 /// A press that nobody measures.
 constexpr std::uint32_t kShortPress = 100;  ///< milliseconds
 
-/// Whether a task was started whose socket will be there, if it is not yet.
-bool ExpectsSocket(virtual_onu::Platform& platform) {
-  const virtual_onu::PlatformConfig& config = platform.config();
-  return config.runTasks && !platform.tasks().empty() && !config.monitorSocketFails &&
-         !config.monitorBindFails && config.monitorRegisterResult == 0;
-}
-
 }  // namespace
-
-bool TellKernelTask(Session& session, virtual_onu::ByteView datagram) {
-  virtual_onu::Unit& unit = session.unit();
-  if (ExpectsSocket(unit.platform())) {
-    unit.monitor().waitUntilBound();
-  }
-  return unit.monitor().send(datagram) && unit.monitor().flush();
-}
 
 Result PressButton(Session& session, const Arguments& arguments) {
   const std::uint32_t duration = arguments.optionalNumber("MS").value_or(kShortPress);
   bool listening = false;
   const Observation seen = session.observe([&] {
-    listening = TellKernelTask(session, virtual_onu::ButtonMessage(true));
-    session.unit().clock().advance(duration);
-    listening = TellKernelTask(session, virtual_onu::ButtonMessage(false)) && listening;
+    virtual_onu::Unit& unit = session.unit();
+    listening = unit.monitor().tell(virtual_onu::ButtonMessage(true));
+    unit.clock().advance(duration);
+    listening = unit.monitor().tell(virtual_onu::ButtonMessage(false)) && listening;
   });
   Result result;
   result.json = {{"milliseconds", duration}, {"listening", listening}};

@@ -6,9 +6,7 @@
 
 #include "commands.h"
 #include "failure.h"
-#include "kernel_message.h"
 #include "link_report.h"
-#include "monitor/netlink_message.h"
 #include "port_argument.h"
 
 namespace onu {
@@ -54,13 +52,6 @@ LinkPartner PartnerOf(const Arguments& arguments) {
   return partner;
 }
 
-/// Sends the kernel's message about a port's link; false when no task listens.
-bool TellLink(Session& session, std::uint32_t uni, const std::optional<virtual_onu::Link>& link) {
-  return TellKernelTask(session, virtual_onu::LinkMessage("eth" + std::to_string(uni - 1),
-                                                          link ? link->mode.speed : 0,
-                                                          link && link->mode.fullDuplex ? 1 : 0));
-}
-
 void Check(const Arguments& arguments) {
   const bool down = arguments.word("STATE") == "down";
   if (down && (arguments.has("SPEED") || arguments.has("PAUSE"))) {
@@ -84,9 +75,8 @@ Result ChangeLink(Session& session, const Arguments& arguments) {
   LinkPartner partner = PartnerOf(arguments);
   partner.present = arguments.word("STATE") == "up";
   virtual_onu::Phy& phy = session.unit().phy(uni);
-  const std::optional<virtual_onu::Link> before = phy.link();
   phy.setPartner(partner);
-  const bool told = phy.link() != before && TellLink(session, uni, phy.link());
+  const bool told = session.unit().tellLinks();
   session.noteChange(words);
 
   const Words link = LinkWords(phy.link());

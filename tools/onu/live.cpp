@@ -46,6 +46,7 @@ void Unplug(Unit& unit, const std::map<PortId, std::string>& bindings) {
       unit.phy(uni).setPartner({.present = false});
     }
   }
+  unit.tellLinks();
 }
 
 std::map<PortId, FrameEnd> OpenEnds(const std::map<PortId, std::string>& bindings) {
@@ -148,6 +149,7 @@ Result Run(Session& session, const Options& options, std::map<PortId, FrameEnd>&
     errors("onu: live: " + port.name() + ": " + end.name() + " is gone\n");
     if (!port.isWan()) {
       unit.phy(port.uni).setPartner({.present = false});
+      unit.tellLinks();
     }
   };
   const auto receive = [&](PortId port, ByteView frame) {

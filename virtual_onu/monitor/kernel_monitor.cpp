@@ -42,15 +42,25 @@ std::string Describe(const sockaddr* address, socklen_t length) {
 
 KernelMonitor::~KernelMonitor() {
   for (const Channel& channel : channels_) {
-    if (IsOpen(channel)) {
+    if (channel.isOpen()) {
       close(channel.reader);
     }
     close(channel.kernel);
   }
 }
 
-bool KernelMonitor::IsOpen(const Channel& channel) {
-  return InodeOf(channel.reader) == channel.inode;
+bool KernelMonitor::Channel::isOpen() const {
+  return InodeOf(reader) == inode;
+}
+
+bool KernelMonitor::Channel::isServed() const {
+  return isOpen() && thread != std::thread::id() && thread != std::this_thread::get_id();
+}
+
+KernelMonitor::Channel* KernelMonitor::find(int fd) {
+  const auto found = std::ranges::find_if(
+      channels_, [fd](const Channel& channel) { return channel.reader == fd && channel.isOpen(); });
+  return found == channels_.end() ? nullptr : &*found;
 }
 
 int KernelMonitor::open(const MonitorFaults& faults) {
@@ -67,13 +77,13 @@ int KernelMonitor::open(const MonitorFaults& faults) {
   return pair[0];
 }
 
-bool KernelMonitor::owns(int fd) const {
+bool KernelMonitor::owns(int fd) {
   const std::lock_guard lock(mutex_);
-  return std::ranges::any_of(
-      channels_, [fd](const Channel& channel) { return channel.reader == fd && IsOpen(channel); });
+  return find(fd) != nullptr;
 }
 
-int KernelMonitor::bind(const MonitorFaults& faults, const sockaddr* address, socklen_t length) {
+int KernelMonitor::bind(int fd, const MonitorFaults& faults, const sockaddr* address,
+                        socklen_t length) {
   const std::lock_guard lock(mutex_);
   const int result = faults.bindFails ? -1 : 0;
   trace_.add(CallEvent{"bind(" + Describe(address, length) + ")", result});
@@ -81,53 +91,100 @@ int KernelMonitor::bind(const MonitorFaults& faults, const sockaddr* address, so
     errno = EADDRINUSE;
     return result;
   }
-  bound_ = true;
+  ++progress_.bound;
+  if (Channel* const channel = find(fd)) {
+    channel->bound = progress_.bound;
+  }
   changed_.notify_all();
   return result;
 }
 
 std::size_t KernelMonitor::sendLocked(ByteView datagram) {
-  return static_cast<std::size_t>(std::ranges::count_if(channels_, [&](const Channel& channel) {
-    return IsOpen(channel) && ::send(channel.kernel, datagram.data(), datagram.size(),
-                                     MSG_DONTWAIT | MSG_NOSIGNAL) >= 0;
-  }));
+  std::size_t takers = 0;
+  for (Channel& channel : channels_) {
+    if (channel.isOpen() && ::send(channel.kernel, datagram.data(), datagram.size(),
+                                   MSG_DONTWAIT | MSG_NOSIGNAL) >= 0) {
+      ++channel.sent;
+      ++takers;
+    }
+  }
+  return takers;
 }
 
 bool KernelMonitor::send(ByteView datagram) {
   const std::lock_guard lock(mutex_);
-  const std::size_t takers = sendLocked(datagram);
-  sent_ += takers;
-  return takers != 0;
+  return sendLocked(datagram) != 0;
 }
 
 bool KernelMonitor::flush() {
+  std::unique_lock lock(mutex_);
   // A datagram without bytes: the library passes it over.
-  if (!send({})) {
+  return sendLocked({}) != 0 && changed_.wait_for(lock, kPatience, [this] {
+    return std::ranges::all_of(channels_, &Channel::carriedOut);
+  });
+}
+
+bool KernelMonitor::tell(ByteView datagram) {
+  std::unique_lock lock(mutex_);
+  const bool served = std::ranges::any_of(channels_, &Channel::isServed);
+  if (sendLocked(datagram) == 0 || !served) {
     return false;
   }
-  std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, kPatience, [this] { return received_ == sent_; });
+  sendLocked({});
+  return changed_.wait_for(lock, kPatience, [this] {
+    return std::ranges::all_of(channels_, [](const Channel& channel) {
+      return !channel.isServed() || channel.carriedOut();
+    });
+  });
 }
 
 bool KernelMonitor::waitUntilBound() {
   std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, kPatience, [this] { return bound_; });
+  return changed_.wait_for(lock, kPatience, [this] { return progress_.bound > 0; });
+}
+
+KernelMonitor::Progress KernelMonitor::progress() const {
+  const std::lock_guard lock(mutex_);
+  return progress_;
+}
+
+void KernelMonitor::taskEnded() {
+  const std::lock_guard lock(mutex_);
+  ++progress_.ended;
+  changed_.notify_all();
+}
+
+void KernelMonitor::settle(const Progress& before) {
+  std::unique_lock lock(mutex_);
+  const auto ended = [&] { return progress_.ended != before.ended; };
+  changed_.wait_for(lock, kPatience, [&] { return ended() || progress_.bound != before.bound; });
+  if (ended() || sendLocked({}) == 0) {
+    return;
+  }
+  changed_.wait_for(lock, kPatience, [&] {
+    return ended() || std::ranges::all_of(channels_, [&](const Channel& channel) {
+             return channel.bound <= before.bound || channel.carriedOut();
+           });
+  });
 }
 
 void KernelMonitor::end() {
   const std::lock_guard lock(mutex_);
   ended_ = true;
-  sent_ += sendLocked({});
+  sendLocked({});
 }
 
-void KernelMonitor::received(ssize_t size) {
+void KernelMonitor::received(int fd, ssize_t size) {
   bool leave = false;
   {
     const std::lock_guard lock(mutex_);
-    if (size >= 0) {
-      ++received_;
+    Channel* const channel = find(fd);
+    if (channel == nullptr) {
+      return;
     }
-    leave = ended_ && received_ == sent_;
+    channel->received += size >= 0 ? 1 : 0;
+    leave = ended_ && channel->carriedOut();
+    channel->thread = leave ? std::thread::id() : std::this_thread::get_id();
   }
   changed_.notify_all();
   if (leave) {

@@ -84,7 +84,12 @@ std::int32_t Platform::spawnTask(Task task) {
   }
   const std::lock_guard lock(mutex_);
   if (config_.runTasks) {
-    threads_.emplace_back(task.entry);
+    threads_.emplace_back([this, entry = task.entry] {
+      entry();
+      if (taskEnd_) {
+        taskEnd_();
+      }
+    });
   }
   tasks_.push_back(std::move(task));
   return result;

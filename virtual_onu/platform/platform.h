@@ -74,6 +74,9 @@ class Platform {
   /// For changes between calls of the library; the library asks anew each time.
   PlatformConfig& config() { return config_; }
 
+  /// Who is told, on its thread, that a task has ended by itself.
+  void onTaskEnd(std::function<void()> listener) { taskEnd_ = std::move(listener); }
+
   std::uint32_t createLog(const char* name, std::uint32_t a, std::int32_t b);
   void printLog(std::uint32_t id, std::uint32_t level, const char* file, std::uint32_t line,
                 const char* format, std::va_list arguments);
@@ -105,6 +108,7 @@ class Platform {
   Clock& clock_;
   std::filesystem::path directory_;
   ShellRunner shellRunner_;
+  std::function<void()> taskEnd_;
   mutable std::mutex mutex_;
   std::vector<Task> tasks_;
   std::vector<std::thread> threads_;

@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <linux/netlink.h>
+#include <linux/sockios.h>
 #include <optional>
 #include <string>
 #include <sys/ioctl.h>
@@ -55,10 +56,14 @@ std::optional<int> ServedByUnit(int fd, unsigned long request, void* argument) {
   if (unit->device().owns(fd)) {
     return unit->device().ioctl(request, argument);
   }
-  if (virtual_onu::Interfaces::Knows(request) && IsSocket(fd)) {
-    return unit->interfaces().ioctl(request, argument);
+  if (!virtual_onu::Interfaces::Knows(request) || !IsSocket(fd)) {
+    return std::nullopt;
   }
-  return std::nullopt;
+  const std::optional<int> served = unit->interfaces().ioctl(request, argument);
+  if (request == SIOCSMIIREG && served == 0) {
+    unit->tellLinks();
+  }
+  return served;
 }
 
 /// The unit's monitor when the descriptor is one of its sockets.
@@ -111,7 +116,7 @@ int socket(int domain, int type, int protocol) noexcept {
 
 int bind(int fd, const sockaddr* addr, socklen_t len) noexcept {
   if (virtual_onu::KernelMonitor* monitor = MonitorOf(fd)) {
-    return monitor->bind(MonitorFaultsOf(*Unit::Current()), addr, len);
+    return monitor->bind(fd, MonitorFaultsOf(*Unit::Current()), addr, len);
   }
   static auto* const next = Next<int(int, const sockaddr*, socklen_t)>("bind");
   return next(fd, addr, len);
@@ -121,7 +126,7 @@ ssize_t recvmsg(int fd, msghdr* message, int flags) {
   static auto* const next = Next<ssize_t(int, msghdr*, int)>("recvmsg");
   const ssize_t size = next(fd, message, flags);
   if (virtual_onu::KernelMonitor* monitor = MonitorOf(fd)) {
-    monitor->received(size);
+    monitor->received(fd, size);
   }
   return size;
 }

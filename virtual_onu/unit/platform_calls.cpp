@@ -87,7 +87,7 @@ std::int32_t VOS_OpenDevice(const char* name) {
 std::int32_t VOS_TaskSpawn(const char* name, std::uint32_t a, std::uint32_t b, std::uint32_t c,
                            std::uint32_t d, void (*entry)(void), std::uint32_t arg) {
   Unit* unit = Unit::Current();
-  return unit == nullptr ? kNoUnit : unit->platform().spawnTask({name, {a, b, c, d}, arg, entry});
+  return unit == nullptr ? kNoUnit : unit->spawnTask({name, {a, b, c, d}, arg, entry});
 }
 
 std::int32_t VOS_System(const char* format, ...) {
@@ -99,6 +99,7 @@ std::int32_t VOS_System(const char* format, ...) {
   va_start(arguments, format);
   const std::int32_t result = unit->platform().runShell(format, arguments);
   va_end(arguments);
+  unit->tellLinks();
   return result;
 }
 

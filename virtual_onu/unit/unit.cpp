@@ -11,6 +11,8 @@
 
 #include <platform_config.h>
 
+#include "monitor/netlink_message.h"
+
 std::uint32_t g_PortRevert = 0;
 
 namespace virtual_onu {
@@ -60,6 +62,39 @@ Unit::Unit(UnitConfig config)
   dataPath_.countInto(PortStatistics(
       [this](std::uint32_t uni) -> PortStatsRecord& { return device_.counters(uni); }));
   platform_.setShellRunner([this](std::string line) { return shell_.run(std::move(line)); });
+  platform_.onTaskEnd([this] { monitor_.taskEnded(); });
+  changedLinks();
+}
+
+std::int32_t Unit::spawnTask(Task task) {
+  const KernelMonitor::Progress before = monitor_.progress();
+  const std::int32_t result = platform_.spawnTask(std::move(task));
+  if (result == 0 && platform_.config().runTasks) {
+    monitor_.settle(before);
+  }
+  return result;
+}
+
+std::vector<Bytes> Unit::changedLinks() {
+  const std::lock_guard lock(linkMutex_);
+  toldLinks_.resize(interfaces_.count());
+  std::vector<Bytes> messages;
+  for (std::uint32_t index = 0; index < toldLinks_.size(); ++index) {
+    const std::optional<Link> link = interfaces_.phy(index + 1).link();
+    if (std::exchange(toldLinks_[index], link) != link) {
+      messages.push_back(LinkMessage("eth" + std::to_string(index), link ? link->mode.speed : 0,
+                                     link && link->mode.fullDuplex ? 1 : 0));
+    }
+  }
+  return messages;
+}
+
+bool Unit::tellLinks() {
+  bool told = false;
+  for (const Bytes& message : changedLinks()) {
+    told = monitor_.tell(message);
+  }
+  return told;
 }
 
 void Unit::onClientCall(ClientTaker taker) {

@@ -80,6 +80,16 @@ class Unit {
   /// anything of the device that locks.
   [[nodiscard]] std::unique_lock<std::mutex> hold() const { return device_.hold(); }
 
+  /// Serves VOS_TaskSpawn. A task that runs is let run until it has ended or waits for a message of
+  /// the kernel, as one of a higher priority would: its start is always the same.
+  std::int32_t spawnTask(Task task);
+
+  /// Sends the kernel's message about each port whose link has changed since the last time, and
+  /// waits until the library's task has carried it out. Called behind whatever may change a link:
+  /// by the unit behind shell lines and register writes of the library, and by whoever changes the
+  /// partner of a PHY. Tells whether a task listened to the last message, if there was one.
+  bool tellLinks();
+
   /// Ends the tasks that run, once they have carried out what was sent to them. The end of the unit
   /// does that too.
   void endTasks();
@@ -88,6 +98,9 @@ class Unit {
   static Unit* Current();
 
  private:
+  /// The kernel's messages about the links that have changed since the last call.
+  std::vector<Bytes> changedLinks();
+
   bool ownsDirectory_;
   std::filesystem::path directory_;
   Clock clock_;
@@ -99,6 +112,8 @@ class Unit {
   Platform platform_;
   DataPath dataPath_;
   PacketPath packetPath_;
+  std::mutex linkMutex_;  ///< guards what follows
+  std::vector<std::optional<Link>> toldLinks_;
   mutable std::mutex clientMutex_;
   ClientTaker clientTaker_;
 };
