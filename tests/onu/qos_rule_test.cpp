@@ -83,16 +83,26 @@ TEST(QosRule, Rule_HeadAndSeveralConditions) {
   EXPECT_EQ(ParseQosRule(1, 0, "0,255").fieldCount, 0);
 }
 
+TEST(QosRule, Port_IsTheRulesOwnWhereItNamesOne) {
+  const QosClassRule rule = ParseQosRule(1, 0, "5@33,2,VlanId=1");
+  EXPECT_EQ(rule.port, 33);
+  EXPECT_EQ(rule.precedence, 5);
+  EXPECT_EQ(rule.priority, 2);
+}
+
 TEST(QosRule, WrongWords_AreRefusedWithWhatWasExpected) {
   struct Row {
     std::string word;
     std::string error;
   };
   const std::vector<Row> rows = {
-      {"", "expected PRECEDENCE,PRIORITY[,CONDITION]..., got \"\""},
-      {"1", "expected PRECEDENCE,PRIORITY[,CONDITION]..., got \"1\""},
+      {"", "expected PRECEDENCE[@PORT],PRIORITY[,CONDITION]..., got \"\""},
+      {"1", "expected PRECEDENCE[@PORT],PRIORITY[,CONDITION]..., got \"1\""},
       {"x,1", "precedence: expected a number from 0 to 255, got \"x\""},
       {"256,1", "precedence: expected a number from 0 to 255, got \"256\""},
+      {"1@,1", "port: expected a number from 0 to 255, got \"\""},
+      {"1@256,1", "port: expected a number from 0 to 255, got \"256\""},
+      {"@1,1", "precedence: expected a number from 0 to 255, got \"\""},
       {"1,-1", "priority: expected a number from 0 to 255, got \"-1\""},
       {"1,1,VlanId", "expected FIELD=VALUE or FIELD:OPERATOR=VALUE, got \"VlanId\""},
       {"1,1,VlanId=65536", "VlanId: expected a number from 0 to 65535, got \"65536\""},
@@ -111,7 +121,7 @@ TEST(QosRule, WrongWords_AreRefusedWithWhatWasExpected) {
       EXPECT_EQ(failure.status(), ExitStatus::WrongUse);
     }
   }
-  EXPECT_EQ(rows.size(), 12U);
+  EXPECT_EQ(rows.size(), 15U);
 }
 
 TEST(QosRule, UnknownNames_SuggestTheNearest) {
@@ -137,6 +147,19 @@ TEST(QosRule, NinthConditionOrRule_IsRefused) {
 TEST(QosOperations, Rules_ReachTheLibrary) {
   EXPECT_THAT(RunLines({"Init", "AddQosClassificationRule 1 0 1,7,VlanId=100"}).out,
               testing::HasSubstr("BCM6838X_AddQosClassificationRule(1, 0, 1,7,VlanId=100) = 0"));
+}
+
+TEST(QosOperations, SetWithRulesOfAnotherPort_InstallsThemThere) {
+  const Words lines = {"Init", "ApplyQosClassification 1 0 1,7,VlanId=100 1@2,6,VlanId=100"};
+  const auto rulesOf = [&lines](const std::string& port) {
+    Words shown = lines;
+    shown.push_back("show qos " + port);
+    return test::RunLinesAsJson(shown).lastDocument()["rules"];
+  };
+  ASSERT_EQ(rulesOf("1").size(), 1U);
+  ASSERT_EQ(rulesOf("2").size(), 1U);
+  EXPECT_EQ(rulesOf("1")[0]["queue"], 7);
+  EXPECT_EQ(rulesOf("2")[0]["queue"], 6);
 }
 
 TEST(QosOperations, InvalidRules_ReachTheLibraryToo) {

@@ -100,7 +100,8 @@ const std::vector<Operation> kRows = {
       {kRulePort,
        kRuleType,
        {"rule", ArgumentType::Word,
-        "PRECEDENCE,PRIORITY,FIELD=VALUE,..., the fields by their names in the listing"}},
+        "PRECEDENCE,PRIORITY,FIELD=VALUE,..., the fields by their names in the listing; "
+        "PRECEDENCE@PORT for another port"}},
       "installs a classification rule",
       {"Init\nAddQosClassificationRule 1 0 1,7,VlanId=100,Ipv4TosDscp=184"}},
      Status,

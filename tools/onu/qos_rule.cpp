@@ -161,12 +161,14 @@ std::uint8_t ByteOf(std::string_view what, const std::string& word) {
 QosClassRule ParseQosRule(std::uint32_t port, std::uint32_t type, const std::string& word) {
   const Words parts = SplitAt(word, ',');
   if (parts.size() < 2) {
-    throw WrongUse("expected PRECEDENCE,PRIORITY[,CONDITION]..., got " + Quote(word));
+    throw WrongUse("expected PRECEDENCE[@PORT],PRIORITY[,CONDITION]..., got " + Quote(word));
   }
   QosClassRule rule = {};
   rule.ruleType = type;
-  rule.port = static_cast<std::uint8_t>(port);
-  rule.precedence = ByteOf("precedence", parts[0]);
+  const std::size_t at = parts[0].find('@');
+  rule.port = at == std::string::npos ? static_cast<std::uint8_t>(port)
+                                      : ByteOf("port", parts[0].substr(at + 1));
+  rule.precedence = ByteOf("precedence", parts[0].substr(0, at));
   rule.priority = ByteOf("priority", parts[1]);
   rule.queue = rule.priority;
   for (const std::string& condition : std::span(parts).subspan(2)) {
