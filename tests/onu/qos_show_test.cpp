@@ -85,6 +85,15 @@ TEST(ShowQos, Scheme_RuleAddedAfterTheChange_IsMixed) {
   EXPECT_EQ(Last(lines)["scheme"], "mixed");
 }
 
+TEST(ShowQos, Scheme_FlowInNoBank_ShowsNone) {
+  const Words lines = {"Init", "SetQosSchedule 1", "AddQosClassificationRule 1 0 4,3,VlanId=7",
+                       "SetQosSchedule 0", "show qos 1"};
+  EXPECT_EQ(Last(lines)["scheme"], nullptr);
+  EXPECT_EQ(Last(lines)["rules"][0]["queue"], 4294967291) << "3 less 8, in 32 bits";
+  EXPECT_THAT(Text(lines),
+              HasSubstr("it: unknown, no flow is in the queue of its priority in a bank\n"));
+}
+
 TEST(ShowQos, Scheme_RuleThatDrops_ShowsNone) {
   EXPECT_EQ(Last({"Init", "AddQosClassificationRule 1 2 6,0,VlanId=100", "show qos 1"})["scheme"],
             nullptr);

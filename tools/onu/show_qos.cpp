@@ -1,9 +1,12 @@
 /// @file
 /// The command that shows the QoS of one UNI port: the rules that the library installed, in words,
 /// and the port's policer, rates and DSCP map.
+#include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <brmgr_record.h>
@@ -114,37 +117,44 @@ void AddRules(const std::vector<RuleState>& rules, Result& result) {
   result.text += table.text("no rules");
 }
 
-/// The scheme in which a re-marking rule's flow is; nothing for any other rule.
-std::optional<std::uint32_t> SchemeOf(const RuleState& rule) {
-  if (rule.flow == nullptr || rule.action == nullptr || rule.flow->remark == 0) {
-    return std::nullopt;
+bool IsRemarking(const RuleState& rule) {
+  return rule.flow != nullptr && rule.action != nullptr && rule.flow->remark != 0;
+}
+
+/// The schemes in which the re-marking flows are; a flow in neither bank shows none.
+std::set<std::uint32_t> SchemesOf(const std::vector<RuleState>& rules) {
+  std::set<std::uint32_t> schemes;
+  for (const RuleState& rule : rules) {
+    const std::uint32_t offset =
+        IsRemarking(rule) ? rule.flow->queue - rule.flow->remarkPriority : BRMGR_INDEX_NONE;
+    if (offset == 0 || offset == kBank) {
+      schemes.insert(offset / kBank);
+    }
   }
-  const std::uint32_t offset = rule.flow->queue - rule.flow->remarkPriority;
-  return offset == 0 || offset == kBank ? std::optional(offset / kBank) : std::nullopt;
+  return schemes;
+}
+
+/// The scheme as JSON and in words.
+std::pair<Json, std::string> SchemeOf(const std::vector<RuleState>& rules) {
+  const std::set<std::uint32_t> schemes = SchemesOf(rules);
+  if (schemes.size() > 1) {
+    return {"mixed", "mixed, both banks are in use"};
+  }
+  if (!schemes.empty()) {
+    return *schemes.begin() == 0
+               ? std::pair<Json, std::string>(0, "0, the strict queues 0 to 7")
+               : std::pair<Json, std::string>(1, "1, the weighted queues 8 to 15");
+  }
+  return {nullptr, std::ranges::any_of(rules, IsRemarking)
+                       ? "unknown, no flow is in the queue of its priority in a bank"
+                       : "unknown, no rule re-marks"};
 }
 
 /// The library keeps its scheme to itself; the flows show it.
 void AddScheme(const std::vector<RuleState>& rules, Result& result) {
-  Json scheme = nullptr;
-  for (const RuleState& rule : rules) {
-    const std::optional<std::uint32_t> found = SchemeOf(rule);
-    if (found) {
-      scheme = scheme.is_null() || scheme == *found ? Json(*found) : Json("mixed");
-    }
-    if (scheme == "mixed") {
-      break;
-    }
-  }
+  const auto [scheme, words] = SchemeOf(rules);
   result.json["scheme"] = scheme;
-  result.text += "scheduling scheme, as the flows show it: ";
-  if (scheme.is_null()) {
-    result.text += "unknown, no rule re-marks\n";
-  } else if (scheme == "mixed") {
-    result.text += "mixed, both banks are in use\n";
-  } else {
-    result.text +=
-        scheme == 0 ? "0, the strict queues 0 to 7\n" : "1, the weighted queues 8 to 15\n";
-  }
+  result.text += "scheduling scheme, as the flows show it: " + words + "\n";
 }
 
 void AddPolicer(Session& session, std::uint32_t uni, Result& result) {
