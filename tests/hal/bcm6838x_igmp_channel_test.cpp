@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include <brmgr_cmd.h>
 #include <hal_bcm6838x.h>
 
+#include "support/console_output.h"
 #include "support/library_test.h"
 #include "support/wire_record.h"
 
@@ -82,15 +82,6 @@ std::string ModifyLogged(const std::string& portMask, std::uint32_t result = 0) 
 std::string RefusalLogged(std::uint32_t code) {
   return "log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp BCM6838X_Ioctl :<line>, cmd:" +
          std::to_string(code) + " err:4294967295\r\n";
-}
-
-/// What an operation wrote on standard output, its line numbers as "<line>".
-template <typename Operation>
-std::string Console(Operation operation) {
-  testing::internal::CaptureStdout();
-  operation();
-  return std::regex_replace(testing::internal::GetCapturedStdout(),
-                            std::regex(R"((BCM6838X_\w+)\(\d+\))"), "$1(<line>)");
 }
 
 class McastChannelTest : public LibraryTest {
@@ -239,6 +230,20 @@ TEST_F(McastChannelTest, Add_TheSameTwice_TakesTwoSlots) {
   EXPECT_EQ(BCM6838X_FindUnuseMcastChanSlot(), 2);
 }
 
+TEST_F(McastChannelTest, TheSameTwice_IsRemovedSlotBySlot) {
+  add(Group(1));
+  add(Group(1));
+  add(Group(1));
+  forget();
+  EXPECT_EQ(del(Group(1)), 0U);
+  EXPECT_THAT(commands(), ElementsAre(DelSent(Entry(1, 1, 0))));
+  EXPECT_EQ(find(Group(0), 1), 1);
+  forget();
+  EXPECT_EQ(modify(Group(0)), 0U);
+  EXPECT_THAT(commands(), ElementsAre(DelSent(Entry(1, 0, 1))));
+  EXPECT_EQ(find(Group(0), 1), 2);
+}
+
 TEST_F(McastChannelTest, Add_TableFull_ProgramsNothing) {
   fillTable();
   EXPECT_EQ(Console([] { EXPECT_EQ(add(Group(2)), 0U); }), "");
@@ -294,6 +299,33 @@ TEST_F(McastChannelTest, Action_ModeThatKeepsTheTag_UsesNone) {
   forget();
   add(Group(2));
   EXPECT_THAT(commands(), ElementsAre(AddSent(Entry(2, 2, kNone, kNone))));
+}
+
+TEST_F(McastChannelTest, Action_OtherModes_DoNotLookAtTheRules) {
+  useUpIndexZero();
+  BCM6838X_AddMulticastVlanTrans(2, 0x0FA1, 61);
+  for (const std::uint32_t mode : {1U, 3U, 0xFFFFU}) {
+    BCM6838X_SetMulticastVlanMode(2, mode);
+    forget();
+    add(Group(2));
+    EXPECT_THAT(commands(), ElementsAre(AddSent(Entry(2, 2, kNone, kNone)))) << mode;
+  }
+  BCM6838X_SetMulticastVlanMode(2, 0);
+  forget();
+  add(Group(2));
+  EXPECT_THAT(commands(), ElementsAre(AddSent(Entry(2, 2, kNone, 3)))) << "the strip action";
+}
+
+TEST_F(McastChannelTest, Action_RuleWhoseActionWasRefused_IsNone) {
+  BCM6838X_SetMulticastVlanMode(1, 0);
+  BCM6838X_SetMulticastVlanMode(2, 2);
+  unit.device().faults().refuseNth(1);
+  BCM6838X_AddMulticastVlanTrans(2, 0x0FA1, 61);
+  forget();
+  EXPECT_EQ(modify(Group(3)), 0U);
+  EXPECT_THAT(commands(),
+              ElementsAre(AddSent(Entry(1, 3, kNone, 0)), AddSent(Entry(2, 3, 0, kNone))))
+      << "the rule is there, so that nothing is inherited";
 }
 
 TEST_F(McastChannelTest, Action_TranslationMode_UsesTheFirstMatchingRule) {
@@ -392,6 +424,18 @@ TEST_F(McastChannelTest, Modify_MaskZero_RemovesTheGroupFromEveryPort) {
                   DelSent(Entry(4, 0, 3)), Logged("del", 4, -1, 3, 3), ModifyLogged("0")));
   EXPECT_THAT(portsOf(Group(0)), IsEmpty());
   EXPECT_THAT(portsOf(Group(0, 4)), ElementsAre(1)) << "another group";
+}
+
+TEST_F(McastChannelTest, Modify_Ipv6Group_TouchesItsSlotsAlone) {
+  modify(Ipv6Group(3, 7));
+  modify(Ipv6Group(1, 8));
+  forget();
+  EXPECT_EQ(modify(Ipv6Group(6, 7)), 0U);
+  EXPECT_THAT(commands(), SizeIs(2)) << "one port leaves, one comes";
+  EXPECT_THAT(portsOf(Ipv6Group(0, 7)), ElementsAre(2, 3));
+  EXPECT_THAT(portsOf(Ipv6Group(0, 8)), ElementsAre(1));
+  EXPECT_EQ(logLines().back(),
+            "log 1" + kPlace + "Modify IPTV group[0.0.0.0] PortMask[6] ret=0\r\n");
 }
 
 TEST_F(McastChannelTest, Modify_OneRecordForAllPorts_TheIndexStaysInIt) {
@@ -502,6 +546,22 @@ TEST_F(McastChannelTest, Null_LogsAndReturnsTwo) {
       ElementsAre("log 4" + kPlace + "BCM6838X_AddMulticastMacAddr(<line>), null pointer\r\n",
                   "log 4" + kPlace + "BCM6838X_ModifyMulticastMacAddr(<line>), null pointer\r\n",
                   "log 4" + kPlace + "BCM6838X_DelMulticastMacAddr(<line>), null pointer\r\n"));
+}
+
+class McastChannelClosedTest : public McastChannelTest {
+ protected:
+  void SetUp() override { ASSERT_EQ(BCM6838X_InitIgmp(), 0U); }
+};
+
+TEST_F(McastChannelClosedTest, DeviceNotOpen_TheResultSaysSoAndTheSlotsAreUsed) {
+  EXPECT_EQ(Console([] { EXPECT_EQ(add(Group(2)), 10U); }),
+            "BCM6838X_AddMulticastMacAddr(<line>) create igmp entry failed for port=2 \r\n");
+  EXPECT_EQ(logLines().back(), Logged("Add", 2, -1, kNone, 0, 10));
+  EXPECT_EQ(modify(Group(6)), 10U);
+  EXPECT_THAT(portsOf(Group(0)), ElementsAre(2, 3));
+  EXPECT_EQ(modify(Group(0)), 0U);
+  EXPECT_THAT(portsOf(Group(0)), IsEmpty());
+  EXPECT_THAT(commands(), IsEmpty());
 }
 
 TEST_F(McastChannelTest, InitIgmp_FreesEverySlot) {

@@ -70,9 +70,38 @@ TEST_F(IgmpDispatchTest, Port_CountsInItsLowByte) {
   EXPECT_THAT(left(), ElementsAre(SentTo(0)));
 }
 
-TEST_F(IgmpDispatchTest, RefusalByTheDriver_IsNotPassedOn) {
+TEST_F(IgmpDispatchTest, FrameOfPort0_GoesTowardsTheUplinkToo) {
+  for (const std::uint32_t port : {0U, 0x100U}) {
+    forget();
+    EXPECT_EQ(dispatch(port), 0U);
+    EXPECT_THAT(left(), ElementsAre(SentTo(0))) << port;
+  }
+}
+
+TEST_F(IgmpDispatchTest, Uplink_IsThePlatformsPort) {
+  unit.platform().config().uplinkPort = 3;
+  EXPECT_EQ(dispatch(1), 0U);
+  EXPECT_THAT(left(), ElementsAre(SentTo(3)));
+}
+
+TEST_F(IgmpDispatchTest, Ports_AreAsManyAsThePlatformHas) {
+  unit.platform().config().ethPorts = 2;
+  EXPECT_EQ(dispatch(2), 0U);
+  EXPECT_EQ(dispatch(3), 0U);
+  EXPECT_THAT(left(), ElementsAre(SentTo(0), SentTo(1), SentTo(2)));
+  forget();
+  unit.platform().config().ethPorts = 0;
+  EXPECT_EQ(dispatch(1), 0U);
+  EXPECT_THAT(left(), IsEmpty()) << "no port to send it to";
+}
+
+TEST_F(IgmpDispatchTest, RefusalByTheDriver_IsNotPassedOnAndEndsNothing) {
   unit.device().faults().refuseFrom(1);
   EXPECT_EQ(dispatch(1), 0U);
+  EXPECT_THAT(commands(), ElementsAre(SentTo(0)));
+  forget();
+  EXPECT_EQ(dispatch(kPorts + 1), 0U);
+  EXPECT_THAT(commands(), ElementsAre(SentTo(1), SentTo(2), SentTo(3), SentTo(4)));
 }
 
 TEST_F(IgmpDispatchTest, NullFrame_IsRefused) {

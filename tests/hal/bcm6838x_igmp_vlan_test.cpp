@@ -10,7 +10,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -19,6 +18,7 @@
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
+#include "support/console_output.h"
 #include "support/library_test.h"
 #include "support/wire_record.h"
 
@@ -122,15 +122,6 @@ std::vector<std::string> Joined(std::vector<std::string> first,
   return first;
 }
 
-/// What an operation wrote on standard output, its line numbers as "<line>".
-template <typename Operation>
-std::string Console(Operation operation) {
-  testing::internal::CaptureStdout();
-  operation();
-  return std::regex_replace(testing::internal::GetCapturedStdout(),
-                            std::regex(R"((BCM6838X_\w+)\(\d+\))"), "$1(<line>)");
-}
-
 template <typename Object>
 std::vector<std::uint8_t> BytesOf(const Object& object) {
   std::vector<std::uint8_t> bytes(sizeof(object));
@@ -153,6 +144,12 @@ class McastVlanTest : public LibraryTest {
 
   static McastPort& port(std::uint32_t uni) { return g_mcastUniPortInfo[uni - 1]; }
   [[nodiscard]] std::vector<std::string> shellLines() const { return OfKind(left(), "shell"); }
+  /// Commands and shell lines.
+  [[nodiscard]] std::vector<std::string> doneInOrder() const {
+    std::vector<std::string> lines = left();
+    std::erase_if(lines, [](const std::string& line) { return line.starts_with("log "); });
+    return lines;
+  }
 };
 
 TEST_F(McastVlanTest, InitIgmp_SetsEveryEthernetPortAndFreesTheChannels) {
@@ -436,18 +433,43 @@ TEST_F(McastVlanTest, SetMode_TransparentOrZteStacking_LeavesTheObjectsAlone) {
   EXPECT_THAT(shellLines(), IsEmpty());
 }
 
-TEST_F(McastVlanTest, SetMode_FromStripToKeep_DeletesThenAdds) {
+TEST_F(McastVlanTest, SetMode_FromStripToKeepAndBack_LeavesTheOldModeFirst) {
   BCM6838X_SetMulticastVlanMode(2, 0);
   BCM6838X_AddIgmpVlan(2, 100);
   EXPECT_THAT(shellLines(), IsEmpty());
   forget();
   EXPECT_EQ(BCM6838X_SetMulticastVlanMode(2, 1), 0U);
-  EXPECT_THAT(commands(), ElementsAre(ActionDeleted(0)));
-  EXPECT_EQ(shellLines(), ObjectsMade(2, 100, 100));
+  EXPECT_EQ(doneInOrder(), Joined({ActionDeleted(0)}, ObjectsMade(2, 100, 100)));
   forget();
   EXPECT_EQ(BCM6838X_SetMulticastVlanMode(2, 0), 0U);
-  EXPECT_EQ(shellLines(), ObjectsDestroyed(2, 100, 100));
-  EXPECT_THAT(commands(), ElementsAre(StripSent()));
+  EXPECT_EQ(doneInOrder(), Joined(ObjectsDestroyed(2, 100, 100), {StripSent()}));
+}
+
+TEST_F(McastVlanTest, SetMode_OtherValues_LeaveAndEnterTheOthersAlone) {
+  BCM6838X_AddIgmpVlan(2, 100);
+  int values = 0;
+  for (const std::uint16_t mode : std::to_array<std::uint16_t>({3, 7, 0xFFFF})) {
+    forget();
+    EXPECT_EQ(BCM6838X_SetMulticastVlanMode(2, mode), 0U);
+    EXPECT_EQ(port(2).mode, mode);
+    EXPECT_EQ(BCM6838X_SetMulticastVlanMode(2, mode), 0U) << "again";
+    EXPECT_EQ(doneInOrder(), ObjectsDestroyed(2, 100, 100));
+    forget();
+    EXPECT_EQ(BCM6838X_SetMulticastVlanMode(2, 1), 0U);
+    EXPECT_EQ(doneInOrder(), ObjectsMade(2, 100, 100));
+    ++values;
+  }
+  EXPECT_EQ(values, 3);
+}
+
+TEST_F(McastVlanTest, SetMode_StripIsRefusedOnTheWayFromKeep_TheObjectsAreLeft) {
+  BCM6838X_AddIgmpVlan(2, 100);
+  unit.device().faults().refuseNth(1);
+  forget();
+  EXPECT_EQ(BCM6838X_SetMulticastVlanMode(2, 0), 1U);
+  EXPECT_EQ(doneInOrder(), Joined(ObjectsDestroyed(2, 100, 100), {StripSent()}));
+  EXPECT_EQ(port(2).mode, 0);
+  EXPECT_EQ(port(2).vlans[0], 100);
 }
 
 class McastTransTest : public McastVlanTest {

@@ -7,6 +7,7 @@
 #include <bcm6838x_igmp.h>
 
 #include "base/text.h"
+#include "clients/membership.h"
 #include "operation_rows.h"
 #include "packet_call.h"
 
@@ -24,26 +25,14 @@ constexpr Argument kPortMask = {"portMask", ArgumentType::Number, "bit p - 1 for
 const ArgumentRows kRule = {kUniPort, kMvlan, kIptvVlan};
 const ArgumentRows kRequest = {kGroup, kPortMask, kVid};
 
-/// Puts a group address and the MAC address that belongs to it (RFC 1112, 6.4; RFC 2464, 7) into a
-/// request.
-void SetGroup(const virtual_onu::Bytes& address, McastGroupRequest& request) {
-  const bool isIpv4 = address.size() == sizeof(request.groupIpv4);
-  const virtual_onu::Bytes prefix =
-      isIpv4 ? virtual_onu::Bytes{0x01, 0x00, 0x5E} : virtual_onu::Bytes{0x33, 0x33};
-  auto* const rest = std::ranges::copy(prefix, std::begin(request.groupMac)).out;
-  std::copy(address.end() - (std::end(request.groupMac) - rest), address.end(), rest);
-  if (isIpv4) {
-    constexpr std::uint8_t kLowBits = 0x7F;
-    *rest &= kLowBits;
-    std::ranges::copy(address, std::begin(request.groupIpv4));
-  } else {
-    std::ranges::copy(address, std::begin(request.groupIpv6));
-  }
-}
-
+/// A request that names a group by its address and the MAC address that belongs to it.
 McastGroupRequest GroupOf(const Arguments& given) {
   McastGroupRequest request = {};
-  SetGroup(virtual_onu::ParseIp(given.word(kGroup.name)).value(), request);
+  const virtual_onu::Bytes address = virtual_onu::ParseIp(given.word(kGroup.name)).value();
+  std::ranges::copy(virtual_onu::GroupMac(address), std::begin(request.groupMac));
+  std::ranges::copy(address, address.size() == sizeof(request.groupIpv4)
+                                 ? std::begin(request.groupIpv4)
+                                 : std::begin(request.groupIpv6));
   return request;
 }
 
