@@ -36,6 +36,22 @@ uint16_t* FindPlace(McastUniPortInfo& info, uint16_t vid) {
   return nullptr;
 }
 
+/// What the operations on translation rules are called with.
+struct TransCall {
+  uint32_t uni;
+  uint16_t mvlan;
+  uint16_t iptvVlan;
+};
+
+/// Takes the bits that count, and logs them under the operation's name.
+TransCall ReadAndLogTrans(const char* function, uint32_t port, uint32_t mvlan, uint32_t iptvVlan) {
+  const TransCall call = {McastPort(port), static_cast<uint16_t>(mvlan),
+                          static_cast<uint16_t>(iptvVlan)};
+  HAL_LOG_AS(function, LOG_LEVEL_TRACE, "###### %s,%d, port=%d mvlan=%lu, iptvVlan=%lu\r\n",
+             AsInt(call.uni), AsUnsignedLong(call.mvlan), AsUnsignedLong(call.iptvVlan));
+  return call;
+}
+
 McastVlanTrans* FindFreeRule(McastUniPortInfo& info) {
   for (McastVlanTrans& rule : info.mcastVlanTrans) {
     if (rule.mvlan == kNoMcastVlan) {
@@ -177,49 +193,41 @@ uint32_t BCM6838X_SetMulticastVlanMode(uint32_t port, uint32_t mode) {
 }
 
 uint32_t BCM6838X_AddMulticastVlanTrans(uint32_t port, uint32_t mvlan, uint32_t iptvVlan) {
-  const uint32_t uni = McastPort(port);
-  const auto wanVid = static_cast<uint16_t>(mvlan);
-  const auto lanVid = static_cast<uint16_t>(iptvVlan);
-  HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s,%d, port=%d mvlan=%lu, iptvVlan=%lu\r\n", AsInt(uni),
-               AsUnsignedLong(wanVid), AsUnsignedLong(lanVid));
-  McastUniPortInfo* info = FindPortOrLog(__func__, uni);
+  const TransCall call = ReadAndLogTrans(__func__, port, mvlan, iptvVlan);
+  McastUniPortInfo* info = FindPortOrLog(__func__, call.uni);
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
   McastVlanTrans* rule = FindFreeRule(*info);
   if (rule == nullptr) {
     printf("%s(%d) add igmp vlan translation rule more than %d for the port %d\r\n", __func__,
-           __LINE__, static_cast<int>(kMcastVlansPerPort), AsInt(uni));
+           __LINE__, static_cast<int>(kMcastVlansPerPort), AsInt(call.uni));
     return BCM6838X_OK;
   }
-  rule->mvlan = wanVid;
-  rule->iptvVlan = lanVid;
-  BCM6838X_AddWanVlan(uni, wanVid, lanVid);
-  BCM6838X_AddLanVlan(uni, lanVid);
-  CreateAction(BRMGR_TAG_REPLACE_VID, lanVid, rule->vlanActionIndex);
+  rule->mvlan = call.mvlan;
+  rule->iptvVlan = call.iptvVlan;
+  BCM6838X_AddWanVlan(call.uni, call.mvlan, call.iptvVlan);
+  BCM6838X_AddLanVlan(call.uni, call.iptvVlan);
+  CreateAction(BRMGR_TAG_REPLACE_VID, call.iptvVlan, rule->vlanActionIndex);
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_DelMulticastVlanTrans(uint32_t port, uint32_t mvlan, uint32_t iptvVlan) {
-  const uint32_t uni = McastPort(port);
-  const auto wanVid = static_cast<uint16_t>(mvlan);
-  const auto lanVid = static_cast<uint16_t>(iptvVlan);
-  HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s,%d, port=%d mvlan=%lu, iptvVlan=%lu\r\n", AsInt(uni),
-               AsUnsignedLong(wanVid), AsUnsignedLong(lanVid));
-  McastUniPortInfo* info = FindPortOrLog(__func__, uni);
+  const TransCall call = ReadAndLogTrans(__func__, port, mvlan, iptvVlan);
+  McastUniPortInfo* info = FindPortOrLog(__func__, call.uni);
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
-  McastVlanTrans* rule = FindMcastRule(*info, wanVid);
+  McastVlanTrans* rule = FindMcastRule(*info, call.mvlan);
   if (rule == nullptr) {
     printf("%s(%d) igmp vlan translation rule(port=%d, %d->%d) not appear\r\n", __func__, __LINE__,
-           AsInt(uni), wanVid, lanVid);
+           AsInt(call.uni), call.mvlan, call.iptvVlan);
     return BCM6838X_OK;
   }
   rule->mvlan = kNoMcastVlan;
   rule->iptvVlan = kNoMcastVlan;
-  BCM6838X_DelWanVlan(uni, wanVid, lanVid);
-  BCM6838X_DelLanVlan(uni, lanVid);
+  BCM6838X_DelWanVlan(call.uni, call.mvlan, call.iptvVlan);
+  BCM6838X_DelLanVlan(call.uni, call.iptvVlan);
   if (rule->vlanActionIndex != BRMGR_INDEX_NONE) {
     DeleteAction(rule->vlanActionIndex);
   }
