@@ -113,19 +113,6 @@ TEST_F(BsLines, Scheduler_KeepsItsQueueThresholdAndWeight) {
   EXPECT_EQ(objects().schedulers.size(), 2U);
 }
 
-TEST_F(BsLines, Admits_FollowsTheObjectsOfThePort) {
-  run("bs /b/n vlan/name=x port/index=lan0");
-  EXPECT_FALSE(objects().admits(1, 100));
-  run("bs /b/c vlan/name=x vid_enable[100]=yes");
-  EXPECT_TRUE(objects().admits(1, 100));
-  EXPECT_FALSE(objects().admits(1, 101));
-  EXPECT_FALSE(objects().admits(1, {}));
-  EXPECT_FALSE(objects().admits(2, 100));
-  run("bs /b/c port/index=lan1 transparent=yes");
-  EXPECT_TRUE(objects().admits(2, 100));
-  EXPECT_TRUE(objects().admits(2, {}));
-}
-
 class PortActionLines : public ShellTest {
  protected:
   void SetUp() override {

@@ -1,11 +1,11 @@
 /// @file
-/// The objects that the data-path shell keeps. The shell writes them; the data path reads them.
+/// The objects that the data-path shell keeps. The shell writes them; they are shown and compared,
+/// and decide about no frame.
 /// Port actions are not among them: they belong to the ingress classes of the device.
 #pragma once
 
 #include <cstdint>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 
@@ -29,20 +29,6 @@ struct PathObjects {
   std::map<std::string, VlanObject> vlans;              ///< by name
   std::set<std::uint32_t> transparentPorts;             ///< UNI port numbers
   std::map<std::uint32_t, EgressScheduler> schedulers;  ///< by index
-
-  /// Tells whether a UNI port takes part in a VLAN: it is transparent, or a VLAN object of the port
-  /// enables the VID. A frame without a tag belongs to no VLAN.
-  [[nodiscard]] bool admits(std::uint32_t uni, std::optional<std::uint16_t> vid) const {
-    if (transparentPorts.contains(uni)) {
-      return true;
-    }
-    for (const auto& [name, vlan] : vlans) {
-      if (vlan.uni == uni && vid && vlan.vids.contains(*vid)) {
-        return true;
-      }
-    }
-    return false;
-  }
 };
 
 }  // namespace virtual_onu
