@@ -25,8 +25,10 @@ class LimitsTest : public testing::Test {
   }
 
   void setPolicer(std::uint32_t uni, std::uint32_t rate) {
-    qos.policers[uni] = {{0, rate, kBurst, 1, 1, uni}, ++qos.policersMade};
+    qos.policers[uni] = {{0, rate, kBurst, 1, 1, uni}, ++qos.made};
   }
+
+  void setLimit(std::uint32_t uni, std::uint32_t rate) { qos.dsLimits[uni] = {rate, ++qos.made}; }
 
   static Bytes FrameOf(std::size_t length) {
     Bytes frame = Hex(kUntagged);
@@ -152,7 +154,7 @@ TEST_F(LimitsTest, Explain_TakesNoTokens) {
 }
 
 TEST_F(LimitsTest, DownstreamLimit_HoldsTheCopyOfItsPortBackAlone) {
-  qos.dsLimits[2] = 64000;
+  setLimit(2, 64000);
   for (int i = 0; i < 501; ++i) {
     ASSERT_EQ(path.offer(PortId::Wan(), FrameOf(kFrameLength)).egress(),
               (PortIds{kUni1, kUni2, kUni3}));
@@ -168,15 +170,43 @@ TEST_F(LimitsTest, DownstreamLimit_HoldsTheCopyOfItsPortBackAlone) {
             (PortIds{kUni1, kUni2, kUni3}));
 }
 
+TEST_F(LimitsTest, DownstreamLimit_SetAgainOrAnew_BeginsFull) {
+  const auto fills = [this] { return path.offer(PortId::Wan(), FrameOf(kBurst)).egress(); };
+  setLimit(2, 64000);
+  EXPECT_EQ(fills(), (PortIds{kUni1, kUni2, kUni3}));
+  EXPECT_EQ(fills(), (PortIds{kUni1, kUni3}));
+  setLimit(2, 64000);
+  EXPECT_EQ(fills(), (PortIds{kUni1, kUni2, kUni3}));
+  qos.dsLimits.erase(2);
+  EXPECT_EQ(fills(), (PortIds{kUni1, kUni2, kUni3}));
+  setLimit(2, 64000);
+  EXPECT_EQ(fills(), (PortIds{kUni1, kUni2, kUni3}));
+  EXPECT_EQ(fills(), (PortIds{kUni1, kUni3}));
+}
+
+TEST_F(LimitsTest, DownstreamLimit_OfAnotherRate_FillsFromThenOn) {
+  setLimit(2, 8000000);
+  clock.advance(10000);
+  setLimit(2, 64000);
+  EXPECT_EQ(path.offer(PortId::Wan(), FrameOf(kBurst)).egress().size(), 3U);
+  clock.advance(1);  // 8 octets, and 1000 at the rate before
+  EXPECT_EQ(path.offer(PortId::Wan(), FrameOf(14)).egress().size(), 2U);
+  clock.advance(1);
+  EXPECT_EQ(path.offer(PortId::Wan(), FrameOf(14)).egress().size(), 3U);
+}
+
 TEST_F(LimitsTest, DownstreamLimit_DoesNotCountUpstreamFrames) {
-  qos.dsLimits = {{1, 1}, {2, 1}, {3, 1}};
+  for (const std::uint32_t uni : {1U, 2U, 3U}) {
+    setLimit(uni, 1);
+  }
   EXPECT_EQ(send(kUni1, kBurst + 1), Outcome::FlowForward);
   EXPECT_EQ(path.offer(PortId::Wan(), FrameOf(kBurst)).egress().size(), 3U);
   EXPECT_EQ(path.offer(PortId::Wan(), FrameOf(14)).outcome, Outcome::NoEgress);
 }
 
 TEST_F(LimitsTest, LocallySwitchedFrame_IsPolicedAndNotLimited) {
-  qos.dsLimits = {{1, 0}, {2, 0}};
+  setLimit(1, 0);
+  setLimit(2, 0);
   const auto between = [](const std::string& to, const std::string& from) {
     Bytes frame = Hex(to + from + kPlain);
     frame.resize(kFrameLength);

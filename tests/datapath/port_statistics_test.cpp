@@ -218,7 +218,7 @@ TEST_F(PortStatisticsTest, FrameThatCannotCome_IsNotCounted) {
 }
 
 TEST_F(PortStatisticsTest, DownstreamLimit_DiscardsAtItsPortAlone) {
-  qos.dsLimits[2] = 1;
+  qos.dsLimits[2] = {1, 1};
   const Bytes frame = FrameOf(501540);  // the bucket, and no octet more
   send(PortId::Wan(), frame);
   EXPECT_EQ(of(2), (Counted{{"txOctets", 501540}, {"txUnicast", 1}}));

@@ -46,8 +46,8 @@ class QosCommands : public DeviceTest {
     for (const auto& [uni, rate] : qos().lineRates) {
       text += "line " + std::to_string(uni) + " " + std::to_string(rate) + "\n";
     }
-    for (const auto& [uni, rate] : qos().dsLimits) {
-      text += "limit " + std::to_string(uni) + " " + std::to_string(rate) + "\n";
+    for (const auto& [uni, limit] : qos().dsLimits) {
+      text += "limit " + std::to_string(uni) + " " + std::to_string(limit.rate) + "\n";
     }
     for (const auto& [uni, map] : qos().dscpMaps) {
       text += "map " + std::to_string(uni) + " " + ToHex(map) + "\n";
@@ -89,6 +89,15 @@ TEST_F(QosCommands, DownstreamLimit_ZeroTakesItAway) {
   EXPECT_EQ(dump(), "limit 1 5000\nlimit 4 7000\n");
   expectDone(BRMGR_CMD_DS_RATE_LIMIT, DsRateLimitRecord{1, 0});
   EXPECT_EQ(dump(), "limit 4 7000\n");
+  expectDone(BRMGR_CMD_DS_RATE_LIMIT, DsRateLimitRecord{1, 0});
+  EXPECT_EQ(dump(), "limit 4 7000\n");
+}
+
+TEST_F(QosCommands, DownstreamLimit_SetAgain_IsAnother) {
+  expectDone(BRMGR_CMD_DS_RATE_LIMIT, DsRateLimitRecord{1, 5000});
+  const std::uint64_t first = qos().dsLimits.at(1).serial;
+  expectDone(BRMGR_CMD_DS_RATE_LIMIT, DsRateLimitRecord{1, 5000});
+  EXPECT_GT(qos().dsLimits.at(1).serial, first);
 }
 
 TEST_F(QosCommands, DscpMap_IsThatOfTheDevicePort) {

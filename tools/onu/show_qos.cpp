@@ -25,6 +25,7 @@ namespace onu {
 namespace {
 
 using virtual_onu::DirectionTables;
+using virtual_onu::DownstreamLimit;
 using virtual_onu::DscpMap;
 using virtual_onu::IngressClass;
 using virtual_onu::KnownQosRule;
@@ -210,7 +211,9 @@ Result ShowQos(Session& session, const Arguments& arguments) {
   AddScheme(rules, result);
   AddPolicer(session, uni, result);
   AddRate("line rate", "lineRate", "not told", Find(tables.lineRates, uni), result);
-  AddRate("downstream limit", "downstreamLimit", "none", Find(tables.dsLimits, uni), result);
+  const DownstreamLimit* limit = Find(tables.dsLimits, uni);
+  AddRate("downstream limit", "downstreamLimit", "none", limit == nullptr ? nullptr : &limit->rate,
+          result);
   AddDscpMap(Find(tables.dscpMaps, uni), result);
   return result;
 }

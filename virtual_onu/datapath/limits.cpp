@@ -39,56 +39,65 @@ void TokenBucket::take(std::size_t octets, std::uint32_t rate, std::uint64_t now
   since_ = now;
 }
 
-Limits::PolicerBucket Limits::bucketOf(std::uint32_t uni, const Policer& policer) const {
-  const auto found = policed_.find(uni);
-  return found != policed_.end() && found->second.serial == policer.serial
-             ? found->second
-             : PolicerBucket{policer.serial, TokenBucket(policer.cfg.burst)};
+std::optional<Limits::Rate> Limits::policerOf(std::uint32_t uni) const {
+  const auto found = tables_->policers.find(uni);
+  if (found == tables_->policers.end()) {
+    return std::nullopt;
+  }
+  const Policer& policer = found->second;
+  return Rate{policer.cfg.rate, policer.cfg.burst, policer.serial};
+}
+
+std::optional<Limits::Rate> Limits::limitOf(std::uint32_t uni) const {
+  const auto found = tables_->dsLimits.find(uni);
+  if (found == tables_->dsLimits.end()) {
+    return std::nullopt;
+  }
+  return Rate{found->second.rate, kDownstreamBurst, found->second.serial};
+}
+
+TokenBucket Limits::bucketOf(const Buckets& buckets, std::uint32_t uni, const Rate& rate) {
+  const auto found = buckets.find(uni);
+  return found != buckets.end() && found->second.serial == rate.serial ? found->second.bucket
+                                                                       : TokenBucket(rate.burst);
+}
+
+bool Limits::admits(const Buckets& buckets, std::uint32_t uni, const std::optional<Rate>& rate,
+                    std::size_t octets) const {
+  return !rate || bucketOf(buckets, uni, *rate).holds(octets, rate->bits, clock_->milliseconds());
+}
+
+void Limits::count(Buckets& buckets, std::uint32_t uni, const std::optional<Rate>& rate,
+                   std::size_t octets) const {
+  if (rate) {
+    TokenBucket bucket = bucketOf(buckets, uni, *rate);
+    bucket.take(octets, rate->bits, clock_->milliseconds());
+    buckets.insert_or_assign(uni, Counted{rate->serial, bucket});
+  }
 }
 
 bool Limits::policerAdmits(std::uint32_t uni, std::size_t octets) const {
-  const auto policer = tables_->policers.find(uni);
-  return policer == tables_->policers.end() ||
-         bucketOf(uni, policer->second)
-             .bucket.holds(octets, policer->second.cfg.rate, clock_->milliseconds());
+  return admits(policed_, uni, policerOf(uni), octets);
 }
 
 std::optional<std::uint64_t> Limits::policerTokens(std::uint32_t uni) const {
-  const auto policer = tables_->policers.find(uni);
-  if (policer == tables_->policers.end()) {
+  const std::optional<Rate> rate = policerOf(uni);
+  if (!rate) {
     return std::nullopt;
   }
-  return bucketOf(uni, policer->second)
-      .bucket.octets(policer->second.cfg.rate, clock_->milliseconds());
+  return bucketOf(policed_, uni, *rate).octets(rate->bits, clock_->milliseconds());
 }
 
 void Limits::countPoliced(std::uint32_t uni, std::size_t octets) {
-  const auto policer = tables_->policers.find(uni);
-  if (policer == tables_->policers.end()) {
-    return;
-  }
-  PolicerBucket bucket = bucketOf(uni, policer->second);
-  bucket.bucket.take(octets, policer->second.cfg.rate, clock_->milliseconds());
-  policed_.insert_or_assign(uni, bucket);
+  count(policed_, uni, policerOf(uni), octets);
 }
 
 bool Limits::limitAdmits(std::uint32_t uni, std::size_t octets) const {
-  const auto rate = tables_->dsLimits.find(uni);
-  if (rate == tables_->dsLimits.end()) {
-    return true;
-  }
-  const auto found = limited_.find(uni);
-  const TokenBucket bucket =
-      found == limited_.end() ? TokenBucket(kDownstreamBurst) : found->second;
-  return bucket.holds(octets, rate->second, clock_->milliseconds());
+  return admits(limited_, uni, limitOf(uni), octets);
 }
 
 void Limits::countLimited(std::uint32_t uni, std::size_t octets) {
-  const auto rate = tables_->dsLimits.find(uni);
-  if (rate != tables_->dsLimits.end()) {
-    limited_.try_emplace(uni, kDownstreamBurst)
-        .first->second.take(octets, rate->second, clock_->milliseconds());
-  }
+  count(limited_, uni, limitOf(uni), octets);
 }
 
 }  // namespace virtual_onu

@@ -60,19 +60,38 @@ class Limits {
   void countLimited(std::uint32_t uni, std::size_t octets);
 
  private:
-  /// The bucket of a policer, and which one it belongs to.
-  struct PolicerBucket {
+  /// A policer or a limit in force.
+  struct Rate {
+    std::uint32_t bits;  ///< per second
+    std::uint32_t burst;
+    std::uint64_t serial;
+  };
+
+  /// A bucket from which a frame was taken, and whose it is.
+  struct Counted {
     std::uint64_t serial;
     TokenBucket bucket;
   };
 
-  /// The policer's bucket; a full one for a policer that has not counted a frame yet.
-  [[nodiscard]] PolicerBucket bucketOf(std::uint32_t uni, const Policer& policer) const;
+  /// By UNI port number.
+  using Buckets = std::map<std::uint32_t, Counted>;
+
+  [[nodiscard]] std::optional<Rate> policerOf(std::uint32_t uni) const;
+  [[nodiscard]] std::optional<Rate> limitOf(std::uint32_t uni) const;
+
+  /// The port's bucket; a full one when no frame was counted since the rate was set.
+  [[nodiscard]] static TokenBucket bucketOf(const Buckets& buckets, std::uint32_t uni,
+                                            const Rate& rate);
+
+  [[nodiscard]] bool admits(const Buckets& buckets, std::uint32_t uni,
+                            const std::optional<Rate>& rate, std::size_t octets) const;
+  void count(Buckets& buckets, std::uint32_t uni, const std::optional<Rate>& rate,
+             std::size_t octets) const;
 
   const QosTables* tables_;
   const Clock* clock_;
-  std::map<std::uint32_t, PolicerBucket> policed_;
-  std::map<std::uint32_t, TokenBucket> limited_;
+  Buckets policed_;
+  Buckets limited_;
 };
 
 }  // namespace virtual_onu

@@ -27,7 +27,7 @@ CommandResult AddPolicer(DriverState& state, PolicerCfg& record) {
   if (!IsUni(state, record.port)) {
     return BadUni(state, record.port);
   }
-  state.qosTables.policers[record.port] = {record, ++state.qosTables.policersMade};
+  state.qosTables.policers[record.port] = {record, ++state.qosTables.made};
   return {};
 }
 
@@ -50,7 +50,7 @@ CommandResult SetLineRate(DriverState& state, PortRateRecord& record) {
 }
 
 /// This command carries a port index from 0, plus 1: the UNI port number. A rate of 0 takes the
-/// limit away.
+/// limit away; a limit that exists is replaced.
 CommandResult SetDownstreamLimit(DriverState& state, DsRateLimitRecord& record) {
   if (!IsUni(state, record.port)) {
     return BadUni(state, record.port);
@@ -58,7 +58,7 @@ CommandResult SetDownstreamLimit(DriverState& state, DsRateLimitRecord& record) 
   if (record.rate == 0) {
     state.qosTables.dsLimits.erase(record.port);
   } else {
-    state.qosTables.dsLimits[record.port] = record.rate;
+    state.qosTables.dsLimits[record.port] = {record.rate, ++state.qosTables.made};
   }
   return {};
 }

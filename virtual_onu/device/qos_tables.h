@@ -22,13 +22,18 @@ struct Policer {
   std::uint64_t serial = 0;  ///< tells a policer from the one that it replaced
 };
 
+struct DownstreamLimit {
+  std::uint32_t rate = 0;    ///< bit/s
+  std::uint64_t serial = 0;  ///< tells a limit from the one that it replaced
+};
+
 /// The tables are by UNI port number; ports without an entry are not limited, or not told of.
 struct QosTables {
   std::map<std::uint32_t, Policer> policers;
-  std::uint64_t policersMade = 0;
   std::map<std::uint32_t, std::uint32_t> lineRates;  ///< bit/s
-  std::map<std::uint32_t, std::uint32_t> dsLimits;   ///< bit/s
+  std::map<std::uint32_t, DownstreamLimit> dsLimits;
   std::map<std::uint32_t, DscpMap> dscpMaps;
+  std::uint64_t made = 0;  ///< policers and limits so far: the last serial
 };
 
 }  // namespace virtual_onu
