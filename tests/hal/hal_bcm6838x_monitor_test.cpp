@@ -74,8 +74,6 @@ class MonitorTest : public LibraryTest {
   void start() {
     ASSERT_EQ(BCM6838X_InitDrv(), 0U);
     ASSERT_EQ(VOS_TaskSpawn("kernelEvent", 0, 0, 0, 0, BCM6838X_kernelEvent, 0), 0);
-    ASSERT_TRUE(unit.monitor().waitUntilBound());
-    ASSERT_TRUE(unit.monitor().flush());
     forget();
   }
 
@@ -203,9 +201,6 @@ TEST_F(MonitorTest, KernelEvent_DescriptorTooLargeForSelect_Ends) {
 
 TEST_F(MonitorTest, Start_OfTheLibrary_StartsTheTask) {
   ASSERT_EQ(BCM6838X_Init(), 0U);
-  ASSERT_TRUE(unit.monitor().waitUntilBound());
-  // The registration follows the bind on the task's own thread.
-  ASSERT_TRUE(unit.monitor().flush());
   forget();
   say(LinkMessage("eth1", 1000, 1));
   EXPECT_EQ(left(), UpReport(2, 0, 3, 1000000000));

@@ -110,7 +110,7 @@ TEST_F(Live, End_ListsWhatCrossedThePorts) {
           "uni1  flow_forward  1\n"
           "uni1  flow_trap     1\n"
           "uni1  no_flow       1\n"
-          "trace: 1 command, 0 log lines, 0 shell lines, 1 message, 1 other call\n"));
+          "trace: 1 command, 1 log line, 0 shell lines, 3 messages, 1 other call\n"));
 }
 
 TEST_F(Live, End_ListsWhatCrossedThePortsAsJson) {
@@ -132,7 +132,7 @@ TEST_F(Live, End_ListsWhatCrossedThePortsAsJson) {
        "framesIn": 3, "octetsIn": 184, "forwarded": 1, "trapped": 1, "dropped": 1,
        "framesOut": 0, "octetsOut": 0, "transmitted": 0, "lost": 0, "eventsLost": 0,
        "outcomes": {"flow_forward": 1, "flow_trap": 1, "no_flow": 1}}],
-      "trace": {"commands": 1, "logLines": 0, "shellLines": 0, "messages": 1, "calls": 1}})"));
+      "trace": {"commands": 1, "logLines": 1, "shellLines": 0, "messages": 3, "calls": 1}})"));
 }
 
 TEST_F(Live, WithoutFrames_SaysSo) {

@@ -168,7 +168,8 @@ TEST(PacketPath, CapturedFramesOfTheNetwork_GoToThePortsUnderTheirRules) {
     lines.push_back("send wan " + Capture(capture) + "#" + std::to_string(number));
   }
   std::vector<std::string> sent;
-  for (const Json& one : Last(With(lines, {"capture"}))["transmitted"]) {
+  const Json transmitted = Last(With(lines, {"capture"}))["transmitted"];
+  for (const Json& one : transmitted) {
     EXPECT_EQ(one["port"], "uni2") << "the other ports do not take untagged frames";
     sent.push_back(one["frame"]["bytes"]);
   }

@@ -138,11 +138,6 @@ bool KernelMonitor::tell(ByteView datagram) {
   });
 }
 
-bool KernelMonitor::waitUntilBound() {
-  std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, kPatience, [this] { return progress_.bound > 0; });
-}
-
 KernelMonitor::Progress KernelMonitor::progress() const {
   const std::lock_guard lock(mutex_);
   return progress_;

@@ -54,9 +54,6 @@ class KernelMonitor {
   /// one before, and not this thread. False when no reader took it.
   bool tell(ByteView datagram);
 
-  /// Waits until a socket is bound; false when none is within ten seconds.
-  bool waitUntilBound();
-
   /// How many tasks have ended and how many sockets were bound.
   struct Progress {
     std::uint64_t ended = 0;
