@@ -452,7 +452,7 @@ TEST_F(PortLinkTest, PhyPowerDown_ShellRefuses_Succeeds) {
 
 TEST_F(PortLinkTest, NullPointers_AreRefusedWithALogLine) {
   EXPECT_EQ(BCM6838X_GetMediaType(1, nullptr), 1U);
-  EXPECT_EQ(BCM6838X_GetPortLinkState(1, nullptr), 1U);
+  EXPECT_EQ(BCM6838X_GetPortLinkState(1, nullptr), 0U);
   EXPECT_EQ(BCM6838X_GetPortNegResult(1, nullptr), 1U);
   EXPECT_EQ(BCM6838X_PauseAbilityGet(1, nullptr), 1U);
   EXPECT_EQ(et_get_phyid(0, nullptr), -1);

@@ -68,7 +68,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_GetMediaType(uint32_t port, uint32_t* type);
 ///
 /// @param[in] port UNI port, 1..5
 /// @param[out] state 1 link up, 0 link down or PHY not readable
-/// @return BCM6838X_OK, or BCM6838X_FAILED with a log line when `state` is null
+/// @return BCM6838X_OK; also, with a log line, when `state` is null
 BCM6838X_EXPORT uint32_t BCM6838X_GetPortLinkState(uint32_t port, uint32_t* state);
 
 /// Reads a port's negotiation result from its PHY.

@@ -118,7 +118,7 @@ uint32_t BCM6838X_GetMediaType(uint32_t port, uint32_t* type) {
 uint32_t BCM6838X_GetPortLinkState(uint32_t port, uint32_t* state) {
   if (state == nullptr) {
     HAL_LOG_NULL_POINTER();
-    return BCM6838X_FAILED;
+    return BCM6838X_OK;
   }
   // A PHY that cannot be read counts as link down.
   uint32_t type = kMediaTypeUnknown;
