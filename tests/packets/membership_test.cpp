@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "datapath/group_address.h"
 #include "datapath/sample_frames.h"
 
 namespace virtual_onu {

@@ -111,14 +111,6 @@ std::vector<MembershipChange> MembershipChanges(ByteView frame) {
              : ReadSingle(message, AddressSize(version), found->meaning == Meaning::Join);
 }
 
-bool IsLinkLocalGroup(ByteView group) {
-  constexpr std::array<std::uint8_t, 3> kLocalControl = {224, 0, 0};
-  constexpr unsigned kScopeMask = 0x0F;
-  constexpr unsigned kLinkScope = 2;
-  return group.size() == 4 ? std::ranges::equal(group.first(kLocalControl.size()), kLocalControl)
-                           : (group[1] & kScopeMask) <= kLinkScope;
-}
-
 Bytes GroupMac(ByteView group) {
   constexpr std::uint8_t kLow23Mask = 0x7F;
   if (group.size() == 4) {

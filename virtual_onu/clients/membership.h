@@ -19,10 +19,6 @@ struct MembershipChange {
 /// damaged. Of a report that is cut off those before the cut.
 std::vector<MembershipChange> MembershipChanges(ByteView frame);
 
-/// Whether a group does not leave its link: 224.0.0.x, and scopes up to 2 of IPv6. It needs no
-/// channel.
-bool IsLinkLocalGroup(ByteView group);
-
 /// The MAC address of a group.
 Bytes GroupMac(ByteView group);
 

@@ -10,6 +10,7 @@
 #include <hal_bcm6838x.h>
 
 #include "clients/membership.h"
+#include "datapath/group_address.h"
 
 namespace virtual_onu {
 namespace {
@@ -47,6 +48,7 @@ void ServeMulticast(const ClientCall& call) {
   constexpr std::uint32_t kMaxPort = 32;
   if (call.port >= 1 && call.port <= kMaxPort) {
     for (const MembershipChange& change : MembershipChanges(call.frame)) {
+      // A group that does not leave its link needs no channel.
       if (!IsLinkLocalGroup(change.group)) {
         Change(change, call);
       }

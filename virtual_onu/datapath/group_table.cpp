@@ -9,6 +9,7 @@
 #include <span>
 
 #include "base/text.h"
+#include "datapath/group_address.h"
 
 namespace virtual_onu {
 namespace {
@@ -23,28 +24,24 @@ bool StartsWith(std::span<const std::uint8_t> bytes, std::span<const std::uint8_
   return std::ranges::equal(bytes.first(prefix.size()), prefix);
 }
 
-/// A group address that routers forward.
-bool IsRoutedIpv4Group(const Bytes& address) {
-  constexpr std::array<std::uint8_t, 3> kLinkGroups = {224, 0, 0};
+bool IsIpv4Group(const FrameHeaders& headers) {
   constexpr std::uint8_t kClassMask = 0xF0;
   constexpr std::uint8_t kClassD = 0xE0;
-  return (address[0] & kClassMask) == kClassD && !StartsWith(address, kLinkGroups);
+  return StartsWith(headers.dstMac, kIpv4MacPrefix) && (headers.dstIp[0] & kClassMask) == kClassD;
 }
 
-bool IsRoutedIpv6Group(const Bytes& address) {
+bool IsIpv6Group(const FrameHeaders& headers) {
   constexpr std::uint8_t kGroup = 0xFF;
-  constexpr std::uint8_t kScopeMask = 0x0F;
-  constexpr std::uint8_t kLinkScope = 2;
-  return address[0] == kGroup && (address[1] & kScopeMask) > kLinkScope;
+  return StartsWith(headers.dstMac, kIpv6MacPrefix) && headers.dstIp[0] == kGroup;
 }
 
-bool IsGroup(const FrameHeaders& headers) {
+bool IsRoutedGroup(const FrameHeaders& headers) {
   if (headers.dstIp.empty()) {
     return false;
   }
-  return headers.dstIp.size() == kIpv4Size
-             ? StartsWith(headers.dstMac, kIpv4MacPrefix) && IsRoutedIpv4Group(headers.dstIp)
-             : StartsWith(headers.dstMac, kIpv6MacPrefix) && IsRoutedIpv6Group(headers.dstIp);
+  const bool isGroup =
+      headers.dstIp.size() == kIpv4Size ? IsIpv4Group(headers) : IsIpv6Group(headers);
+  return isGroup && !IsLinkLocalGroup(headers.dstIp);
 }
 
 bool Names(const McastGroupEntry& entry, const GroupId& group) {
@@ -66,7 +63,7 @@ std::string GroupId::text() const {
 }
 
 std::optional<GroupId> GroupOf(const FrameHeaders& headers) {
-  if (!IsGroup(headers)) {
+  if (!IsRoutedGroup(headers)) {
     return std::nullopt;
   }
   const std::uint16_t vid = headers.tags.empty() ? std::uint16_t{0} : headers.tags.front().vid;
