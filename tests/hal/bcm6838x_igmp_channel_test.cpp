@@ -14,6 +14,7 @@
 
 #include "support/console_output.h"
 #include "support/library_test.h"
+#include "support/refusal.h"
 #include "support/wire_record.h"
 
 namespace hal_test {
@@ -77,11 +78,6 @@ std::string Logged(const std::string& verb, std::uint32_t port, std::int32_t act
 std::string ModifyLogged(const std::string& portMask, std::uint32_t result = 0) {
   return "log 1" + kPlace + "Modify IPTV group[239.1.2.3] PortMask[" + portMask +
          "] ret=" + std::to_string(result) + "\r\n";
-}
-
-std::string RefusalLogged(std::uint32_t code) {
-  return "log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp BCM6838X_Ioctl :<line>, cmd:" +
-         std::to_string(code) + " err:4294967295\r\n";
 }
 
 class McastChannelTest : public LibraryTest {

@@ -20,6 +20,7 @@
 
 #include "support/console_output.h"
 #include "support/library_test.h"
+#include "support/refusal.h"
 #include "support/wire_record.h"
 
 namespace {
@@ -83,11 +84,6 @@ std::string StripSent() {
 
 std::string ActionDeleted(std::uint32_t index) {
   return Sent("VLAN_ACTION_DEL", 0, WireRecord(8).u32(4, index));
-}
-
-std::string RefusalLogged(std::uint32_t code) {
-  return "log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp BCM6838X_Ioctl :<line>, cmd:" +
-         Number(code) + " err:4294967295\r\n";
 }
 
 std::string OutOfRange(const std::string& operation, std::uint32_t port) {

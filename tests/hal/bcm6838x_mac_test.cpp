@@ -15,6 +15,7 @@
 #include <hal_bcm6838x.h>
 
 #include "support/library_test.h"
+#include "support/refusal.h"
 #include "support/wire_record.h"
 
 namespace hal_test {
@@ -42,11 +43,6 @@ std::string Logged(const std::string& operation, const std::string& text) {
 
 std::string FilterLogged(const std::string& operation, const std::string& portAndVid) {
   return Logged(operation, portAndVid + ", macAddr:2:0:5e:ab:c:ff");
-}
-
-std::string RefusalLogged(std::uint32_t code) {
-  return "log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp BCM6838X_Ioctl :<line>, cmd:" +
-         std::to_string(code) + " err:4294967295\r\n";
 }
 
 MacStaticEntry StaticEntry(std::uint8_t port, std::uint16_t vid) {

@@ -16,6 +16,7 @@
 
 #include "qos_rules.h"
 #include "support/library_test.h"
+#include "support/refusal.h"
 
 namespace hal_test {
 namespace {

@@ -17,6 +17,7 @@
 #include "phy/phy.h"
 #include "qos_rules.h"
 #include "support/library_test.h"
+#include "support/refusal.h"
 #include "support/wire_record.h"
 
 namespace hal_test {

@@ -15,6 +15,7 @@
 
 #include "qos_rules.h"
 #include "support/library_test.h"
+#include "support/refusal.h"
 #include "support/wire_record.h"
 
 namespace hal_test {

@@ -120,9 +120,4 @@ std::string FlowDeleteSent(std::uint32_t icIndex, std::uint32_t flowIndex) {
   return Sent("FLOW_DEL", 1, WireRecord(12).u32(0, 1).u32(4, icIndex).u32(8, flowIndex));
 }
 
-std::string RefusalLogged(std::uint32_t code) {
-  return "log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp BCM6838X_Ioctl :<line>, cmd:" +
-         std::to_string(code) + " err:4294967295\r\n";
-}
-
 }  // namespace hal_test

@@ -67,7 +67,4 @@ std::string ActionDeleteSent(std::uint32_t index);
 std::string ClassDeleteSent(std::uint32_t icIndex);
 std::string FlowDeleteSent(std::uint32_t icIndex, std::uint32_t flowIndex);
 
-/// What the command channel logs when the driver refuses a command.
-std::string RefusalLogged(std::uint32_t code);
-
 }  // namespace hal_test
