@@ -16,7 +16,7 @@
 #include <hal_bcm6838x.h>
 
 #include "qos_rules.h"
-#include "support/library_test.h"
+#include "qos_schedule_fixture.h"
 #include "support/refusal.h"
 #include "support/wire_record.h"
 
@@ -61,26 +61,19 @@ constexpr std::array<Way, 2> kWays = {{{1, kFirstBank, kSecondBank, kBelowTheFir
 std::vector<std::string> Move(std::uint32_t rule, std::uint32_t queueOffset,
                               std::size_t sent = kCommands.size()) {
   const Place place = kRules.at(rule);
-  std::vector<std::string> lines = {
-      Sent("QUEUE_SCHEDULE", 1, WireRecord(164).u32(140, 1).u32(144, rule)),
-      FlowDeleteSent(rule, 0),
-      RemarkFlowSent(place.port, place.precedence, rule, rule, queueOffset)};
+  std::vector<std::string> lines = Moved(place.port, place.precedence, rule, queueOffset);
   lines.resize(sent);
   return lines;
-}
-
-void Append(std::vector<std::string>& lines, const std::vector<std::string>& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
 }
 
 /// Way, command that is refused, rule whose command it is.
 using FaultCase = std::tuple<std::size_t, std::size_t, std::uint32_t>;
 
-class QosScheduleFaultTest : public LibraryTest, public testing::WithParamInterface<FaultCase> {
+class QosScheduleFaultTest : public QosScheduleFixture,
+                             public testing::WithParamInterface<FaultCase> {
  protected:
   void SetUp() override {
-    ASSERT_EQ(BCM6838X_InitDrv(), 0U);
-    ASSERT_EQ(BCM6838X_InitQoS(), 0U);
+    QosScheduleFixture::SetUp();
     for (const Place& place : kRules) {
       const QosClassRule rule = RemarkRule(place.port, place.precedence);
       ASSERT_EQ(BCM6838X_AddQosClassificationRule(&rule), 0U);
@@ -90,19 +83,6 @@ class QosScheduleFaultTest : public LibraryTest, public testing::WithParamInterf
     if (way_.scheme == 0) {
       ASSERT_EQ(BCM6838X_SetQosSchedule(1), 0U);
     }
-  }
-
-  std::vector<std::string> changed(std::uint32_t scheme) {
-    forget();
-    EXPECT_EQ(BCM6838X_SetQosSchedule(scheme), 0U);
-    return commands();
-  }
-
-  std::vector<std::string> removed(std::uint32_t port) {
-    forget();
-    const QosClassRuleSet empty = SetOf(port, {});
-    EXPECT_EQ(BCM6838X_ApplyQosClassification(&empty), 0U);
-    return commands();
   }
 
   [[nodiscard]] bool isLost(std::uint32_t rule) const {

@@ -14,7 +14,7 @@
 #include <hal_bcm6838x.h>
 
 #include "qos_rules.h"
-#include "support/library_test.h"
+#include "qos_schedule_fixture.h"
 #include "support/refusal.h"
 #include "support/wire_record.h"
 
@@ -25,53 +25,15 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// The request that reads a flow back.
-std::string ReadSent(std::uint32_t icIndex, std::uint32_t flowIndex) {
-  return Sent("QUEUE_SCHEDULE", 1,
-              WireRecord(164).u32(140, 1).u32(144, icIndex).u32(148, flowIndex));
-}
-
-/// The commands that move RemarkRule() to a queue by its offset from the priority.
-std::vector<std::string> Moved(std::uint32_t port, std::uint32_t precedence, std::uint32_t index,
-                               std::uint32_t queueOffset) {
-  return {ReadSent(index, 0), FlowDeleteSent(index, 0),
-          RemarkFlowSent(port, precedence, index, index, queueOffset)};
-}
-
-void Append(std::vector<std::string>& lines, const std::vector<std::string>& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-}
-
 /// Upwards to the second bank, and the same number wrapped for the way down from the first.
 constexpr std::uint32_t kUp = 8;
 constexpr std::uint32_t kDownFromTheFirstBank = 0xFFFFFFF8;
 
-class QosScheduleTest : public LibraryTest {
+class QosScheduleTest : public QosScheduleFixture {
  protected:
-  void SetUp() override {
-    ASSERT_EQ(BCM6838X_InitDrv(), 0U);
-    ASSERT_EQ(BCM6838X_InitQoS(), 0U);
-    forget();
-  }
-
   void add(const QosClassRule& rule) {
     ASSERT_EQ(BCM6838X_AddQosClassificationRule(&rule), 0U);
     forget();
-  }
-
-  /// What a change of the scheme sends.
-  std::vector<std::string> changed(std::uint32_t scheme) {
-    forget();
-    EXPECT_EQ(BCM6838X_SetQosSchedule(scheme), 0U);
-    return commands();
-  }
-
-  /// What the next set of a port removes.
-  std::vector<std::string> removed(std::uint32_t port) {
-    forget();
-    const QosClassRuleSet empty = SetOf(port, {});
-    EXPECT_EQ(BCM6838X_ApplyQosClassification(&empty), 0U);
-    return commands();
   }
 };
 
