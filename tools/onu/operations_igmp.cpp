@@ -1,13 +1,11 @@
 /// @file
 /// The rows of the operations that bcm6838x_igmp.h declares. A new operation is one more row.
-#include <algorithm>
 #include <cstdint>
-#include <iterator>
 
 #include <bcm6838x_igmp.h>
 
 #include "base/text.h"
-#include "clients/membership.h"
+#include "clients/group_request.h"
 #include "operation_rows.h"
 #include "packet_call.h"
 
@@ -25,15 +23,8 @@ constexpr Argument kPortMask = {"portMask", ArgumentType::Number, "bit p - 1 for
 const ArgumentRows kRule = {kUniPort, kMvlan, kIptvVlan};
 const ArgumentRows kRequest = {kGroup, kPortMask, kVid};
 
-/// A request that names a group by its address and the MAC address that belongs to it.
 McastGroupRequest GroupOf(const Arguments& given) {
-  McastGroupRequest request = {};
-  const virtual_onu::Bytes address = virtual_onu::ParseIp(given.word(kGroup.name)).value();
-  std::ranges::copy(virtual_onu::GroupMac(address), std::begin(request.groupMac));
-  std::ranges::copy(address, address.size() == sizeof(request.groupIpv4)
-                                 ? std::begin(request.groupIpv4)
-                                 : std::begin(request.groupIpv6));
-  return request;
+  return virtual_onu::GroupRequest(virtual_onu::ParseIp(given.word(kGroup.name)).value());
 }
 
 Binding BindGroup(std::uint32_t (*function)(const McastGroupRequest* request)) {

@@ -2,13 +2,13 @@
 /// The clients, one function for each.
 #include "clients/protocol_clients.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 
 #include <bcm6838x_igmp.h>
 #include <hal_bcm6838x.h>
 
+#include "clients/group_request.h"
 #include "clients/membership.h"
 #include "datapath/group_address.h"
 
@@ -23,12 +23,8 @@ std::uint32_t LengthOf(const ClientCall& call) {
 }
 
 McastGroupRequest RequestOf(const MembershipChange& change, const ClientCall& call) {
-  McastGroupRequest request = {};
+  McastGroupRequest request = GroupRequest(change.group);
   request.vlan = static_cast<std::uint16_t>(call.vid);
-  std::ranges::copy(GroupMac(change.group), std::begin(request.groupMac));
-  std::ranges::copy(change.group, change.group.size() == sizeof(request.groupIpv4)
-                                      ? std::begin(request.groupIpv4)
-                                      : std::begin(request.groupIpv6));
   request.portMask = 1U << (call.port - 1);
   return request;
 }
