@@ -18,7 +18,6 @@
 #include "qos_rules.h"
 #include "qos_schedule_fixture.h"
 #include "support/refusal.h"
-#include "support/wire_record.h"
 
 namespace hal_test {
 namespace {
