@@ -1,5 +1,25 @@
 /// @file
-/// What the headers of all operations share: how an operation is exported and the result codes.
+/// What the headers of all operations share: how an operation is exported, the result codes, and
+/// what holds for every operation and is said here once:
+///
+/// - **Arguments.** Numbers are 32-bit words; an operation says which of their bits count, and
+///   otherwise all do. What a pointer leads to is used during the call and not kept. What a null
+///   pointer comes to is said at the operation.
+/// - **Commands.** *Sends* names every command (BRMGR_CMD_*, brmgr_cmd.h) that an operation sends,
+///   itself or by the operations that it calls; each goes through BCM6838X_Ioctl. While the device
+///   is not open, none reaches the driver and each comes to BCM6838X_NOT_OPEN, without a line. One
+///   that the driver refuses comes to BCM6838X_REFUSED, with the line of BCM6838X_Ioctl. Where an
+///   operation does not say what becomes of either, its result is not looked at.
+/// - **Lines.** *Logs* names the lines of the operation itself; those of the operations that it
+///   calls, BCM6838X_Ioctl among them, come besides. A line is quoted as its format, without the
+///   "\r\n" at its end. It has level 1 (LOG_LEVEL_TRACE) unless it says level 4
+///   (LOG_LEVEL_INVALID). A "%s" and "%d" at its beginning are the operation's name and the source
+///   line.
+/// - Two lines stand in many places and are not quoted there: **the null line** is
+///   "%s(%d), null pointer", level 4; **the port line** is
+///   "[%s %d] port %u is out of range", level 4.
+/// - **Threads.** Nothing is locked. The management layer calls the operations one at a time; the
+///   headers name those that may run beside others.
 #ifndef BCM6838X_API_H
 #define BCM6838X_API_H
 
