@@ -15,9 +15,10 @@
 ///   "\r\n" at its end. It has level 1 (LOG_LEVEL_TRACE) unless it says level 4
 ///   (LOG_LEVEL_INVALID). A "%s" and "%d" at its beginning are the operation's name and the source
 ///   line.
-/// - Two lines stand in many places and are not quoted there: **the null line** is
-///   "%s(%d), null pointer", level 4; **the port line** is
-///   "[%s %d] port %u is out of range", level 4.
+/// - **The null line** is "%s(%d), null pointer", level 4, and **the port line** is
+///   "[%s %d] port %u is out of range", level 4; both stand in many places and are not quoted there.
+/// - **Shell lines.** *Runs* quotes the shell lines, as their formats; their results are not looked
+///   at unless the operation says so.
 /// - **Threads.** Nothing is locked. The management layer calls the operations one at a time; the
 ///   headers name those that may run beside others.
 #ifndef BCM6838X_API_H
