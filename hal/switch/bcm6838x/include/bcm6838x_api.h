@@ -16,7 +16,7 @@
 ///   (LOG_LEVEL_INVALID). A "%s" and "%d" at its beginning are the operation's name and the source
 ///   line.
 /// - **The null line** is "%s(%d), null pointer", level 4, and **the port line** is
-///   "[%s %d] port %u is out of range", level 4; both stand in many places and are not quoted there.
+///   "[%s %d] port %u is out of range", level 4. Many operations have them, which name them so.
 /// - **Shell lines.** *Runs* quotes the shell lines, as their formats; their results are not looked
 ///   at unless the operation says so.
 /// - **Threads.** Nothing is locked. The management layer calls the operations one at a time; the
