@@ -47,7 +47,7 @@ BCM6838X_EXPORT int32_t BCM6838X_AddVlanAction(VlanActionRule rule, uint32_t cou
 BCM6838X_EXPORT int32_t BCM6838X_GetVlanAction(VlanActionRule rule);
 
 /// Gives one reference on a VLAN action back; the last one removes it from the device. When the
-/// driver refuses, the action stays in the pool with no references. A reference too many wraps the
+/// command fails, the action stays in the pool with no references. A reference too many wraps the
 /// count, and the action then stays. Free places of the pool are searched too: index 0 downstream
 /// names the first of them, unless the action stands before it, and then only that place's count
 /// changes. An index that is not in the pool changes nothing.
@@ -179,7 +179,7 @@ BCM6838X_EXPORT int32_t BCM6838X_AddDsIngressClass_Perf(uint32_t vid, uint32_t v
                                                         uint32_t count);
 
 /// Gives one reference on a shared downstream flow back; the last one removes it from the device
-/// and from the table, even when the driver refuses. A reference too many finds no flow and does
+/// and from the table, even when the command fails. A reference too many finds no flow and does
 /// nothing; only at a flow that was added with a count of 0 it wraps the count, and the flow then
 /// stays.
 ///
