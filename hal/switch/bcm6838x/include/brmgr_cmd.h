@@ -60,8 +60,8 @@
   X(131, MAC_AGING,        2,      INPUT,     "sets the aging time of the MAC table")                 \
   X(132, MAC_LIMIT,        2,      INPUT,     "sets the learning limit of the MAC table")             \
   X(133, MAC_LEARN,        4,      INPUT,     "switches learning, or clears learned entries")         \
-  X(134, CTC_MODE_A,       1,      INPUT,     "notes a port in a tag-changing VLAN mode")             \
-  X(135, CTC_MODE_B,       1,      INPUT,     "notes a port in transparent or stacking VLAN mode")    \
+  X(134, CTC_MODE_A,       1,      INPUT,     "names a port whose mode code is any other than those of CTC_MODE_B") \
+  X(135, CTC_MODE_B,       1,      INPUT,     "names a port whose mode code is transparent or ZTE stacking") \
   X(140, DHCP_TRAP,        8,      INPUT,     "switches the DHCP trap of a port")                     \
   X(141, SEND_DHCP,        BRMGR_LENGTH_VARIABLE, INPUT, "sends a DHCP frame")                        \
   X(142, PPPOE_TRAP,       8,      INPUT,     "switches the PPPoE trap of a port")                    \

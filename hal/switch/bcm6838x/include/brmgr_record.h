@@ -99,7 +99,7 @@ enum {
 #define INGRESS_CLASS_CFG_FIELDS(FIELD, R)                                                            \
   FIELD(R, 0,   uint32_t, type,            ,     DEC,      CALLER, "always 2")                        \
   FIELD(R, 4,   uint32_t, fieldMask,       ,     KEYS,     CALLER, "key fields that the class compares") \
-  FIELD(R, 8,   uint32_t, priority,        ,     DEC,      CALLER, "order among the classes of one direction; the highest is tried first") \
+  FIELD(R, 8,   uint32_t, priority,        ,     DEC,      CALLER, "order among the classes of one direction: 1 to 5 upstream and 1 to 3 downstream at start-up, 6 and 3 in performance mode, from 7 on in QoS rules") \
   FIELD(R, 12,  uint8_t,  reserved12,      [12], RESERVED, NOBODY, "zero")                            \
   FIELD(R, 24,  uint32_t, dir,             ,     DIR,      CALLER, "1 upstream, 0 downstream")        \
   FIELD(R, 28,  uint32_t, icIndex,         ,     INDEX,    BOTH,   "the class's index: the caller's choice, or another that the driver returns")
@@ -134,9 +134,9 @@ enum {
   FIELD(R, 93,  uint8_t,  reserved93,      [3],  RESERVED, NOBODY, "zero")                            \
   FIELD(R, 96,  uint32_t, forward,         ,     FORWARD,  CALLER, "forwarding decision: 1 pass, 2 trap, 4 access control") \
   FIELD(R, 100, uint32_t, reserved100,     ,     RESERVED, NOBODY, "zero")                            \
-  FIELD(R, 104, uint32_t, result104,       ,     DEC,      CALLER, "result word; 1 in upstream flows and in downstream performance-mode flows, else 0") \
+  FIELD(R, 104, uint32_t, result104,       ,     DEC,      CALLER, "result word; 1 in the upstream flows of the VLAN modes and in downstream performance-mode flows, else 0") \
   FIELD(R, 108, uint32_t, result108,       ,     DEC,      CALLER, "result word; 2 in downstream performance-mode flows, else 0") \
-  FIELD(R, 112, uint32_t, queue,           ,     DEC,      CALLER, "traffic queue")                   \
+  FIELD(R, 112, uint32_t, queue,           ,     DEC,      CALLER, "traffic queue: the priority of the frame, of the port or of the QoS rule, 8 above it under scheduling scheme 1; 0 in other flows") \
   FIELD(R, 116, uint8_t,  reserved116,     [4],  RESERVED, NOBODY, "zero")                            \
   FIELD(R, 120, uint8_t,  remark,          ,     DEC,      CALLER, "1 in QoS re-marking flows, else 0") \
   FIELD(R, 121, uint8_t,  remarkPriority,  ,     DEC,      CALLER, "priority given by a QoS re-marking flow, else 0") \
@@ -201,7 +201,7 @@ enum {
 
 #define MCAST_GROUP_ENTRY_FIELDS(FIELD, R)                                                            \
   FIELD(R, 0,   uint32_t, vlanActionIndex, ,     INDEX,    CALLER, "downstream VLAN action for the port's copies, or none") \
-  FIELD(R, 4,   uint32_t, channelIndex,    ,     INDEX,    BOTH,   "create: the driver returns the entry's index; delete: the entry to delete") \
+  FIELD(R, 4,   uint32_t, channelIndex,    ,     INDEX,    BOTH,   "create: sent as none, or as the index of a port that was removed before in the same call, and the driver returns the entry's index; delete: the entry to delete") \
   FIELD(R, 8,   uint32_t, port,            ,     DEC,      CALLER, "UNI port number")                 \
   FIELD(R, 12,  uint32_t, portMask,        ,     HEX,      CALLER, "ports that have joined, bit p - 1 for UNI port p, as the caller gave it") \
   FIELD(R, 16,  uint16_t, vlan,            ,     DEC,      CALLER, "multicast VLAN of the group")     \
@@ -212,7 +212,7 @@ enum {
   FIELD(R, 50,  uint8_t,  reserved50,      [2],  RESERVED, NOBODY, "zero")
 
 #define PORT_STATS_RECORD_FIELDS(FIELD, R)                                                            \
-  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "port whose counters are read")    \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "port whose counters are read: a getter counts it from 1, the table of all ports from 0, a clear sends what the driver left there") \
   FIELD(R, 4,   uint32_t, rxOctets,        ,     DEC,      DRIVER, "received octets")                 \
   FIELD(R, 8,   uint32_t, word2,           ,     DEC,      DRIVER, "not read")                        \
   FIELD(R, 12,  uint32_t, rx64,            ,     DEC,      DRIVER, "received frames of 64 octets")    \
@@ -294,7 +294,7 @@ enum {
   FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "line rate in bit/s; 0 when it is not known")
 
 #define DS_RATE_LIMIT_RECORD_FIELDS(FIELD, R)                                                         \
-  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "the caller's port index plus 1")  \
+  FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "the caller's port index, which counts from 0, plus 1") \
   FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "downstream limit in bit/s")
 
 #define DSCP_MAP_RECORD_FIELDS(FIELD, R)                                                              \
@@ -304,27 +304,27 @@ enum {
 #define PORT_VLAN_TRUNK_ENTRY_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
   FIELD(R, 1,   uint8_t,  reserved1,       ,     RESERVED, NOBODY, "zero")                            \
-  FIELD(R, 2,   uint16_t, vid,             ,     DEC,      CALLER, "VID, 1..4095")
+  FIELD(R, 2,   uint16_t, vid,             ,     DEC,      CALLER, "VID, 1..4095; not checked, and the rules skip 0")
 
 #define PORT_VLAN_TRANS_ENTRY_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
   FIELD(R, 1,   uint8_t,  reserved1,       ,     RESERVED, NOBODY, "zero")                            \
-  FIELD(R, 2,   uint16_t, dsPriority,      ,     DEC,      CALLER, "priority written into the downstream action, 0..7") \
-  FIELD(R, 4,   uint16_t, localVid,        ,     DEC,      CALLER, "VID on the UNI side, 1..4095")    \
-  FIELD(R, 6,   uint16_t, usPriority,      ,     DEC,      CALLER, "priority written into the upstream action, 0..7") \
-  FIELD(R, 8,   uint16_t, netVid,          ,     DEC,      CALLER, "VID on the network side, 1..4095")
+  FIELD(R, 2,   uint16_t, dsPriority,      ,     DEC,      CALLER, "priority written into the downstream action, 0..7; not checked") \
+  FIELD(R, 4,   uint16_t, localVid,        ,     DEC,      CALLER, "VID on the UNI side, 1..4095; not checked, and the rules skip an entry with 0") \
+  FIELD(R, 6,   uint16_t, usPriority,      ,     DEC,      CALLER, "priority written into the upstream action, 0..7; not checked") \
+  FIELD(R, 8,   uint16_t, netVid,          ,     DEC,      CALLER, "VID on the network side, 1..4095; not checked, and the rules skip an entry with 0")
 
 #define PORT_VLAN_STACK_ENTRY_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
   FIELD(R, 1,   uint8_t,  reserved1,       [3],  RESERVED, NOBODY, "zero")                            \
   FIELD(R, 4,   uint32_t, stackParam,      ,     DEC,      CALLER, "2 in the entries that BDCOM stacking builds") \
-  FIELD(R, 8,   uint32_t, cvid,            ,     DEC,      CALLER, "customer VID")                    \
+  FIELD(R, 8,   uint32_t, cvid,            ,     DEC,      CALLER, "customer VID; of a value other than 0 the rules use the low 12 bits") \
   FIELD(R, 12,  uint16_t, reserved12,      ,     RESERVED, NOBODY, "zero")                            \
   FIELD(R, 14,  uint16_t, svid,            ,     DEC,      CALLER, "service VID, 1..4095")
 
 #define PORT_VLAN_INFO_FIELDS(FIELD, R)                                                               \
-  FIELD(R, 0,   uint16_t, pvid,            ,     DEC,      CALLER, "port VID")                        \
-  FIELD(R, 2,   uint16_t, priority,        ,     DEC,      CALLER, "default priority of the port, 0..255") \
+  FIELD(R, 0,   uint16_t, pvid,            ,     DEC,      CALLER, "port VID, 1..4095; not checked, and 0 before it was set") \
+  FIELD(R, 2,   uint16_t, priority,        ,     DEC,      CALLER, "default priority of the port, 0..7; of any value the low 8 bits are kept") \
   FIELD(R, 4,   uint16_t, tpid,            ,     HEX,      CALLER, "tag protocol identifier of the port VID's tag; 0x8100 once a port VID was set") \
   FIELD(R, 6,   uint16_t, tagAttr,         ,     DEC,      CALLER, "cleared whenever a port VID is set") \
   FIELD(R, 8,   uint32_t, vlanMode,        ,     DEC,      CALLER, "0 transparent, 1 tag, 2 and 3 translation, 4 trunk, 19 ZTE trunk, 20 hybrid, 160 ZTE stacking, 253 BDCOM stacking, 255 none") \
@@ -341,7 +341,7 @@ enum {
   FIELD(R, 2,   uint16_t, reserved2,       ,     RESERVED, NOBODY, "zero")
 
 #define CTC_MODE_RECORD_FIELDS(FIELD, R)                                                              \
-  FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")
+  FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32; any number with a code that names no mode")
 
 #define TRAP_ENABLE_RECORD_FIELDS(FIELD, R)                                                           \
   FIELD(R, 0,   uint32_t, portIndex,       ,     DEC,      CALLER, "port index, from 0")              \
