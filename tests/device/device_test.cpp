@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -163,6 +164,49 @@ TEST_F(DeviceIoctl, Fault_CountsRefusedCommands) {
   device_.faults().refuseNth(2);
   EXPECT_EQ(request(BRMGR_CMD_FEATURE, nullptr, 4, 0), EFAULT);
   EXPECT_EQ(request(BRMGR_CMD_LASER_OFF, nullptr, 0, 0), EIO);
+}
+
+TEST_F(DeviceIoctl, AnAnswerInTheDriversPlace_IsWhatTheIoctlReturns) {
+  BrmgrRequest request = {BRMGR_CMD_LASER_OFF, 0, 0, nullptr};
+  int checked = 0;
+  for (const int result : {0, 5, -22, std::numeric_limits<int>::max()}) {
+    device_.onRequest([result](const BrmgrRequest&) { return result; });
+    EXPECT_EQ(device_.ioctl(BRMGR_IOCTL_REQUEST, &request), result);
+    EXPECT_EQ(lastCommand().result, result);
+    ++checked;
+  }
+  EXPECT_EQ(checked, 4);
+}
+
+TEST_F(DeviceIoctl, AnAnswerInTheDriversPlace_MayWriteIntoTheRecordAndIsTraced) {
+  device_.faults().refuseNth(2);
+  device_.onRequest([](const BrmgrRequest& request) {
+    static_cast<IngressClassCfg*>(request.buf)->icIndex = 77;
+    return -1;
+  });
+  IngressClassCfg cfg = {};
+  cfg.dir = kUs;
+  const Bytes before = BytesOf(cfg);
+  BrmgrRequest request = {BRMGR_CMD_IC_CREATE, sizeof(cfg), BRMGR_FLAG_READ_BACK, &cfg};
+  EXPECT_EQ(device_.ioctl(BRMGR_IOCTL_REQUEST, &request), -1);
+  EXPECT_EQ(cfg.icIndex, 77U);
+  EXPECT_EQ(lastCommand().before, before);
+  EXPECT_EQ(lastCommand().after, BytesOf(cfg));
+  EXPECT_TRUE(device_.tables().upstream.classes.empty()) << "the driver does not see it";
+  device_.onRequest({});
+  EXPECT_EQ(send(BRMGR_CMD_IC_CREATE, cfg), 0) << "nor do the fault rules";
+  EXPECT_EQ(send(BRMGR_CMD_IC_CREATE, cfg), EIO);
+}
+
+TEST_F(DeviceIoctl, NoAnswerInTheDriversPlace_LeavesTheRequestToTheDriver) {
+  std::vector<std::uint32_t> asked;
+  device_.onRequest([&asked](const BrmgrRequest& request) -> std::optional<int> {
+    asked.push_back(request.cmd);
+    return std::nullopt;
+  });
+  EXPECT_EQ(addClass(kUs), 0U);
+  EXPECT_EQ(request(BRMGR_CMD_FEATURE, nullptr, 4, BRMGR_FLAG_INPUT), EFAULT);
+  EXPECT_EQ(asked, (std::vector<std::uint32_t>{BRMGR_CMD_IC_CREATE, BRMGR_CMD_FEATURE}));
 }
 
 TEST_F(DeviceIoctl, Success_LeavesErrnoAlone) {

@@ -49,6 +49,15 @@ CommandResult CheckBuffer(const BrmgrRequest& request) {
   return {};
 }
 
+/// The record of a request; empty when there is none or nobody may look at it.
+Bytes RecordOf(const BrmgrRequest& request) {
+  if (request.len == 0 || CheckBuffer(request).error != 0) {
+    return {};
+  }
+  const auto* const first = static_cast<const std::uint8_t*>(request.buf);
+  return {first, first + request.len};
+}
+
 }  // namespace
 
 Device::Device(Trace& trace, ChipLimits limits) : trace_(trace), state_{.limits = limits} {}
@@ -96,15 +105,12 @@ int Device::ioctl(unsigned long request, void* argument) {
   BrmgrRequest command;
   std::memcpy(&command, argument, sizeof(command));
   std::function<void()> deliver;
-  const int error = serveTraced(command, deliver);
+  const int result = serveTraced(command, deliver);
   lock.unlock();
   if (deliver) {
     deliver();
   }
-  if (error != 0) {
-    errno = error;
-  }
-  return error == 0 ? 0 : -1;
+  return result;
 }
 
 int Device::serveTraced(const BrmgrRequest& request, std::function<void()>& deliver) {
@@ -112,13 +118,22 @@ int Device::serveTraced(const BrmgrRequest& request, std::function<void()>& deli
   event.code = request.cmd;
   event.length = request.len;
   event.flag = request.flag;
-  const int error = serve(request, event);
-  if (error == 0) {
-    deliver = sendOutgoing(event);
+  event.before = RecordOf(request);
+  int error = 0;
+  if (const std::optional<int> answer = answer_ ? answer_(request) : std::nullopt) {
+    event.after = RecordOf(request);
+    event.result = *answer;
+  } else {
+    error = serve(request, event);
+    deliver = error == 0 ? sendOutgoing(event) : nullptr;
+    event.result = error == 0 ? 0 : -1;
   }
-  event.result = error == 0 ? 0 : -1;
+  const int result = event.result;
   trace_.add(std::move(event));
-  return error;
+  if (error != 0) {
+    errno = error;
+  }
+  return result;
 }
 
 std::function<void()> Device::sendOutgoing(CommandEvent& event) {
@@ -136,12 +151,13 @@ void Device::setSender(FrameSender sender) {
   sender_ = std::move(sender);
 }
 
+void Device::onRequest(RequestAnswer answer) {
+  const std::lock_guard lock(mutex_);
+  answer_ = std::move(answer);
+}
+
 int Device::serve(const BrmgrRequest& request, CommandEvent& event) {
   CommandResult result = CheckBuffer(request);
-  if (result.error == 0 && request.len > 0) {
-    const auto* const first = static_cast<const std::uint8_t*>(request.buf);
-    event.before.assign(first, first + request.len);
-  }
   event.after = event.before;
   if (faults_.refuses(request.cmd)) {
     result = {EIO, "refused by a fault rule"};

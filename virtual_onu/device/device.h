@@ -28,6 +28,10 @@ struct SentFrame {
 };
 using FrameSender = std::function<SentFrame(const OutgoingFrame& frame)>;
 
+/// Answers a request in the driver's place: what the ioctl returns, or nothing to leave the request
+/// to the driver. It may write into the request's record.
+using RequestAnswer = std::function<std::optional<int>(const BrmgrRequest& request)>;
+
 /// Commands and events may come from any thread; they are carried out, and traced, one at a time. A
 /// listener of the trace must therefore not call the device's functions that lock: ioctl,
 /// sendEvent, pendingEvents, open, owns, ports, feature, setPortAction, hold. tables(),
@@ -82,6 +86,11 @@ class Device {
   /// held, so that it sees the tables as the command left them.
   void setSender(FrameSender sender);
 
+  /// Who is asked first about every request, before the fault rules: for what this driver never
+  /// does, such as to write into a record and refuse it. An empty function for nobody. Called while
+  /// the device is held.
+  void onRequest(RequestAnswer answer);
+
   /// The port counts of BRMGR_CMD_INIT, once they were told.
   [[nodiscard]] std::optional<DrvInitRecord> ports() const;
 
@@ -117,7 +126,8 @@ class Device {
   int serve(const BrmgrRequest& request, CommandEvent& event);
   /// Sends the frame that a command gave, if it gave one, and tells how to deliver it.
   std::function<void()> sendOutgoing(CommandEvent& event);
-  /// Serves a command that an ioctl carries; called while the device is held.
+  /// Serves a command that an ioctl carries, and returns what the ioctl returns; called while the
+  /// device is held.
   int serveTraced(const BrmgrRequest& request, std::function<void()>& deliver);
 
   Trace& trace_;
@@ -126,6 +136,7 @@ class Device {
   FaultPlan faults_;
   std::vector<Channel> channels_;
   FrameSender sender_;
+  RequestAnswer answer_;
 };
 
 }  // namespace virtual_onu
