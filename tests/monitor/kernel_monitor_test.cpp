@@ -116,6 +116,24 @@ TEST(KernelMonitor, Faults_FailTheCalls) {
   EXPECT_FALSE(unit.monitor().owns(-1));
 }
 
+TEST(KernelMonitor, ALostDatagram_FailsTheCallAndLeavesItsBytesInTheBuffer) {
+  Unit unit;
+  const int fd = OpenMonitor();
+  unit.monitor().loseReceived(1);
+  ASSERT_TRUE(unit.monitor().send(Bytes{1, 2}));
+  ASSERT_TRUE(unit.monitor().send(Bytes{3}));
+  Bytes buffer(8);
+  iovec part = {buffer.data(), buffer.size()};
+  msghdr message = {};
+  message.msg_iov = &part;
+  message.msg_iovlen = 1;
+  errno = 0;
+  EXPECT_EQ(recvmsg(fd, &message, 0), -1);
+  EXPECT_EQ(errno, ENOBUFS);
+  EXPECT_EQ(buffer, (Bytes{1, 2, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(Receive(fd), Bytes{3}) << "the next one comes";
+}
+
 TEST(KernelMonitor, AClosedSocket_IsNobodysEvenWhenItsNumberComesAgain) {
   Unit unit;
   const int fd = OpenMonitor();

@@ -169,14 +169,22 @@ void KernelMonitor::end() {
   sendLocked({});
 }
 
-void KernelMonitor::received(int fd, ssize_t size) {
+void KernelMonitor::loseReceived(std::uint32_t datagrams) {
+  const std::lock_guard lock(mutex_);
+  toLose_ = datagrams;
+}
+
+ssize_t KernelMonitor::received(int fd, ssize_t size) {
   bool leave = false;
+  bool lost = false;
   {
     const std::lock_guard lock(mutex_);
     Channel* const channel = find(fd);
     if (channel == nullptr) {
-      return;
+      return size;
     }
+    lost = size >= 0 && toLose_ > 0;
+    toLose_ -= lost ? 1 : 0;
     channel->received += size >= 0 ? 1 : 0;
     leave = ended_ && channel->carriedOut();
     channel->thread = leave ? std::thread::id() : std::this_thread::get_id();
@@ -185,6 +193,11 @@ void KernelMonitor::received(int fd, ssize_t size) {
   if (leave) {
     pthread_exit(nullptr);
   }
+  if (lost) {
+    errno = ENOBUFS;
+    return -1;
+  }
+  return size;
 }
 
 }  // namespace virtual_onu

@@ -72,9 +72,13 @@ class KernelMonitor {
   /// in received().
   void end();
 
-  /// Told of every datagram that an own socket gave to recvmsg(). Does not return, but ends the
-  /// thread, when it was the last one after end().
-  void received(int fd, ssize_t size);
+  /// Loses the next datagrams that own sockets give: recvmsg() fails with ENOBUFS, as netlink's
+  /// does when messages did not fit, and leaves in its buffer what was lost.
+  void loseReceived(std::uint32_t datagrams);
+
+  /// Told of every datagram that an own socket gave to recvmsg(); returns what recvmsg() returns,
+  /// with errno set. Does not return, but ends the thread, when it was the last one after end().
+  ssize_t received(int fd, ssize_t size);
 
  private:
   struct Channel {
@@ -102,6 +106,7 @@ class KernelMonitor {
   std::condition_variable changed_;
   std::vector<Channel> channels_;
   Progress progress_;
+  std::uint32_t toLose_ = 0;
   bool ended_ = false;
 };
 

@@ -126,7 +126,7 @@ ssize_t recvmsg(int fd, msghdr* message, int flags) {
   static auto* const next = Next<ssize_t(int, msghdr*, int)>("recvmsg");
   const ssize_t size = next(fd, message, flags);
   if (virtual_onu::KernelMonitor* monitor = MonitorOf(fd)) {
-    monitor->received(fd, size);
+    return monitor->received(fd, size);
   }
   return size;
 }
