@@ -47,6 +47,16 @@ TEST_F(PlatformTest, Configuration_IsWhatTheCallsAnswer) {
   EXPECT_EQ(mode, 1U);
 }
 
+TEST_F(PlatformTest, NumberOfEthernetPorts_IsThatOfWhoAnswersInstead) {
+  unit.platform().config().ethPorts = 3;
+  std::uint32_t ports = 7;
+  unit.platform().onEthPortsAsked([&ports] { return ports++; });
+  EXPECT_EQ(HC_GetEthPortNum(), 7U);
+  EXPECT_EQ(HC_GetEthPortNum(), 8U);
+  unit.platform().onEthPortsAsked({});
+  EXPECT_EQ(HC_GetEthPortNum(), 3U);
+}
+
 TEST_F(PlatformTest, BoardId_ShortOne_IsFilledWithZeros) {
   unit.platform().config().boardId = "AB";
   std::array<char, 5> buffer = {'x', 'x', 'x', 'x', 'x'};

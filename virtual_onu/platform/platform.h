@@ -74,6 +74,12 @@ class Platform {
   /// For changes between calls of the library; the library asks anew each time.
   PlatformConfig& config() { return config_; }
 
+  /// Who answers HC_GetEthPortNum() instead of the configuration; an empty function for nobody.
+  void onEthPortsAsked(std::function<std::uint32_t()> answer) { ethPorts_ = std::move(answer); }
+  [[nodiscard]] std::uint32_t ethPorts() const {
+    return ethPorts_ ? ethPorts_() : config_.ethPorts;
+  }
+
   /// Who is told, on its thread, that a task has ended by itself.
   void onTaskEnd(std::function<void()> listener) { taskEnd_ = std::move(listener); }
 
@@ -108,6 +114,7 @@ class Platform {
   Clock& clock_;
   std::filesystem::path directory_;
   ShellRunner shellRunner_;
+  std::function<std::uint32_t()> ethPorts_;
   std::function<void()> taskEnd_;
   mutable std::mutex mutex_;
   std::vector<Task> tasks_;

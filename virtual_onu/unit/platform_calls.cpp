@@ -167,7 +167,8 @@ std::uint32_t TIMER_GetCurrent(void) {
 }
 
 std::uint32_t HC_GetEthPortNum(void) {
-  return Configured(&PlatformConfig::ethPorts);
+  Unit* unit = Unit::Current();
+  return unit == nullptr ? 0 : unit->platform().ethPorts();
 }
 std::uint32_t HC_GetFePortNum(void) {
   return Configured(&PlatformConfig::fePorts);
