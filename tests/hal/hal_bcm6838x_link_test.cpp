@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
 #include "link_report.h"
@@ -104,6 +106,23 @@ TEST_F(LinkTest, Laser_OneIsOnAndAnythingElseIsOff) {
     forget();
     EXPECT_EQ(BCM6838X_SetEponLaserState(value), 0U);
     EXPECT_THAT(left(), ElementsAre(off)) << value;
+  }
+}
+
+TEST_F(LinkTest, Laser_HandsNeitherRecordNorLengthToTheDriver) {
+  std::vector<BrmgrRequest> requests;
+  unit.device().onRequest([&](const BrmgrRequest& request) -> std::optional<int> {
+    requests.push_back(request);
+    return std::nullopt;
+  });
+  BCM6838X_SetEponLaserState(1);
+  BCM6838X_SetEponLaserState(0);
+  ASSERT_EQ(requests.size(), 2U);
+  EXPECT_EQ(requests[0].cmd, 119U);
+  EXPECT_EQ(requests[1].cmd, 120U);
+  for (const BrmgrRequest& request : requests) {
+    EXPECT_EQ(request.len, 0U) << request.cmd;
+    EXPECT_EQ(request.buf, nullptr) << request.cmd;
   }
 }
 

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <initializer_list>
+#include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,6 +53,17 @@ TEST_F(ChannelTest, Ioctl_HandsRecordLengthAndFlagToTheDriver) {
                                            WireRecord(12).u32(0, 1).u32(4, 0x01020304).u32(8, 5))));
 }
 
+TEST_F(ChannelTest, Ioctl_HandsTheAddressOfTheRecordToTheDriver) {
+  IngressFlowDel record = {1, 2, 3};
+  std::vector<const void*> addresses;
+  unit.device().onRequest([&](const BrmgrRequest& request) -> std::optional<int> {
+    addresses.push_back(request.buf);
+    return std::nullopt;
+  });
+  BCM6838X_Ioctl(BRMGR_CMD_FLOW_DEL, &record, sizeof(record), BRMGR_FLAG_INPUT);
+  EXPECT_THAT(addresses, ElementsAre(&record));
+}
+
 TEST_F(ChannelTest, Ioctl_CommandWithoutRecord_PassesNoBufferAndNoLength) {
   EXPECT_EQ(BCM6838X_Ioctl(BRMGR_CMD_LASER_ON, nullptr, 0, BRMGR_FLAG_READ_BACK), 0U);
   EXPECT_EQ(BCM6838X_Ioctl(BRMGR_CMD_LASER_OFF, nullptr, 0, BRMGR_FLAG_INPUT), 0U);
@@ -76,6 +89,30 @@ TEST_F(ChannelTest, Ioctl_DriverRefuses_ReturnsEightWithOneLogLine) {
   // The ioctl's own return value, -1, shown as the target's 32-bit unsigned word.
   EXPECT_THAT(logLines(), ElementsAre("log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp "
                                       "BCM6838X_Ioctl :<line>, cmd:119 err:4294967295\r\n"));
+}
+
+TEST_F(ChannelTest, Ioctl_AnyResultButZero_IsARefusalLoggedWithThatResult) {
+  struct Row {
+    int result;
+    std::string logged;
+  };
+  int checked = 0;
+  for (const Row& row : std::vector<Row>{{-1, "4294967295"},
+                                         {1, "1"},
+                                         {5, "5"},
+                                         {-22, "4294967274"},
+                                         {0x100, "256"},
+                                         {std::numeric_limits<int>::max(), "2147483647"},
+                                         {std::numeric_limits<int>::min(), "2147483648"}}) {
+    unit.device().onRequest([&row](const BrmgrRequest&) { return row.result; });
+    forget();
+    EXPECT_EQ(BCM6838X_Ioctl(BRMGR_CMD_LASER_OFF, nullptr, 0, BRMGR_FLAG_INPUT), 8U) << row.result;
+    EXPECT_THAT(logLines(), ElementsAre("log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp "
+                                        "BCM6838X_Ioctl :<line>, cmd:120 err:" +
+                                        row.logged + "\r\n"));
+    ++checked;
+  }
+  EXPECT_EQ(checked, 7);
 }
 
 TEST_F(ChannelTest, Ioctl_DriverRefuses_IsNotRetriedAndTheNextCommandGoesThrough) {
