@@ -252,6 +252,20 @@ TEST_F(NetlinkTest, Walk_AFullDatagramOfMessages) {
   EXPECT_EQ(said(), expected);
 }
 
+TEST_F(NetlinkTest, Receive_Failing_IsPassedOverAndTheNextDatagramIsServed) {
+  start();
+  int rounds = 0;
+  for (; rounds < 3; ++rounds) {
+    forget();
+    unit.monitor().loseReceived(1);
+    say(LinkMessage("eth0", 0, 0));
+    EXPECT_THAT(left(), IsEmpty()) << "although the message stands in the buffer";
+  }
+  say(LinkMessage("eth1", 0, 0));
+  EXPECT_EQ(left(), DownReport(2));
+  EXPECT_EQ(said(), "");
+}
+
 TEST_F(NetlinkTest, Select_Interrupted_GoesOn) {
   start();
   struct sigaction ignore = {};
