@@ -363,6 +363,7 @@ TEST_P(CommitTest, OfAnotherPort_LosesADeletedEntryWhoseRulesThenStay) {
 INSTANTIATE_TEST_SUITE_P(
     Operations, CommitTest,
     testing::Values(Commit{"AddVlanTrunk", [] { AddTrunk(2, 300); }},
+                    Commit{"AddZteVlanTrunk", [] { AddZteTrunk(2, 300); }},
                     Commit{"AddVlanTranslation", [] { AddTranslation(2, 10, 20); }},
                     Commit{"AddVlanStacking", [] { AddStacking(StackRange(2, 10, 10)); }},
                     Commit{"DelVlanStacking", [] { DelStacking(StackRange(2, 10, 11)); }},
@@ -401,8 +402,10 @@ TEST_P(NoCommitTest, LeavesADeletedEntryToTheNextApply) {
 INSTANTIATE_TEST_SUITE_P(
     Operations, NoCommitTest,
     testing::Values(Commit{"AddPresentTrunk", [] { AddTrunk(2, 300); }},
+                    Commit{"AddPresentZteTrunk", [] { AddZteTrunk(2, 300); }},
                     Commit{"AddPresentTranslation", [] { AddTranslation(2, 10, 20); }},
                     Commit{"DelVlanTrunk", [] { DelTrunk(2, 300); }},
+                    Commit{"DelZteVlanTrunk", [] { DelZteTrunk(2, 300); }},
                     Commit{"DelVlanTranslation", [] { DelTranslation(2, 10, 20); }},
                     Commit{"RefusedStacking", [] { AddStacking(StackRange(2, 10, 10, 0)); }},
                     Commit{"SamePvid", [] { BCM6838X_SetPortPvid(2, 50); }},

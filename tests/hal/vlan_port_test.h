@@ -78,6 +78,16 @@ inline std::uint32_t DelTrunk(std::uint8_t port, std::uint16_t vid) {
   return BCM6838X_DelVlanTrunk(&entry);
 }
 
+inline std::uint32_t AddZteTrunk(std::uint8_t port, std::uint16_t vid) {
+  const PortVlanTrunkEntry entry = {port, 0, vid};
+  return BCM6838X_AddZteVlanTrunk(&entry);
+}
+
+inline std::uint32_t DelZteTrunk(std::uint8_t port, std::uint16_t vid) {
+  const PortVlanTrunkEntry entry = {port, 0, vid};
+  return BCM6838X_DelZteVlanTrunk(&entry);
+}
+
 inline std::uint32_t AddTranslation(std::uint8_t port, std::uint16_t localVid, std::uint16_t netVid,
                                     std::uint16_t usPriority = 0, std::uint16_t dsPriority = 0) {
   const PortVlanTransEntry entry = {port, 0, dsPriority, localVid, usPriority, netVid};
