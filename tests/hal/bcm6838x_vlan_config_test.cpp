@@ -115,6 +115,36 @@ TEST_F(InitVlanTest, Again_ClearsTheRecordsOfThePortsAndLeavesTheOthers) {
   EXPECT_EQ(configNow(), expected.sent());
 }
 
+/// What the platform says to be its number of ports, one answer a question, and which ports'
+/// records are cleared then: those up to the first that is beyond the number just said.
+struct ChangingPorts {
+  std::vector<std::uint32_t> answers;
+  std::uint32_t cleared;
+};
+
+TEST_F(InitVlanTest, NumberOfPorts_IsAskedAnewForEachRecord) {
+  int rounds = 0;
+  for (const ChangingPorts& row : std::vector<ChangingPorts>{
+           {{4, 4, 2}, 2}, {{1, 2, 3, 3}, 3}, {{4, 1}, 1}, {{0}, 0}, {{1, 4, 4, 4, 4}, 4}}) {
+    BCM6838X_InitVlan();
+    Config expected(4);
+    for (std::uint32_t port = 1; port <= 4; ++port) {
+      BCM6838X_SetPortPriority(port, 5);
+      if (port > row.cleared) {
+        expected.priority(port, 5);
+      }
+    }
+    std::size_t asked = 0;
+    unit.platform().onEthPortsAsked([&] { return row.answers.at(asked++); });
+    EXPECT_EQ(BCM6838X_InitVlan(), 0U);
+    unit.platform().onEthPortsAsked({});
+    EXPECT_EQ(asked, row.answers.size());
+    EXPECT_EQ(configNow(), expected.sent()) << rounds;
+    ++rounds;
+  }
+  EXPECT_EQ(rounds, 5);
+}
+
 TEST_F(InitVlanTest, DefaultAction_IsWhatStackingAttaches) {
   VlanActionRule other = {};
   other.tag[0].tpid = 0x8100;
@@ -165,6 +195,33 @@ TEST_F(InitVlanTest, ForgetsActionsFlowsAndObjects) {
   BCM6838X_DelUsTag(2, 200, 0);
   BCM6838X_DelWanVlan(1, 100, 10);
   BCM6838X_DelLanVlan(1, 100);
+  EXPECT_THAT(commands(), IsEmpty());
+  EXPECT_THAT(shellLines(), IsEmpty());
+}
+
+/// A pushing action with that VID.
+VlanActionRule PushOf(std::uint32_t vid) {
+  VlanActionRule action = {};
+  action.tag[0] = {static_cast<std::uint16_t>(vid), 0, 0, 0x8100};
+  return action;
+}
+
+TEST_F(InitVlanTest, ForgetsEveryEntryOfFullTables) {
+  constexpr std::uint32_t kEntries = 256;
+  for (std::uint32_t vid = 1; vid <= kEntries; ++vid) {
+    ASSERT_GE(BCM6838X_AddVlanAction(PushOf(vid), 1), 0);
+    ASSERT_GE(BCM6838X_AddDsIngressClass(vid, 1, 1), 0);
+    BCM6838X_AddWanVlan(1, vid, 10);
+    BCM6838X_AddLanVlan(1, vid);
+  }
+  BCM6838X_InitVlan();
+  forget();
+  for (std::uint32_t vid = 1; vid <= kEntries; ++vid) {
+    EXPECT_EQ(BCM6838X_GetVlanAction(PushOf(vid)), -1) << vid;
+    EXPECT_EQ(BCM6838X_GetDsIngressClass(vid, 1), -1) << vid;
+    BCM6838X_DelWanVlan(1, vid, 10);
+    BCM6838X_DelLanVlan(1, vid);
+  }
   EXPECT_THAT(commands(), IsEmpty());
   EXPECT_THAT(shellLines(), IsEmpty());
 }

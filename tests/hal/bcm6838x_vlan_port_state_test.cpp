@@ -40,7 +40,6 @@ extern "C" {
 extern PortVlanInfo g_PortVlanInfo[32];
 extern PortVlanInfo g_oldPortVlanInfo[32];
 extern std::uint32_t g_dsVlanAction;
-extern std::uint32_t g_usIngressClass[32][256][41];
 extern VlanEntry g_vlanEntry[kVlanEntries];
 extern std::uint16_t g_vlanEntryCnt;
 extern std::uint16_t g_vlanEntryGetCnt;
@@ -107,24 +106,6 @@ TEST_F(VlanPortStateTest, Rebuild_SendsEveryByteOfTheTable) {
   EXPECT_TRUE(std::ranges::equal(sent.before, table));
 }
 
-TEST_F(VlanPortStateTest, InitVlan_ClearsEveryTableInFull) {
-  for (auto& port : g_usIngressClass) {
-    port[255][40] = 7;
-  }
-  std::memset(static_cast<void*>(&g_PortVlanInfo[3]), 0xEE, sizeof(PortVlanInfo));
-  std::memset(static_cast<void*>(&g_PortVlanInfo[4]), 0xEE, sizeof(PortVlanInfo));
-  const std::vector<std::uint8_t> beyond = BytesOf(g_PortVlanInfo[4]);
-  BCM6838X_InitVlan();
-  for (const auto& port : g_usIngressClass) {
-    EXPECT_EQ(port[255][40], 0U);
-  }
-  PortVlanInfo none = {};
-  none.vlanMode = 255;
-  EXPECT_EQ(BytesOf(g_PortVlanInfo[3]), BytesOf(none));
-  EXPECT_EQ(BytesOf(g_PortVlanInfo[4]), beyond);
-  EXPECT_TRUE(IsCommitted());
-}
-
 TEST_F(VlanPortStateTest, Setters_Commit) {
   int rounds = 0;
   for (const ModeSetter& setter : kModeSetters) {
@@ -153,6 +134,11 @@ TEST_F(VlanPortStateTest, EachOperation_CommitsOrDoesNot) {
       {"AddVlanTrunk again", [] { AddTrunk(1, 100); }, false},
       {"DelVlanTrunk", [] { DelTrunk(1, 100); }, false},
       {"DelVlanTrunk again", [] { DelTrunk(1, 100); }, false},
+      {"AddZteVlanTrunk", [] { AddZteTrunk(1, 100); }, true},
+      {"AddZteVlanTrunk again", [] { AddZteTrunk(1, 100); }, false},
+      {"AddZteVlanTrunk of another port", [] { AddZteTrunk(2, 100); }, true},
+      {"DelZteVlanTrunk", [] { DelZteTrunk(1, 100); }, false},
+      {"DelZteVlanTrunk again", [] { DelZteTrunk(1, 100); }, false},
       {"AddVlanTranslation", [] { AddTranslation(1, 10, 20); }, true},
       {"AddVlanTranslation again", [] { AddTranslation(1, 10, 20); }, false},
       {"DelVlanTranslation", [] { DelTranslation(1, 10, 20); }, false},
@@ -177,7 +163,7 @@ TEST_F(VlanPortStateTest, EachOperation_CommitsOrDoesNot) {
     EXPECT_EQ(g_oldPortVlanInfo[31].tagAttr == 0, one.commits) << one.name;
     ++rounds;
   }
-  EXPECT_EQ(rounds, 25);
+  EXPECT_EQ(rounds, 30);
 }
 
 TEST_F(VlanPortStateTest, FullList_CommitsThoughNothingIsStored) {
@@ -187,6 +173,9 @@ TEST_F(VlanPortStateTest, FullList_CommitsThoughNothingIsStored) {
   }
   g_oldPortVlanInfo[31].tagAttr = 9;
   AddTrunk(1, 1000);
+  EXPECT_TRUE(IsCommitted());
+  g_oldPortVlanInfo[31].tagAttr = 9;
+  AddZteTrunk(1, 1000);
   EXPECT_TRUE(IsCommitted());
   g_oldPortVlanInfo[31].tagAttr = 9;
   AddTranslation(1, 1000, 1000);

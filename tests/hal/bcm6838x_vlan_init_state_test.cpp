@@ -1,0 +1,85 @@
+/// @file
+/// Tests of the VLAN area's start-up as a program sees it that links with the archive: which bytes
+/// of the tables it clears.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <brmgr_record.h>
+#include <hal_bcm6838x.h>
+
+#include "hal/vlan_port_test.h"
+
+// The tables of chip objects, as bytes: what they hold is not this file's matter.
+extern "C" {
+extern PortVlanInfo g_PortVlanInfo[32];
+extern PortVlanInfo g_oldPortVlanInfo[32];
+extern std::uint8_t g_wanVlan[0x800200];
+extern std::uint8_t g_lanVlan[1536];
+extern std::uint8_t g_vlanAction[7168];
+extern std::uint8_t g_usIngressClass[0x148000];
+extern std::uint8_t g_dsIngressClass[41984];
+}
+
+namespace hal_test {
+namespace {
+
+constexpr std::uint8_t kFilling = 0xEE;
+
+struct Table {
+  std::string name;
+  std::span<std::uint8_t> bytes;
+};
+
+std::vector<Table> ChipTables() {
+  return {{"g_wanVlan", g_wanVlan},
+          {"g_lanVlan", g_lanVlan},
+          {"g_vlanAction", g_vlanAction},
+          {"g_usIngressClass", g_usIngressClass},
+          {"g_dsIngressClass", g_dsIngressClass}};
+}
+
+PortVlanInfo RecordOf(std::uint8_t byte) {
+  PortVlanInfo info;
+  std::memset(static_cast<void*>(&info), byte, sizeof(info));
+  return info;
+}
+
+bool AreEqual(const PortVlanInfo& a, const PortVlanInfo& b) {
+  return std::memcmp(static_cast<const void*>(&a), &b, sizeof(a)) == 0;
+}
+
+class VlanInitStateTest : public VlanPortTest {};
+
+TEST_F(VlanInitStateTest, ClearsEveryByteOfTheTablesOfChipObjects) {
+  for (const Table& table : ChipTables()) {
+    std::ranges::fill(table.bytes, kFilling);
+  }
+  EXPECT_EQ(BCM6838X_InitVlan(), 0U);
+  std::size_t bytes = 0;
+  for (const Table& table : ChipTables()) {
+    EXPECT_EQ(std::ranges::count(table.bytes, 0), static_cast<std::ptrdiff_t>(table.bytes.size()))
+        << table.name;
+    bytes += table.bytes.size();
+  }
+  EXPECT_EQ(bytes, 0x800200U + 1536 + 7168 + 0x148000 + 41984);
+}
+
+TEST_F(VlanInitStateTest, ClearsTheRecordsOfThePortsAndCommitsAll) {
+  std::ranges::fill(g_PortVlanInfo, RecordOf(kFilling));
+  EXPECT_EQ(BCM6838X_InitVlan(), 0U);
+  PortVlanInfo none = {};
+  none.vlanMode = 255;
+  for (std::size_t i = 0; i < 32; ++i) {
+    EXPECT_TRUE(AreEqual(g_PortVlanInfo[i], i < 4 ? none : RecordOf(kFilling))) << i;
+    EXPECT_TRUE(AreEqual(g_oldPortVlanInfo[i], g_PortVlanInfo[i])) << i;
+  }
+}
+
+}  // namespace
+}  // namespace hal_test
