@@ -210,6 +210,30 @@ TEST_F(VlanModeStackingTest, Bdcom_Delete_IgnoresEntriesThatDoNotTakePart) {
   EXPECT_THAT(leftWith("FLOW_DEL dir=us"), ElementsAre("FLOW_DEL dir=us icIndex=0 flowIndex=0"));
 }
 
+TEST_F(VlanModeStackingTest, Bdcom_OfTheParameterAllBitsAreCompared) {
+  List list = {};
+  list.at(0) = {2, {}, 0x102, 100, 0, 300};
+  list.at(1) = {2, {}, 0x10002, 101, 0, 300};
+  list.at(2) = {2, {}, 0x80000002, 102, 0, 300};
+  list.at(3) = {2, {}, 0x02000000, 103, 0, 300};
+  EXPECT_EQ(addBdcom(list), 0);
+  EXPECT_THAT(device(), SizeIs(kPvidObjects)) << "no entry is built";
+  EXPECT_THAT(leftWith("log BCM6838X_AddLanVlan"), IsEmpty());
+  delBdcom(list);
+  for (PortVlanStackEntry& entry : list) {
+    entry.stackParam = entry.stackParam != 0 ? 2 : 0;
+  }
+  addBdcom(list);
+  EXPECT_THAT(leftWith("log BCM6838X_AddLanVlan"), SizeIs(4)) << "as 2 they are";
+  for (PortVlanStackEntry& entry : list) {
+    entry.stackParam = entry.stackParam != 0 ? 0x102 : 0;
+  }
+  forget();
+  delBdcom(list);
+  EXPECT_THAT(leftWith("FLOW_DEL dir=us"), ElementsAre("FLOW_DEL dir=us icIndex=0 flowIndex=0"))
+      << "nor does a delete take them";
+}
+
 TEST_F(VlanModeStackingTest, Bdcom_OfTheCustomerVidTheLowTwelveBitsAreUsed) {
   const List list = OneEntry({2, {}, 2, 0x1001, 0, 300});
   EXPECT_EQ(addBdcom(list), 0);
@@ -220,8 +244,15 @@ TEST_F(VlanModeStackingTest, Bdcom_OfTheCustomerVidTheLowTwelveBitsAreUsed) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
-TEST_F(VlanModeStackingTest, Bdcom_CustomerVidWithoutItsLowBits_BuildsAFlowOfVidZero) {
-  const List list = OneEntry({2, {}, 2, 0x1000, 0, 300});
+/// Customer VIDs that are not zero, but whose low 12 bits are.
+class CustomerVidTest : public VlanModeStackingTest,
+                        public testing::WithParamInterface<std::uint32_t> {};
+
+INSTANTIATE_TEST_SUITE_P(HighestBits, CustomerVidTest,
+                         testing::Values(0x1000, 0x8000, 0x10000, 0x80000000));
+
+TEST_P(CustomerVidTest, Bdcom_WithoutItsLowBits_BuildsAFlowOfVidZero) {
+  const List list = OneEntry({2, {}, 2, GetParam(), 0, 300});
   EXPECT_EQ(addBdcom(list), 0);
   EXPECT_THAT(leftWith("log [BCM6838X_Add"),
               ElementsAre("log [BCM6838X_AddWanVlan <line>] lanVid is 0 or 4096",

@@ -380,8 +380,8 @@ TEST(StackingEntries, FreeAndTaken) {
   const Fresh library;
   PortVlanStackEntry(&list)[kEntries] = g_PortVlanInfo[kPort - 1].stackingList;
   list[0].svid = 1;
-  list[1].cvid = 1;
-  list[2].stackParam = 1;
+  list[1].cvid = 0x10000;
+  list[2].stackParam = 0x100;
   list[3].port = 9;
   list[4].reserved12 = 7;
   list[4].reserved1[2] = 7;

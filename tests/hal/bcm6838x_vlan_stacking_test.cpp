@@ -140,11 +140,12 @@ TEST_F(StackingListTest, Delete_OfEntriesThatAreNotThere_ReturnsZero) {
   int rounds = 0;
   for (const PortVlanStackRange& other :
        {StackRange(2, 100, 107), StackRange(1, 100, 107, 201), StackRange(1, 100, 107, 200, 1),
+        StackRange(1, 100, 107, 200, 0x102), StackRange(1, 100, 107, 200, 0x10002),
         StackRange(1, 104, 107), StackRange(1, 96, 103, 0)}) {
     EXPECT_EQ(DelStacking(other), 0U);
     ++rounds;
   }
-  EXPECT_EQ(rounds, 5);
+  EXPECT_EQ(rounds, 7);
   EXPECT_EQ(configNow(), withFour().sent());
 }
 
@@ -153,12 +154,16 @@ TEST_F(StackingListTest, Add_AgainWithOtherParameterOrServiceVid_IsAnotherEntry)
   AddStacking(StackRange(1, 100, 100));
   AddStacking(StackRange(1, 100, 100, 201));
   AddStacking(StackRange(1, 100, 100, 200, 1));
+  AddStacking(StackRange(1, 100, 100, 200, 0x102));
+  AddStacking(StackRange(1, 100, 100, 200, 0x10002));
   AddStacking(StackRange(2, 100, 100));
   EXPECT_EQ(configNow(), Config()
                              .stackingEnable(1, 1)
                              .stacking(1, 0, 2, 100, 200)
                              .stacking(1, 1, 2, 100, 201)
                              .stacking(1, 2, 1, 100, 200)
+                             .stacking(1, 3, 0x102, 100, 200)
+                             .stacking(1, 4, 0x10002, 100, 200)
                              .stackingEnable(2, 1)
                              .stacking(2, 0, 2, 100, 200)
                              .sent());
