@@ -143,6 +143,18 @@ TEST_F(WanVlanTest, Add_SameThreeTwice_RunsNothingTheSecondTimeAndNeedsOneDelete
   EXPECT_EQ(shellLines().back(), WanDestroyed(100));
 }
 
+TEST_F(WanVlanTest, Add_SameThreeTwice_LeavesRoomForAFullList) {
+  for (std::uint32_t lanVid = 1; lanVid <= kLanVidsPerPort; ++lanVid) {
+    BCM6838X_AddWanVlan(4, 100, lanVid);
+    BCM6838X_AddWanVlan(4, 100, lanVid);
+  }
+  forget();
+  for (std::uint32_t lanVid = 1; lanVid <= kLanVidsPerPort; ++lanVid) {
+    BCM6838X_AddWanVlan(4, 100, lanVid);
+  }
+  EXPECT_THAT(shellLines(), IsEmpty()) << "each is stored, so that none toggles the object";
+}
+
 TEST_F(WanVlanTest, Add_BoundsThatAreOneAboveTheirMessages_AreAccepted) {
   EXPECT_EQ(BCM6838X_AddWanVlan(1, 4095, kUntagged), 0U);
   EXPECT_EQ(BCM6838X_AddWanVlan(kUniPorts, 1, 1), 0U);

@@ -162,6 +162,17 @@ TEST_F(VlanStateTest, WanObject_KeepsTheLanVidsOfEachPort) {
   EXPECT_EQ(g_wanVlan[1], expected);
 }
 
+TEST_F(VlanStateTest, WanObject_SameThreeTwice_TakesOneSlot) {
+  for (const std::uint32_t lanVid : {10U, 10U, 11U, 11U, 10U}) {
+    BCM6838X_AddWanVlan(2, 100, lanVid);
+  }
+  WanEntry expected = {};
+  expected.wanVid = 100;
+  expected.lanVid[1][0] = 10;
+  expected.lanVid[1][1] = 11;
+  EXPECT_EQ(g_wanVlan[0], expected);
+}
+
 TEST_F(VlanStateTest, WanObject_LastDelete_ClearsTheEntry) {
   BCM6838X_AddWanVlan(2, 100, 10);
   BCM6838X_DelWanVlan(2, 100, 10);
