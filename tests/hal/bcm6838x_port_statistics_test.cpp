@@ -381,8 +381,8 @@ TEST_F(PortTableTest, NoPort_ReadsNothing) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
-TEST_F(PortTableTest, Null_LogsAndSendsNothing) {
-  EXPECT_EQ(BCM6838X_GetPortStatistics(nullptr), 2U);
+TEST_F(PortTableTest, Null_IsLoggedReturnsZeroAndSendsNothing) {
+  EXPECT_EQ(BCM6838X_GetPortStatistics(nullptr), 0U);
   EXPECT_THAT(left(), ElementsAre("log 4" + kPlace +
                                   "BCM6838X_GetPortStatistics(<line>), null pointer\r\n"));
 }

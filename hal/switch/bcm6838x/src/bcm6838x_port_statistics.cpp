@@ -147,7 +147,7 @@ COUNTER_LIST(DEFINE_GETTER)
 uint32_t BCM6838X_GetPortStatistics(PortStatisticsEntry* entries) {
   if (entries == nullptr) {
     HAL_LOG_NULL_POINTER();
-    return BCM6838X_INVALID;
+    return BCM6838X_OK;
   }
   for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
     PortStatsRecord record = {};
