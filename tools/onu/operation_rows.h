@@ -11,6 +11,9 @@ namespace onu {
 
 constexpr Argument kUniPort = {"port", ArgumentType::Number,
                                "UNI port number, from 1; the low 8 bits count"};
+constexpr Argument kWholePort = {"port", ArgumentType::Number,
+                                 "UNI port number, from 1; passed on as it is"};
+constexpr Argument kIgnoredPort = {"port", ArgumentType::Number, "not used"};
 
 const std::vector<Operation>& CoreOperations();
 const std::vector<Operation>& PacketOperations();

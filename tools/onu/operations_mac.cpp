@@ -20,6 +20,7 @@ using enum ResultKind;
 constexpr Argument kVid = {"vid", ArgumentType::Number, "VLAN identifier"};
 constexpr Argument kMac = {"mac", ArgumentType::Mac, "MAC address"};
 const ArgumentRows kEntry = {kUniPort, kVid, kMac};
+const ArgumentRows kDynamicEntry = {kWholePort, kVid, kMac};
 
 /// Calls an operation on a static or a dynamic entry.
 template <typename Entry, std::uint32_t (*kOperation)(const Entry*)>
@@ -70,13 +71,13 @@ const std::vector<Operation> kRows = {
      Status,
      Bind(WithEntry<MacStaticEntry, BCM6838X_DelMacStatic>)},
     {{"BCM6838X_AddMacDynamic",
-      kEntry,
+      kDynamicEntry,
       "adds a dynamic entry to the MAC table",
       {"InitDrv\nAddMacDynamic 1 100 02:00:00:00:00:0a"}},
      Status,
      Bind(WithEntry<MacDynamicEntry, BCM6838X_AddMacDynamic>)},
     {{"BCM6838X_DelMacDynamic",
-      kEntry,
+      kDynamicEntry,
       "deletes a dynamic entry of the MAC table",
       {"InitDrv\nAddMacDynamic 1 100 02:00:00:00:00:0a\nDelMacDynamic 1 100 02:00:00:00:00:0a"}},
      Status,

@@ -12,6 +12,9 @@ namespace {
 
 using enum ResultKind;
 
+constexpr Argument kWidePort = {"port", ArgumentType::Number,
+                                "UNI port number, from 1; the low 16 bits count"};
+
 /// A rule with one tag of TPID 8100.
 VlanActionRule MakeRule(std::uint32_t cmd, std::uint32_t vid, std::uint32_t pbit,
                         std::uint32_t dir) {
@@ -71,7 +74,7 @@ const std::vector<Operation> kRows = {
      Status,
      Bind(DelActionByIndex)},
     {{"BCM6838X_AddWanVlan",
-      {kUniPort,
+      {kWidePort,
        {"wanVid", ArgumentType::Number, "WAN VID, 1..4095"},
        {"lanVid", ArgumentType::Number, "LAN VID, 1..4096; 4096 untagged"}},
       "adds a LAN VID of a port to a WAN VLAN object",
@@ -79,7 +82,7 @@ const std::vector<Operation> kRows = {
      Status,
      Bind(BCM6838X_AddWanVlan)},
     {{"BCM6838X_DelWanVlan",
-      {kUniPort,
+      {kWidePort,
        {"wanVid", ArgumentType::Number, "WAN VID, 1..4095"},
        {"lanVid", ArgumentType::Number, "LAN VID, 1..4096; 4096 untagged"}},
       "removes a LAN VID of a port from a WAN VLAN object",
@@ -87,13 +90,13 @@ const std::vector<Operation> kRows = {
      Status,
      Bind(BCM6838X_DelWanVlan)},
     {{"BCM6838X_AddLanVlan",
-      {kUniPort, {"vid", ArgumentType::Number, "VID, 1..4095"}},
+      {kWidePort, {"vid", ArgumentType::Number, "VID, 1..4095"}},
       "takes a reference on a LAN VLAN object",
       {"AddLanVlan 1 100"}},
      Status,
      Bind(BCM6838X_AddLanVlan)},
     {{"BCM6838X_DelLanVlan",
-      {kUniPort, {"vid", ArgumentType::Number, "VID, 1..4095"}},
+      {kWidePort, {"vid", ArgumentType::Number, "VID, 1..4095"}},
       "gives a reference on a LAN VLAN object back",
       {"DelLanVlan 1 100"}},
      Status,
@@ -129,7 +132,7 @@ const std::vector<Operation> kRows = {
      Number,
      Bind(BCM6838X_GetDsIngressClass)},
     {{"BCM6838X_AddPortAction",
-      {kUniPort,
+      {kWidePort,
        {"flowIndex", ArgumentType::Number, "the downstream flow"},
        {"icIndex", ArgumentType::Number, "its class"},
        {"vlanActionIndex", ArgumentType::Number, "the downstream action"}},
@@ -138,7 +141,7 @@ const std::vector<Operation> kRows = {
      Status,
      Bind(BCM6838X_AddPortAction)},
     {{"BCM6838X_DelPortAction",
-      {kUniPort,
+      {kWidePort,
        {"flowIndex", ArgumentType::Number, "the downstream flow"},
        {"icIndex", ArgumentType::Number, "its class"}},
       "detaches the VLAN action of one port from a downstream flow",
