@@ -23,9 +23,7 @@
 namespace hal_test {
 namespace {
 
-using testing::AllOf;
 using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
