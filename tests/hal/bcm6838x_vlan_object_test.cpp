@@ -300,6 +300,19 @@ TEST_F(WanVlanTest, Add_TableFullAndOneDestroyed_TakesItsEntry) {
   EXPECT_THAT(shellLines(), ElementsAre(WanCreated(1000), WanEnabled(1000)));
 }
 
+TEST_F(WanVlanTest, Add_AfterInitVlanClearedAFullTable_TakesEveryObject) {
+  fillTable();
+  BCM6838X_DelWanVlan(1, 1, 10);
+  BCM6838X_InitVlan();
+  std::uint32_t created = 0;
+  for (std::uint32_t vid = 300; vid < 300 + kObjects; ++vid, ++created) {
+    forget();
+    EXPECT_EQ(BCM6838X_AddWanVlan(1, vid, 10), 0U);
+    EXPECT_THAT(shellLines(), ElementsAre(WanCreated(vid), WanEnabled(vid)));
+  }
+  EXPECT_EQ(created, kObjects);
+}
+
 TEST_F(WanVlanTest, AddAndDel_EveryObjectOfAFullTable_IsFoundAgain) {
   fillTable();
   std::uint32_t destroyed = 0;

@@ -240,6 +240,17 @@ TEST_F(VlanStateTest, WanTable_FilledByTheProgram_IsSearched) {
   EXPECT_EQ(g_wanVlan[1].wanVid, 300);
 }
 
+TEST_F(VlanStateTest, WanTable_EntryOfTheProgramBehindFreeOnes_IsFound) {
+  BCM6838X_AddWanVlan(1, 100, 10);
+  g_wanVlan[5].wanVid = 300;
+  g_wanVlan[5].lanVid[0][0] = 10;
+  forget();
+  BCM6838X_DelWanVlan(1, 300, 10);
+  EXPECT_THAT(shellLines(), ElementsAre("shell bs /b/c vlan/name=wan0_300 vid_enable[300]=no",
+                                        "shell bs /b/d vlan/name=wan0_300"));
+  EXPECT_EQ(g_wanVlan[5], WanEntry{});
+}
+
 TEST_F(VlanStateTest, WanTable_TheFirstEntryWithTheVidIsUsed) {
   g_wanVlan[3].wanVid = 100;
   g_wanVlan[1].wanVid = 100;

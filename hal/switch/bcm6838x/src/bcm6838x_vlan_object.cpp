@@ -8,7 +8,6 @@
 #include <platform_vos.h>
 
 #include "bcm6838x_vlan_internal.h"
-#include "bcm6838x_vlan_wan_index.h"
 #include "hal_bcm6838x_log.h"
 
 WanVlanEntry g_wanVlan[kWanVlans] = {};
@@ -73,6 +72,17 @@ void LogWanDel(const char* function, const WanRequest& request) {
              request.port, AsUnsignedLong(request.wanVid), AsUnsignedLong(request.lanVid));
 }
 
+/// The first entry with that WAN VID, or null; 0 finds a free entry. The entries lie 32 kB apart,
+/// so that every step misses the cache; the shell lines of an operation cost far more.
+WanVlanEntry* FindWanEntry(uint16_t wanVid) {
+  for (WanVlanEntry& entry : g_wanVlan) {
+    if (entry.wanVid == wanVid) {
+      return &entry;
+    }
+  }
+  return nullptr;
+}
+
 /// The first slot of a port's list that holds `vid`, or null; 0 finds a free slot.
 uint16_t* FindLanVid(WanVlanEntry& entry, uint32_t port, uint32_t vid) {
   for (uint16_t& slot : entry.lanVid[port - 1]) {
@@ -112,7 +122,7 @@ void CreateWanObject(const char* function, const WanRequest& request) {
   if (free == nullptr) {
     return;
   }
-  SetWanVid(*free, request.wanVid);
+  free->wanVid = request.wanVid;
   free->lanVid[request.port - 1][0] = request.lanVid;
   VOS_System("bs /b/n vlan/name=wan0_%u port/index=wan0", request.wanVid);
   const int32_t result = EnableWanVid(request.wanVid, true);
@@ -183,7 +193,7 @@ uint32_t BCM6838X_DelWanVlan(uint32_t port, uint32_t wanVid, uint32_t lanVid) {
     LogWanDel(__func__, request);
     return BCM6838X_OK;
   }
-  SetWanVid(*entry, 0);
+  entry->wanVid = 0;  // the lists are empty, so that this frees the entry
   EnableWanVid(request.wanVid, false);
   const int32_t result = VOS_System("bs /b/d vlan/name=wan0_%u", request.wanVid);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, port=%u, del wanVid=%lu lanVid=%lu ret=%d\r\n",
