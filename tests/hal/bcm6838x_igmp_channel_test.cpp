@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <bcm6838x_igmp.h>
 #include <brmgr_cmd.h>
+#include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
 #include "support/console_output.h"
@@ -123,6 +125,17 @@ class McastChannelTest : public LibraryTest {
     }
     ASSERT_EQ(BCM6838X_FindUnuseMcastChanSlot(), kNoSlot);
     forget();
+  }
+
+  /// From now on the driver writes an index into the record of every create and refuses it.
+  void refuseWithAnIndex() {
+    unit.device().onRequest([](const BrmgrRequest& request) -> std::optional<int> {
+      if (request.cmd != BRMGR_CMD_MCAST_ADD) {
+        return std::nullopt;
+      }
+      static_cast<McastGroupEntry*>(request.buf)->channelIndex = 99;
+      return -1;
+    });
   }
 
   /// Creates a downstream action, so that the next index is not 0.
@@ -320,7 +333,7 @@ TEST_F(McastChannelTest, Action_RuleWhoseActionWasRefused_IsNone) {
   forget();
   EXPECT_EQ(modify(Group(3)), 0U);
   EXPECT_THAT(commands(),
-              ElementsAre(AddSent(Entry(1, 3, kNone, 0)), AddSent(Entry(2, 3, 0, kNone))))
+              ElementsAre(AddSent(Entry(1, 3, kNone, 0)), AddSent(Entry(2, 3, kNone, kNone))))
       << "the rule is there, so that nothing is inherited";
 }
 
@@ -434,18 +447,30 @@ TEST_F(McastChannelTest, Modify_Ipv6Group_TouchesItsSlotsAlone) {
             "log 1" + kPlace + "Modify IPTV group[0.0.0.0] PortMask[6] ret=0\r\n");
 }
 
-TEST_F(McastChannelTest, Modify_OneRecordForAllPorts_TheIndexStaysInIt) {
-  modify(Group(1, 4));
-  add(Group(2));
+TEST_F(McastChannelTest, Modify_IndexOfACreate_GoesIntoItsSlotAlone) {
+  EXPECT_EQ(modify(Group(0xB)), 0U);
+  EXPECT_THAT(left(), ElementsAre(AddSent(Entry(1, 0xB, kNone)), Logged("Add", 1, -1, 0, 0),
+                                  AddSent(Entry(2, 0xB, kNone)), Logged("Add", 2, -1, 1, 1),
+                                  AddSent(Entry(4, 0xB, kNone)), Logged("Add", 4, -1, 2, 2),
+                                  ModifyLogged("11")));
   forget();
-  EXPECT_EQ(modify(Group(0xD)), 0U);
-  // Port 1 is created with none and gets 2; port 2 is deleted with its own 1, which port 3 sends
-  // on; port 3 gets 1 anew, which port 4 sends on.
-  EXPECT_THAT(left(), ElementsAre(AddSent(Entry(1, 0xD, kNone)), Logged("Add", 1, -1, 2, 2),
-                                  DelSent(Entry(2, 0xD, 1)), Logged("del", 2, -1, 1, 1),
-                                  AddSent(Entry(3, 0xD, 1)), Logged("Add", 3, -1, 1, 1),
-                                  AddSent(Entry(4, 0xD, 1)), Logged("Add", 4, -1, 3, 3),
-                                  ModifyLogged("13")));
+  modify(Group(0));
+  EXPECT_THAT(commands(), ElementsAre(DelSent(Entry(1, 0, 0)), DelSent(Entry(2, 0, 1)),
+                                      DelSent(Entry(4, 0, 2))));
+}
+
+TEST_F(McastChannelTest, Modify_IndexOfADelete_IsSentWithEveryCreateAfterIt) {
+  add(Group(1, 4));
+  add(Group(1));
+  del(Group(1, 4));
+  forget();
+  EXPECT_EQ(modify(Group(0xE)), 0U);
+  // Port 1 is deleted with its own 1, which the others send, whatever index the driver returns.
+  EXPECT_THAT(
+      left(),
+      ElementsAre(DelSent(Entry(1, 0xE, 1)), Logged("del", 1, -1, 1, 1), AddSent(Entry(2, 0xE, 1)),
+                  Logged("Add", 2, -1, 0, 0), AddSent(Entry(3, 0xE, 1)), Logged("Add", 3, -1, 1, 1),
+                  AddSent(Entry(4, 0xE, 1)), Logged("Add", 4, -1, 2, 2), ModifyLogged("14")));
 }
 
 TEST_F(McastChannelTest, Modify_PortWithoutAMatchingRule_InheritsThePreviousAction) {
@@ -456,8 +481,8 @@ TEST_F(McastChannelTest, Modify_PortWithoutAMatchingRule_InheritsThePreviousActi
   forget();
   EXPECT_EQ(modify(Group(0xF)), 0U);
   EXPECT_THAT(commands(),
-              ElementsAre(AddSent(Entry(1, 0xF, kNone, 0)), AddSent(Entry(2, 0xF, 0, 0)),
-                          AddSent(Entry(3, 0xF, 1, kNone)), AddSent(Entry(4, 0xF, 2, 1))));
+              ElementsAre(AddSent(Entry(1, 0xF, kNone, 0)), AddSent(Entry(2, 0xF, kNone, 0)),
+                          AddSent(Entry(3, 0xF, kNone, kNone)), AddSent(Entry(4, 0xF, kNone, 1))));
 }
 
 TEST_F(McastChannelTest, Modify_DriverRefuses_IsSilentOnTheConsoleAndFillsTheSlot) {
@@ -483,14 +508,39 @@ TEST_F(McastChannelTest, Modify_ReturnsTheResultOfTheLastCreate) {
   EXPECT_THAT(portsOf(Group(0)), IsEmpty());
 }
 
-TEST_F(McastChannelTest, Modify_RefusedAfterADelete_KeepsTheOldIndexInTheSlot) {
+TEST_F(McastChannelTest, Modify_RefusedAfterACreate_DeletesNoOtherPortsEntryLater) {
+  unit.device().faults().refuseNth(2);
+  EXPECT_EQ(modify(Group(3)), 8U);
+  EXPECT_EQ(logLines().at(2), Logged("Add", 2, -1, kNone, 1, 8));
+  forget();
+  EXPECT_EQ(modify(Group(1)), 0U);
+  EXPECT_THAT(left(), ElementsAre(DelSent(Entry(2, 1, kNone)), RefusalLogged(26),
+                                  Logged("del", 2, -1, kNone, 1), ModifyLogged("1")));
+  ASSERT_THAT(unit.device().mcastGroups(), SizeIs(1)) << "the entry of port 1";
+}
+
+TEST_F(McastChannelTest, Modify_RefusedAfterADelete_LeavesNoIndexInTheSlot) {
   add(Group(1));
   unit.device().faults().refuseNth(2);
   forget();
   EXPECT_EQ(modify(Group(2)), 8U);
   EXPECT_THAT(left(), ElementsAre(DelSent(Entry(1, 2, 0)), Logged("del", 1, -1, 0, 0),
                                   AddSent(Entry(2, 2, 0)), RefusalLogged(25),
-                                  Logged("Add", 2, -1, 0, 0, 8), ModifyLogged("2", 8)));
+                                  Logged("Add", 2, -1, kNone, 0, 8), ModifyLogged("2", 8)));
+  forget();
+  del(Group(2));
+  EXPECT_THAT(commands(), ElementsAre(DelSent(Entry(2, 2, kNone))));
+}
+
+TEST_F(McastChannelTest, AddAndModify_IndexOfARefusingDriver_IsNotKept) {
+  refuseWithAnIndex();
+  Console([] { EXPECT_EQ(add(Group(1)), 8U); });
+  EXPECT_EQ(logLines().back(), Logged("Add", 1, -1, kNone, 0, 8));
+  EXPECT_EQ(modify(Group(3)), 8U);
+  EXPECT_EQ(logLines().at(3), Logged("Add", 2, -1, kNone, 1, 8));
+  forget();
+  modify(Group(0));
+  EXPECT_THAT(commands(), ElementsAre(DelSent(Entry(1, 0, kNone)), DelSent(Entry(2, 0, kNone))));
 }
 
 TEST_F(McastChannelTest, Modify_EachCommandFailingInTurn_TheTableFollowsTheMask) {

@@ -76,7 +76,6 @@ void DirectTo(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& e
   }
 }
 
-/// Keeps what was sent to the driver, also when it refused.
 void FillSlot(uint16_t slot, const McastGroupRequest& request, const McastGroupEntry& entry) {
   McastChannelInfo& channel = g_mcastChannelInfo[slot];
   memcpy(channel.ipv4, request.groupIpv4, sizeof(channel.ipv4));
@@ -84,6 +83,16 @@ void FillSlot(uint16_t slot, const McastGroupRequest& request, const McastGroupE
   channel.port = static_cast<uint16_t>(entry.port);
   channel.inUse = 1;
   channel.channelIndex = entry.channelIndex;
+}
+
+/// Creates the group on the entry's port and keeps it in a slot, also when the driver refused. The
+/// entry then has the index that the slot has: the one that the driver returned, or none.
+uint32_t CreateInSlot(uint16_t slot, const McastGroupRequest& request, McastGroupEntry& entry) {
+  McastGroupEntry record = entry;
+  const uint32_t result = SendCommand(BRMGR_CMD_MCAST_ADD, record, BRMGR_FLAG_READ_BACK);
+  entry.channelIndex = result == BCM6838X_OK ? record.channelIndex : BRMGR_INDEX_NONE;
+  FillSlot(slot, request, entry);
+  return result;
 }
 
 /// Removes the group from a port that has it in a slot.
@@ -104,9 +113,9 @@ void AddIfRoom(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& 
     return;
   }
   DirectTo(uni, request, entry);
-  result = SendCommand(BRMGR_CMD_MCAST_ADD, entry, BRMGR_FLAG_READ_BACK);
-  FillSlot(slot, request, entry);
-  LogAdd(entry, slot, result);
+  McastGroupEntry created = entry;
+  result = CreateInSlot(slot, request, created);
+  LogAdd(created, slot, result);
 }
 
 /// The first Ethernet port of the mask, or 0.
@@ -159,11 +168,10 @@ uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
     return BCM6838X_OK;
   }
   DirectTo(uni, *request, entry);
-  const uint32_t result = SendCommand(BRMGR_CMD_MCAST_ADD, entry, BRMGR_FLAG_READ_BACK);
+  const uint32_t result = CreateInSlot(slot, *request, entry);
   if (result != BCM6838X_OK) {
     printf("%s(%d) create igmp entry failed for port=%d \r\n", __func__, __LINE__, AsInt(uni));
   }
-  FillSlot(slot, *request, entry);
   LogAdd(entry, slot, result);
   return result;
 }
@@ -174,8 +182,8 @@ uint32_t BCM6838X_ModifyMulticastMacAddr(const McastGroupRequest* request) {
     return BCM6838X_INVALID;
   }
   uint32_t result = BCM6838X_OK;
-  // One record serves the whole walk, so that a port may get what the ports before it left in the
-  // record; this is intended.
+  // One record serves the whole walk: the index of a delete is sent with the creates after it, and
+  // a port without a matching rule gets the action of the port before it. This is intended.
   McastGroupEntry entry = MakeEntry(*request);
   for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
     const uint16_t slot = FindSlot(*request, uni);
