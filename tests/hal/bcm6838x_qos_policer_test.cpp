@@ -201,22 +201,41 @@ TEST_F(QosPolicerTest, Policer_PortWithoutAnInterface_IsSetWithoutALineRate) {
 
 TEST_F(QosPolicerTest, Policer_PortOutOfRange_IsLoggedAndChangesNothing) {
   int refused = 0;
-  for (const std::string port : {"0", "33", "257", "-1"}) {
-    for (const std::string cir : {"0", "63", "64"}) {
-      forget();
-      const QosUsPolicerCfg cfg = {static_cast<std::uint32_t>(std::stoi(port)),
-                                   static_cast<std::uint32_t>(std::stoi(cir)), 0, 0};
-      testing::internal::CaptureStdout();
-      EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
-      static_cast<void>(std::fflush(stdout));
-      EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-      std::string values = "port=" + port;
-      values += ", cir = " + cir + ", ebs = 0, cbs = 0";
-      EXPECT_THAT(left(), ElementsAre(CallLogged(values), RangeLogged(port)));
+  for (const std::string port : {"0", "33", "-1"}) {
+    for (const std::string cir : {"0", "64"}) {
+      EXPECT_THAT(set(static_cast<std::uint32_t>(std::stoi(port)),
+                      static_cast<std::uint32_t>(std::stoi(cir))),
+                  IsEmpty());
+      EXPECT_EQ(printed_, "");
+      EXPECT_THAT(logLines(),
+                  ElementsAre(CallLogged("port=" + port + ", cir = " + cir + ", ebs = 4, cbs = 3"),
+                              RangeLogged(port)));
       ++refused;
     }
   }
-  EXPECT_EQ(refused, 12);
+  EXPECT_EQ(refused, 6);
+}
+
+TEST_F(QosPolicerTest, Policer_RateAndPortOutOfRange_TheRateIsPrintedAndThePortNotLookedAt) {
+  int rounds = 0;
+  for (const std::string port : {"0", "33", "-1"}) {
+    set(static_cast<std::uint32_t>(std::stoi(port)), 63);
+    EXPECT_EQ(printed_, "BCM6838X_SetQosUsPolicer(), error: cir[63] is out of range!\r\n");
+    EXPECT_THAT(logLines(),
+                ElementsAre(CallLogged("port=" + port + ", cir = 63, ebs = 4, cbs = 3")));
+    ++rounds;
+  }
+  EXPECT_EQ(rounds, 3);
+}
+
+TEST_F(QosPolicerTest, LineRate_OfAPortOutOfRange_IsReportedAllTheSame) {
+  // The interface is that of the low 8 bits, the device port has all of them.
+  int reported = 0;
+  for (const std::uint32_t cir : {0U, 63U, 64U}) {
+    EXPECT_THAT(set(257, cir), ElementsAre(RateSent(257, kGigabit))) << cir;
+    ++reported;
+  }
+  EXPECT_EQ(reported, 3);
 }
 
 TEST_F(QosPolicerTest, Policer_NthCommandRefused_ReturnsOkAndTheStateFollowsTheCall) {

@@ -80,16 +80,14 @@ uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d) port=%d, cir = %d, ebs = %d, cbs = %d\r\n",
                AsInt(cfg->port), AsInt(cfg->cir), AsInt(cfg->ebs), AsInt(cfg->cbs));
-  if (!IsQosPort(cfg->port)) {
-    HAL_LOG_HERE(LOG_LEVEL_INVALID, "%s(%d), port=%d is out of range\r\n", AsInt(cfg->port));
-    return BCM6838X_OK;
-  }
-  if (IsRateInRange(cfg->cir)) {
-    SetPolicer(cfg->port, cfg->cir);
-  } else {
+  if (!IsRateInRange(cfg->cir)) {
     printf("BCM6838X_SetQosUsPolicer(), error: cir[%d] is out of range!\r\n", AsInt(cfg->cir));
+  } else if (!IsQosPort(cfg->port)) {
+    HAL_LOG_HERE(LOG_LEVEL_INVALID, "%s(%d), port=%d is out of range\r\n", AsInt(cfg->port));
+  } else {
+    SetPolicer(cfg->port, cfg->cir);
   }
-  ReportLineRate(cfg->port);
+  ReportLineRate(cfg->port);  // whatever became of the policer
   return BCM6838X_OK;
 }
 
