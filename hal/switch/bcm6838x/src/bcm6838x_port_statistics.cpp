@@ -159,13 +159,12 @@ uint32_t BCM6838X_GetPortStatistics(PortStatisticsEntry* entries) {
 }
 
 uint32_t BCM6838X_SetPortStatisticsClear(uint32_t port) {
+  PortStatsRecord unkept = {};
   PortStatsRecord* baseline = FindBaseline(UniPort(port));
-  if (baseline == nullptr) {
-    HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s :%d, port %u is out of range\r\n", UniPort(port));
-    return BCM6838X_INVALID;
-  }
-  // The slot itself is the request, its first word as the driver left it, which is intended.
-  return SendCommand(BRMGR_CMD_PORT_STATS, *baseline, BRMGR_FLAG_READ_BACK);
+  // The slot itself is the request, its first word as the driver left it, which is intended. A port
+  // without a slot is asked for all the same.
+  return SendCommand(BRMGR_CMD_PORT_STATS, baseline != nullptr ? *baseline : unkept,
+                     BRMGR_FLAG_READ_BACK);
 }
 
 uint32_t BCM6838X_SetPortStatisticsInit(void) {
