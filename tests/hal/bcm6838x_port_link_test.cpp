@@ -514,6 +514,17 @@ TEST_F(MiiCallTest, MdioRead_PassesTheTopByteOfTheAddressAsFlags) {
   EXPECT_EQ(mii().val_out, 0x12);
 }
 
+TEST_F(MiiCallTest, MdioRead_WithoutAPhyAddress_PassesEveryFlag) {
+  unit.interfaces().faults().refuseFrom(1);
+  const std::int32_t phy = et_get_phyid(socket_, &request_);
+  ASSERT_EQ(phy, -1);
+  console([&] { mdio_read(socket_, &request_, phy, 5); });
+  EXPECT_EQ(mii().phy_id, 0xFFFF);
+  EXPECT_EQ(mii().val_out, 0xFFFF);
+  console([&] { mdio_read(socket_, &request_, INT32_MIN, 5); });
+  EXPECT_EQ(mii().val_out, 0xFF80);
+}
+
 /// One way through an operation that opens a socket.
 struct SocketPath {
   std::string name;

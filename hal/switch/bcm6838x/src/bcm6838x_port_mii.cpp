@@ -80,7 +80,7 @@ int32_t et_get_phyid(int32_t socket, ifreq* ifr) {
 }
 
 int32_t mdio_read(int32_t socket, ifreq* ifr, int32_t phy, int32_t reg) {
-  constexpr uint32_t kFlagShift = 24;
+  constexpr int32_t kFlagShift = 24;
   if (ifr == nullptr) {
     HAL_LOG_NULL_POINTER();
     return 0;
@@ -88,8 +88,8 @@ int32_t mdio_read(int32_t socket, ifreq* ifr, int32_t phy, int32_t reg) {
   mii_ioctl_data mii = LoadMii(*ifr);
   mii.phy_id = static_cast<uint16_t>(phy);
   mii.reg_num = static_cast<uint16_t>(reg);
-  // The driver reads flag bits from here.
-  mii.val_out = static_cast<uint16_t>(static_cast<uint32_t>(phy) >> kFlagShift);
+  // The driver reads flag bits from here. The address keeps its sign: -1, no PHY, sets all of them.
+  mii.val_out = static_cast<uint16_t>(phy >> kFlagShift);
   StoreMii(mii, *ifr);
   if (ioctl(socket, SIOCGMIIREG, ifr) < 0) {
     PrintFailure("SIOCGMIIREG", *ifr);
