@@ -108,7 +108,8 @@ void call_BCM6838X_PrintHex(void) {
 void call_BCM6838X_DispatchIgmpPacket(void) {
   const uint8_t frame[64] = {0x01, 0x00, 0x5E, 0x01, 0x02, 0x03};
   InitIgmp();
-  EXPECT(BCM6838X_DispatchIgmpPacket(NULL, sizeof(frame), 100, 1) == BCM6838X_INVALID);
+  EXPECT(BCM6838X_DispatchIgmpPacket(NULL, sizeof(frame), 100, 1) == BCM6838X_OK);
+  EXPECT(g_platform.count[BRMGR_CMD_SEND_PKT] == 0);
   EXPECT(BCM6838X_DispatchIgmpPacket(frame, sizeof(frame), 100, 1) == BCM6838X_OK);
   EXPECT(g_platform.cmd == BRMGR_CMD_SEND_PKT && g_platform.len == 64 + 18);
 }

@@ -583,15 +583,11 @@ TEST_F(McastChannelTest, NoPort_NothingIsProgrammed) {
   EXPECT_THAT(commands(), IsEmpty());
 }
 
-TEST_F(McastChannelTest, Null_LogsAndReturnsTwo) {
+TEST_F(McastChannelTest, Null_ReturnsTwoWithoutALine) {
   EXPECT_EQ(BCM6838X_AddMulticastMacAddr(nullptr), 2U);
   EXPECT_EQ(BCM6838X_ModifyMulticastMacAddr(nullptr), 2U);
   EXPECT_EQ(BCM6838X_DelMulticastMacAddr(nullptr), 2U);
-  EXPECT_THAT(
-      left(),
-      ElementsAre("log 4" + kPlace + "BCM6838X_AddMulticastMacAddr(<line>), null pointer\r\n",
-                  "log 4" + kPlace + "BCM6838X_ModifyMulticastMacAddr(<line>), null pointer\r\n",
-                  "log 4" + kPlace + "BCM6838X_DelMulticastMacAddr(<line>), null pointer\r\n"));
+  EXPECT_THAT(left(), IsEmpty());
 }
 
 class McastChannelClosedTest : public McastChannelTest {

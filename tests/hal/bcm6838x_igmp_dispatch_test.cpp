@@ -17,7 +17,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 constexpr std::uint32_t kPorts = 4;
 
@@ -104,10 +103,13 @@ TEST_F(IgmpDispatchTest, RefusalByTheDriver_IsNotPassedOnAndEndsNothing) {
   EXPECT_THAT(commands(), ElementsAre(SentTo(1), SentTo(2), SentTo(3), SentTo(4)));
 }
 
-TEST_F(IgmpDispatchTest, NullFrame_IsRefused) {
-  EXPECT_EQ(BCM6838X_DispatchIgmpPacket(nullptr, 64, 100, 1), 2U);
-  EXPECT_THAT(commands(), IsEmpty());
-  EXPECT_THAT(logLines(), ElementsAre(StartsWith("log 4 ")));
+TEST_F(IgmpDispatchTest, NullFrame_IsLoggedReturnsZeroAndSendsNothing) {
+  EXPECT_EQ(BCM6838X_DispatchIgmpPacket(nullptr, 64, 100, 1), 0U);
+  EXPECT_EQ(BCM6838X_DispatchIgmpPacket(nullptr, 64, 100, kPorts + 1), 0U);
+  const std::string line =
+      "log 4 hal/switch/bcm6838x/src/bcm6838x_igmp_dispatch.cpp "
+      "BCM6838X_DispatchIgmpPacket(<line>), null pointer\r\n";
+  EXPECT_THAT(left(), ElementsAre(line, line));
 }
 
 }  // namespace

@@ -127,7 +127,7 @@ TEST_F(VlanEntryTest, GetPorts_UnknownVlanOrEmptyTable_LeavesTheOutputs) {
   EXPECT_EQ(extra, 8U);
 }
 
-TEST_F(VlanEntryTest, NullPointers_AreRefusedWithALine) {
+TEST_F(VlanEntryTest, NullPointers_AreRefusedWithoutALine) {
   std::uint16_t vid = 0;
   std::uint32_t a = 0;
   std::uint32_t b = 0;
@@ -140,10 +140,7 @@ TEST_F(VlanEntryTest, NullPointers_AreRefusedWithALine) {
   EXPECT_EQ(BCM6838X_GetNextVlanEntry(nullptr, &a, &b), 2U);
   EXPECT_EQ(BCM6838X_GetNextVlanEntry(&vid, nullptr, &b), 2U);
   EXPECT_EQ(BCM6838X_GetNextVlanEntry(&vid, &a, nullptr), 2U);
-  EXPECT_EQ(left().size(), 8U);
-  EXPECT_EQ(left().front(),
-            "log 4 hal/switch/bcm6838x/src/bcm6838x_vlan_entry.cpp BCM6838X_GetVlanPorts(<line>), "
-            "null pointer\r\n");
+  EXPECT_THAT(left(), IsEmpty());
 }
 
 TEST_F(VlanEntryTest, First_OfAnEmptyTable_IsTheEndAndLeavesTheOutputs) {

@@ -98,13 +98,15 @@ TEST_F(StackingListTest, Delete_PortOutOfRange_IsRefused) {
   EXPECT_EQ(rounds, 3);
 }
 
-TEST_F(StackingListTest, Null_IsRefused) {
+TEST_F(StackingListTest, Add_Null_IsRefusedWithoutALine) {
   EXPECT_EQ(BCM6838X_AddVlanStacking(nullptr), 2U);
+  EXPECT_THAT(left(), IsEmpty());
+}
+
+TEST_F(StackingListTest, Delete_Null_IsRefusedWithALine) {
   EXPECT_EQ(BCM6838X_DelVlanStacking(nullptr), 2U);
-  const std::string place =
-      "log 4 hal/switch/bcm6838x/src/bcm6838x_vlan_list_stacking.cpp BCM6838X_";
-  EXPECT_THAT(left(), ElementsAre(place + "AddVlanStacking(<line>), null pointer\r\n",
-                                  place + "DelVlanStacking(<line>), null pointer\r\n"));
+  EXPECT_THAT(left(), ElementsAre("log 4 hal/switch/bcm6838x/src/bcm6838x_vlan_list_stacking.cpp "
+                                  "BCM6838X_DelVlanStacking(<line>), null pointer\r\n"));
 }
 
 TEST_F(StackingListTest, Delete_OfARange_RemovesItsFirstHalf) {

@@ -157,7 +157,6 @@ uint16_t BCM6838X_FindTargetMcastChanSlot(const uint8_t* ipv4, const uint8_t* ip
 
 uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
   if (request == nullptr) {
-    HAL_LOG_NULL_POINTER();
     return BCM6838X_INVALID;
   }
   McastGroupEntry entry = MakeEntry(*request);
@@ -178,7 +177,6 @@ uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
 
 uint32_t BCM6838X_ModifyMulticastMacAddr(const McastGroupRequest* request) {
   if (request == nullptr) {
-    HAL_LOG_NULL_POINTER();
     return BCM6838X_INVALID;
   }
   uint32_t result = BCM6838X_OK;
@@ -203,7 +201,6 @@ uint32_t BCM6838X_ModifyMulticastMacAddr(const McastGroupRequest* request) {
 
 uint32_t BCM6838X_DelMulticastMacAddr(const McastGroupRequest* request) {
   if (request == nullptr) {
-    HAL_LOG_NULL_POINTER();
     return BCM6838X_INVALID;
   }
   McastGroupEntry entry = MakeEntry(*request);

@@ -13,7 +13,7 @@ uint32_t BCM6838X_DispatchIgmpPacket(const uint8_t* packet, uint32_t length, uin
                                      uint32_t port) {
   if (packet == nullptr) {
     HAL_LOG_NULL_POINTER();
-    return BCM6838X_INVALID;
+    return BCM6838X_OK;
   }
   const uint32_t from = port & 0xFF;
   if (from <= HC_GetEthPortNum()) {

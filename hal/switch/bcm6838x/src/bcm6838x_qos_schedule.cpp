@@ -8,7 +8,6 @@
 #include <brmgr_cmd.h>
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
-#include <platform_log.h>
 #include <platform_vos.h>
 
 #include "bcm6838x_qos_internal.h"
@@ -74,7 +73,6 @@ uint32_t BCM6838X_SetQosWrrWeight(const uint8_t* weight) {
   constexpr uint32_t kFirstScheduler = 11;
   constexpr uint32_t kFirstQueue = 8;
   if (weight == nullptr) {
-    HAL_LOG_NULL_POINTER();
     return BCM6838X_INVALID;
   }
   for (uint32_t i = 0; i < kQueuesOfBank; ++i) {

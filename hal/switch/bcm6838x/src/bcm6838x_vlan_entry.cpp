@@ -104,7 +104,6 @@ uint32_t BCM6838X_SetVlanEntry(uint32_t port, uint32_t vid) {
 
 uint32_t BCM6838X_GetVlanPorts(uint32_t vid, uint32_t* portMask, uint32_t* extra) {
   if (portMask == nullptr || extra == nullptr) {
-    HAL_LOG_NULL_POINTER();
     return BCM6838X_INVALID;
   }
   for (size_t i = 0; i < g_vlanEntryCnt; ++i) {
@@ -119,7 +118,6 @@ uint32_t BCM6838X_GetVlanPorts(uint32_t vid, uint32_t* portMask, uint32_t* extra
 
 uint32_t BCM6838X_GetFirstVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
   if (vid == nullptr || portMask == nullptr || attr == nullptr) {
-    HAL_LOG_NULL_POINTER();
     return BCM6838X_INVALID;
   }
   if (g_vlanEntryCnt == 0) {
@@ -131,7 +129,6 @@ uint32_t BCM6838X_GetFirstVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t*
 
 uint32_t BCM6838X_GetNextVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
   if (vid == nullptr || portMask == nullptr || attr == nullptr) {
-    HAL_LOG_NULL_POINTER();
     return BCM6838X_INVALID;
   }
   ++g_vlanEntryGetCnt;

@@ -130,11 +130,7 @@ bool IsValid(const PortVlanStackRange& req) {
 }  // namespace
 
 uint32_t BCM6838X_AddVlanStacking(PortVlanStackRange* req) {
-  if (req == nullptr) {
-    HAL_LOG_NULL_POINTER();
-    return BCM6838X_INVALID;
-  }
-  if (!IsValid(*req)) {
+  if (req == nullptr || !IsValid(*req)) {
     return BCM6838X_INVALID;
   }
   PortVlanInfo* info = FindVlanInfo(__func__, req->port);
