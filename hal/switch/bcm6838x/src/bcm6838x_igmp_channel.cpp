@@ -100,7 +100,8 @@ void RemoveFrom(uint32_t uni, uint16_t slot, const McastGroupRequest& request,
                 McastGroupEntry& entry) {
   DirectTo(uni, request, entry);
   entry.channelIndex = g_mcastChannelInfo[slot].channelIndex;
-  SendCommand(BRMGR_CMD_MCAST_DEL, entry, BRMGR_FLAG_INPUT);
+  McastGroupEntry record = entry;
+  SendCommand(BRMGR_CMD_MCAST_DEL, record, BRMGR_FLAG_INPUT);
   g_mcastChannelInfo[slot] = {};
   LogDel(entry, slot);
 }

@@ -70,7 +70,7 @@ void DeleteFromDevice(VlanActionEntry& entry, const char* function) {
   }
   // The slot stays, so that a later add of the same content uses the device object again.
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "[%s %d] delete %s vlanAction %d error\r\n",
-             DirectionName(record.dir), AsInt(record.vlanActionIndex));
+             DirectionName(entry.rule.dir), AsInt(entry.rule.vlanActionIndex));
 }
 
 }  // namespace

@@ -82,11 +82,15 @@ void Report(const VlanEntry& entry, uint16_t* vid, uint32_t* portMask, uint32_t*
 }
 
 /// Priority 7 and a VID, as the driver takes the tag of the unit's own traffic.
-IphostVlanRecord MakeIphostRecord(uint32_t vid) {
+uint16_t IphostTci(uint32_t vid) {
   constexpr uint32_t kHighestPriority = 0xE000;
+  return static_cast<uint16_t>(vid | kHighestPriority);
+}
+
+uint32_t SendIphostTci(uint32_t cmd, uint16_t tci) {
   IphostVlanRecord record = {};
-  record.tci = static_cast<uint16_t>(vid | kHighestPriority);
-  return record;
+  record.tci = tci;
+  return SendCommand(cmd, record, BRMGR_FLAG_INPUT);
 }
 
 }  // namespace
@@ -141,17 +145,17 @@ uint32_t BCM6838X_GetNextVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* 
 }
 
 uint32_t BCM6838X_AddIphostVlan(uint32_t vid) {
-  IphostVlanRecord record = MakeIphostRecord(vid);
-  const uint32_t result = SendCommand(BRMGR_CMD_IPHOST_VLAN_ADD, record, BRMGR_FLAG_INPUT);
-  HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets Tci[%04x],ret = %lu \r\n", record.tci,
+  const uint16_t tci = IphostTci(vid);
+  const uint32_t result = SendIphostTci(BRMGR_CMD_IPHOST_VLAN_ADD, tci);
+  HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets Tci[%04x],ret = %lu \r\n", tci,
           AsUnsignedLong(result));
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_DelIphostVlan(uint32_t vid) {
-  IphostVlanRecord record = MakeIphostRecord(vid);
-  const uint32_t result = SendCommand(BRMGR_CMD_IPHOST_VLAN_DEL, record, BRMGR_FLAG_INPUT);
-  HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets remove Tci[%04x],ret = %lu \r\n", record.tci,
+  const uint16_t tci = IphostTci(vid);
+  const uint32_t result = SendIphostTci(BRMGR_CMD_IPHOST_VLAN_DEL, tci);
+  HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets remove Tci[%04x],ret = %lu \r\n", tci,
           AsUnsignedLong(result));
   return BCM6838X_OK;
 }

@@ -153,7 +153,7 @@ uint32_t BCM6838X_DelDsIngressClass(uint32_t vid, uint32_t vlanNum) {
   IngressFlowDel record = {BRMGR_DIR_DOWNSTREAM, ClassOf(key), entry->flowIndex};
   if (SendCommand(BRMGR_CMD_FLOW_DEL, record, BRMGR_FLAG_INPUT) != BCM6838X_OK) {
     HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, delete ds icIndex=%ld flowIndex=%ld error\r\n",
-                 AsLong(record.icIndex), AsLong(record.flowIndex));
+                 AsLong(ClassOf(key)), AsLong(entry->flowIndex));
   }
   // A flow whose delete was refused is forgotten all the same.
   *entry = {};

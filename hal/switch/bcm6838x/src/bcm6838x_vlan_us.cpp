@@ -133,7 +133,7 @@ bool DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
     return true;
   }
   HAL_LOG_AS(call.name, LOG_LEVEL_TRACE, "%s,%d, del us icIndex=%ld flowIndex=%ld error\r\n",
-             AsLong(record.icIndex), AsLong(record.flowIndex));
+             AsLong(slot.icIndex), AsLong(slot.flowIndex));
   return false;
 }
 
