@@ -87,7 +87,7 @@ std::string ActionDeleted(std::uint32_t index) {
 }
 
 std::string OutOfRange(const std::string& operation, std::uint32_t port) {
-  return kPlace + "[BCM6838X_" + operation + " <line>] port " + Number(port) +
+  return "log 4" + kSource + "[BCM6838X_" + operation + " <line>] port " + Number(port) +
          " is out of range\r\n";
 }
 
@@ -290,7 +290,7 @@ TEST_F(McastVlanTest, Arguments_AreTheirLowBits) {
   EXPECT_EQ(shellLines(), Joined(ObjectsMade(2, 100, 10), ObjectsDestroyed(2, 100, 10)));
 }
 
-TEST_F(McastVlanTest, PortOutOfRange_IsRefusedAndChangesNothing) {
+TEST_F(McastVlanTest, PortOutOfRange_IsAnInvalidParameterInTheLogAndChangesNothing) {
   struct Row {
     std::string operation;
     std::string logged;

@@ -22,7 +22,8 @@ constexpr std::uint32_t kObjects = 256;
 constexpr std::uint32_t kLanVidsPerPort = 512;
 constexpr std::uint32_t kUniPorts = 32;
 constexpr std::uint32_t kUntagged = 4096;
-const std::string kPlace = "log 1 hal/switch/bcm6838x/src/bcm6838x_vlan_object.cpp ";
+const std::string kSource = " hal/switch/bcm6838x/src/bcm6838x_vlan_object.cpp ";
+const std::string kPlace = "log 1" + kSource;
 
 std::string Number(std::uint32_t number) {
   return std::to_string(number);
@@ -92,8 +93,10 @@ std::string LanDelLogged(std::uint32_t port, std::uint32_t vid) {
          "  vid=" + Number(vid) + "\r\n";
 }
 
+/// A port out of range is an invalid parameter; a VID out of range is logged as the traces are.
 std::string Complaint(const std::string& operation, const std::string& text) {
-  return kPlace + "[BCM6838X_" + operation + " <line>] " + text + "\r\n";
+  return (text.starts_with("port ") ? "log 4" : "log 1") + kSource + "[BCM6838X_" + operation +
+         " <line>] " + text + "\r\n";
 }
 
 class VlanObjectTest : public LibraryTest {
@@ -202,6 +205,16 @@ TEST_F(WanVlanTest, Del_OutOfRange_LogsReturnsOneAndChangesNothing) {
   }
   EXPECT_EQ(BCM6838X_DelWanVlan(1, 100, 10), 0U);
   EXPECT_EQ(shellLines().back(), WanDestroyed(100)) << "the object was still there";
+}
+
+TEST_F(WanVlanTest, AddAndDel_PortOutOfRange_IsAnInvalidParameterInTheLogAndAVidIsNot) {
+  BCM6838X_AddWanVlan(33, 100, 10);
+  BCM6838X_DelWanVlan(33, 100, 10);
+  BCM6838X_AddWanVlan(33, 4096, 10);
+  const std::string text = " <line>] port 33 is out of range\r\n";
+  EXPECT_THAT(OfKind(left(), "log 4"),
+              ElementsAre("log 4" + kSource + "[BCM6838X_AddWanVlan" + text,
+                          "log 4" + kSource + "[BCM6838X_DelWanVlan" + text));
 }
 
 TEST_F(WanVlanTest, AddAndDel_ArgumentsAreTheirLowSixteenBits) {

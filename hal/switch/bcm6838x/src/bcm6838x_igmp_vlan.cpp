@@ -21,7 +21,7 @@ namespace {
 McastUniPortInfo* FindPortOrLog(const char* function, uint32_t uni) {
   McastUniPortInfo* info = FindMcastPort(uni);
   if (info == nullptr) {
-    HAL_LOG_AS(function, LOG_LEVEL_TRACE, "[%s %d] port %u is out of range\r\n", uni);
+    HAL_LOG_AS(function, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", uni);
   }
   return info;
 }

@@ -46,7 +46,7 @@ bool IsValid(const char* function, const WanRequest& request) {
     return false;
   }
   if (!IsWithin(request.port, kUniPorts)) {
-    HAL_LOG_AS(function, LOG_LEVEL_TRACE, "[%s %d] port %u is out of range\r\n", request.port);
+    HAL_LOG_AS(function, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", request.port);
     return false;
   }
   return true;
