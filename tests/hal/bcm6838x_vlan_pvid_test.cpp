@@ -194,8 +194,10 @@ void PrintTo(const CtcCase& param, std::ostream* out) {
 
 class CtcModeTest : public VlanPortTest, public testing::WithParamInterface<CtcCase> {
  protected:
-  /// The command that names port 2.
-  static std::string command() { return Sent(GetParam().command, 0, WireRecord(1).u8(0, 2)); }
+  /// The command that names a port.
+  static std::string command(std::uint8_t port = 2) {
+    return Sent(GetParam().command, 0, WireRecord(1).u8(0, port));
+  }
 
   /// The log lines of mode setters.
   [[nodiscard]] std::vector<std::string> setterLines() const {
@@ -240,15 +242,27 @@ TEST_P(CtcModeTest, CommandRefused_IsTheResult) {
   EXPECT_EQ(BCM6838X_SetPortCtcMode(2, GetParam().code), 8U);
 }
 
-TEST_P(CtcModeTest, PortOutOfRange_IsRefusedAndNothingIsSent) {
+TEST_P(CtcModeTest, PortOutOfRange_IsRefusedByACodeWithAModeAlone) {
   int rounds = 0;
-  for (const std::uint32_t port : {0U, 33U, 255U}) {
+  for (const std::uint8_t port : Ports({0, 33, 255})) {
     forget();
-    EXPECT_EQ(BCM6838X_SetPortCtcMode(port, GetParam().code), 1U);
-    EXPECT_THAT(left(), ElementsAre(Refused("BCM6838X_SetPortCtcMode", port)));
+    const std::uint32_t result = BCM6838X_SetPortCtcMode(port, GetParam().code);
+    if (GetParam().setter == nullptr) {
+      EXPECT_EQ(result, 0U);
+      EXPECT_THAT(left(), ElementsAre(command(port)));
+    } else {
+      EXPECT_EQ(result, 1U);
+      EXPECT_THAT(left(), ElementsAre(Refused("BCM6838X_SetPortCtcMode", port)));
+    }
     ++rounds;
   }
   EXPECT_EQ(rounds, 3);
+  EXPECT_EQ(configNow(), Config().sent());
+}
+
+TEST_F(PortPvidTest, CtcMode_UnknownCodeOutOfRange_SendsTheLowByteOfThePortAndLogsNothing) {
+  EXPECT_EQ(BCM6838X_SetPortCtcMode(0x121, 7), 0U);
+  EXPECT_THAT(left(), ElementsAre(Sent("CTC_MODE_A", 0, WireRecord(1).u8(0, 0x21))));
 }
 
 INSTANTIATE_TEST_SUITE_P(Codes, CtcModeTest,

@@ -55,15 +55,21 @@ constexpr CtcMode kCtcModes[] = {
     {kVlanModeBdcomStacking, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetBdcomStacking},
 };
 
-/// Sets the mode of a code; returns the command to send, also for codes that name no mode.
-uint32_t SetModeByCode(uint32_t port, uint32_t code) {
+/// What a code does, or null for a code that names no mode.
+const CtcMode* FindCtcMode(uint32_t code) {
   for (const CtcMode& mode : kCtcModes) {
     if (mode.code == code) {
-      mode.setMode(port);
-      return mode.cmd;
+      return &mode;
     }
   }
-  return BRMGR_CMD_CTC_MODE_A;
+  return nullptr;
+}
+
+/// Tells the driver that a command concerns a port.
+uint32_t NamePort(uint32_t cmd, uint32_t port) {
+  CtcModeRecord record = {};
+  record.port = static_cast<uint8_t>(port);
+  return SendCommand(cmd, record, BRMGR_FLAG_INPUT);
 }
 
 }  // namespace
@@ -104,11 +110,13 @@ uint32_t BCM6838X_SetPortPriority(uint32_t port, uint32_t priority) {
 
 uint32_t BCM6838X_SetPortCtcMode(uint32_t port, uint32_t mode, ...) {
   const uint32_t uni = VlanPort(port);
+  const CtcMode* ctcMode = FindCtcMode(mode);
+  if (ctcMode == nullptr) {
+    return NamePort(BRMGR_CMD_CTC_MODE_A, uni);  // no table is touched, so that any port will do
+  }
   if (FindVlanInfo(__func__, uni) == nullptr) {
     return BCM6838X_FAILED;
   }
-  const uint32_t cmd = SetModeByCode(uni, mode);
-  CtcModeRecord record = {};
-  record.port = static_cast<uint8_t>(uni);
-  return SendCommand(cmd, record, BRMGR_FLAG_INPUT);
+  ctcMode->setMode(uni);
+  return NamePort(ctcMode->cmd, uni);
 }
