@@ -99,6 +99,8 @@ uint32_t BCM6838X_IsMldPacket(const uint8_t* frame, uint32_t length) {
 
 bool IsDhcpFrame(FrameView frame) {
   constexpr uint32_t kServerPort = 67;
+  // The port on which DHCPv6 servers and relays listen (RFC 8415, 7.2). Intended: what goes to 546,
+  // the clients' port, is on its way back and is not matched.
   constexpr uint32_t kServerPortV6 = 547;
   const uint32_t type = TypeBehindTags(frame);
   const uint32_t ip = type + kTypeSize;
