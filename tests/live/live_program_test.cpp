@@ -1,11 +1,11 @@
 /// @file
 /// The live run as a process, its ports on sockets of the test instead of TAP interfaces.
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "base/text.h"
 #include "datapath/frame_words.h"
+#include "json.h"
 #include "run_program.h"
 #include "scratch.h"
 #include "wire.h"
@@ -13,7 +13,6 @@
 namespace onu {
 namespace {
 
-using nlohmann::json;
 using test::Finished;
 using test::RunProgramHere;
 using test::Scratch;
@@ -50,9 +49,9 @@ Bytes Frame(const Words& words) {
 }
 
 /// The document of the last line.
-json LastDocument(const Finished& finished) {
+Json LastDocument(const Finished& finished) {
   const std::string text = finished.out.substr(0, finished.out.size() - 1);
-  return json::parse(text.substr(text.rfind('\n') + 1));
+  return Json::parse(text.substr(text.rfind('\n') + 1)).value();
 }
 
 TEST_F(Live, WithoutAScript_PortsAreTransparent) {
@@ -121,8 +120,8 @@ TEST_F(Live, End_ListsWhatCrossedThePortsAsJson) {
   wan.finish();
   Words words = arguments({"--script", "-"});
   words.insert(words.begin(), "--json");
-  const json document = LastDocument(RunProgramHere(words, kTagMode));
-  EXPECT_EQ(document, json::parse(R"({"version": 1, "command": "live", "ports": [
+  const Json document = LastDocument(RunProgramHere(words, kTagMode));
+  EXPECT_EQ(document, Json::parse(R"({"version": 1, "command": "live", "ports": [
       {"port": "wan", "interface": "fd:)" +
                                   std::to_string(wan.near()) + R"(",
        "framesIn": 0, "octetsIn": 0, "forwarded": 0, "trapped": 0, "dropped": 0,

@@ -42,7 +42,7 @@ TEST(Explain, Action_IsShownWithTheFrameBeforeAndAfter) {
                       flow, "explain uni1 udp"})
           .lastDocument();
   EXPECT_EQ(document["verdict"]["vlanActionIndex"], 0);
-  EXPECT_EQ(document["verdict"]["egress"], Json({"wan"}));
+  EXPECT_EQ(document["verdict"]["egress"], Json::array({"wan"}));
   EXPECT_EQ(document["action"]["tag[0].vid"], 100);
   EXPECT_EQ(document["after"]["length"].get<int>(), document["before"]["length"].get<int>() + 4);
   EXPECT_THAT(document["after"]["bytes"].get<std::string>(), HasSubstr("81000064"));

@@ -20,7 +20,7 @@ std::vector<int> ResultsWith(const std::string& fault) {
   int number = 0;
   for (std::string line; std::getline(lines, line); ++number) {
     if (number >= 2) {
-      results.push_back(Json::parse(line)["result"].get<int>());
+      results.push_back(Json::parse(line).value()["result"].get<int>());
     }
   }
   return results;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "json_output.h"
+#include "json.h"
 #include "run_program.h"
 
 namespace onu {

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 
-#include "json_output.h"
+#include "json.h"
 #include "run_lines.h"
 #include "run_program.h"
 #include "scratch.h"
@@ -58,9 +58,9 @@ Finished Replay(const Scratch& scratch, const std::string& file = "journal.json"
 /// The journal with a change made to it, in the file "changed.json".
 template <typename Change>
 void ChangeJournal(const Scratch& scratch, Change change) {
-  Json journal = Json::parse(ReadFile(scratch / "journal.json"));
+  Json journal = Json::parse(ReadFile(scratch / "journal.json")).value();
   change(journal);
-  (void)scratch.write("changed.json", Dump(journal));
+  (void)scratch.write("changed.json", journal.dump());
 }
 
 TEST(Journal, Replay_InANewProcessIsIdentical) {
@@ -97,11 +97,11 @@ TEST(Journal, Replay_BringsTheConfigurationOfTheStart) {
 TEST(Journal, File_HoldsRecordsLogLinesAndResults) {
   const Scratch scratch;
   SaveJournal(scratch, "fault nth 1\nInit\n");
-  const Json journal = Json::parse(ReadFile(scratch / "journal.json"));
+  const Json journal = Json::parse(ReadFile(scratch / "journal.json")).value();
   EXPECT_EQ(journal["version"], 1);
   ASSERT_EQ(journal["calls"].size(), 2U);
   const Json& call = journal["calls"][1];
-  EXPECT_EQ(call["words"], Json({"BCM6838X_Init"}));
+  EXPECT_EQ(call["words"], Json::array({"BCM6838X_Init"}));
   EXPECT_EQ(call["result"]["result"], 0);
   EXPECT_EQ(call["result"]["log"].size(), 1U);
   int records = 0;

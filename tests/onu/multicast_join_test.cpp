@@ -84,14 +84,14 @@ TEST_P(RecordedJoin, BeforeIt_TheStreamReachesNobody) {
 TEST_P(RecordedJoin, Stream_ReachesThatPortAloneInItsTreatment) {
   const Json sent = streamAfter(With(started(), said("1")));
   EXPECT_EQ(sent["outcome"], "group_forward");
-  EXPECT_EQ(sent["egress"], Json({"uni2"}));
+  EXPECT_EQ(sent["egress"], Json::array({"uni2"}));
   ASSERT_EQ(sent["deliveries"].size(), 1U);
   EXPECT_EQ(sent["deliveries"][0]["frame"]["bytes"], BytesOf(stream(treatment().tag)));
 }
 
 TEST_P(RecordedJoin, Repeated_MakesNoSecondCopy) {
   const Json sent = streamAfter(With(With(started(), said("1")), said("2")));
-  EXPECT_EQ(sent["egress"], Json({"uni2"}));
+  EXPECT_EQ(sent["egress"], Json::array({"uni2"}));
 }
 
 TEST_P(RecordedJoin, Leave_StopsTheStream) {

@@ -161,9 +161,9 @@ std::string NewestEvent(const std::string& operation, const std::string& frame) 
   const Ran ran = RunLinesAsJson({"InitDrv", operation + " " + path, "show trace 1"});
   const Json event = ran.lastDocument()["events"][0];
   if (event["kind"] == "command") {
-    return event["name"];
+    return event["name"].get<std::string>();
   }
-  const std::string call = event["call"];
+  const auto call = event["call"].get<std::string>();
   return call.substr(0, call.find('(')) + call.substr(call.rfind(", vid"));
 }
 

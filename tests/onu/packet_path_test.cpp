@@ -51,11 +51,11 @@ std::vector<std::string> Doings(const Json& events) {
   std::vector<std::string> doings;
   for (const Json& event : events) {
     if (event["kind"] == "call") {
-      doings.push_back(event["call"]);
+      doings.push_back(event["call"].get<std::string>());
     } else if (event["kind"] == "shell") {
-      doings.push_back(event["line"]);
+      doings.push_back(event["line"].get<std::string>());
     } else if (event["kind"] == "message") {
-      doings.push_back(event["message"]);
+      doings.push_back(event["message"].get<std::string>());
     }
   }
   return doings;
@@ -171,7 +171,7 @@ TEST(PacketPath, CapturedFramesOfTheNetwork_GoToThePortsUnderTheirRules) {
   const Json transmitted = Last(With(lines, {"capture"}))["transmitted"];
   for (const Json& one : transmitted) {
     EXPECT_EQ(one["port"], "uni2") << "the other ports do not take untagged frames";
-    sent.push_back(one["frame"]["bytes"]);
+    sent.push_back(one["frame"]["bytes"].get<std::string>());
   }
   EXPECT_THAT(sent, ElementsAre(FrameOf("igmp-join.pcap", 1), FrameOf("igmpv3-join.pcap", 2),
                                 FrameOf("mld-report.pcap", 1)));
@@ -189,7 +189,7 @@ TEST(PacketPath, ClientsThatAreOn_SendTheFramesOn) {
   for (const Json& one : document["transmitted"]) {
     EXPECT_EQ(one["port"], "wan");
     EXPECT_EQ(one["outcome"], "transmitted");
-    sent.push_back(one["frame"]["bytes"]);
+    sent.push_back(one["frame"]["bytes"].get<std::string>());
   }
   EXPECT_THAT(sent,
               ElementsAre(TaggedFrameOf("dhcp.pcap", 1), TaggedFrameOf("pppoe-discovery.pcap", 1),
@@ -256,11 +256,11 @@ std::vector<std::string> Course(const Json& events) {
   std::vector<std::string> course;
   for (const Json& event : events) {
     if (event["kind"] == "command") {
-      course.push_back(event["name"]);
+      course.push_back(event["name"].get<std::string>());
     } else if (event["kind"] == "log") {
-      course.push_back(event["text"]);
+      course.push_back(event["text"].get<std::string>());
     } else {
-      course.push_back(event["kind"]);
+      course.push_back(event["kind"].get<std::string>());
     }
   }
   return course;

@@ -80,7 +80,7 @@ TEST(Ports, Show_MirrorDirections) {
     const Words lines = {"InitDrv", "SetPortMirrorDestport 4",
                          "SetPortMirrorMode " + mode + " 0 0 0", "SetPortMirrorEnable 1"};
     const Json port = PortAfter(lines, 1);
-    return Words{Dump(port["mirrorReceivedTo"]), Dump(port["mirrorTransmittedTo"])};
+    return Words{port["mirrorReceivedTo"].dump(), port["mirrorTransmittedTo"].dump()};
   };
   EXPECT_THAT(mirror("1"), ElementsAre("\"uni4\"", "null"));
   EXPECT_THAT(mirror("2"), ElementsAre("null", "\"uni4\""));
@@ -149,13 +149,13 @@ TEST(Isolation, FrameForANeighbour_PassesUntilThePortsAreIsolated) {
   const Words seen = With(kForwarding, {"send uni2 src 02:00:00:00:00:22 dst 02:00:00:00:00:33"});
   const std::string frame = "send uni1 dst 02:00:00:00:00:22";
   const Ran passed = RunLinesAsJson(With(seen, {frame}));
-  EXPECT_EQ(passed.lastDocument()["frames"][0]["egress"], Json({"uni2"}));
+  EXPECT_EQ(passed.lastDocument()["frames"][0]["egress"], Json::array({"uni2"}));
 
   const Ran held = RunLines(With(seen, {"SetPortIsolateMask 1 2", frame}));
   EXPECT_THAT(held.out, HasSubstr("1      dropped  no_egress  - (egress_isolated: uni2)  "));
   const Json document =
       RunLinesAsJson(With(seen, {"SetPortIsolateMask 1 2", frame, "show counters"})).lastDocument();
-  EXPECT_THAT(Dump(document["counters"]),
+  EXPECT_THAT(document["counters"].dump(),
               HasSubstr(R"({"port":"uni2","outcome":"egress_isolated","disposition":"drop",)"));
 
   EXPECT_EQ(OutcomeAfter(With(seen, {"SetPortIsolateMask 1 2", "SetPortIsolateMask 1 0", frame})),
@@ -182,7 +182,7 @@ TEST(Mirror, Out_WritesTheCopiesToTheMirrorPort) {
       scratch.write("in.pcap", test::CaptureOf({FrameTo("01:80:c2:00:00:00")}));
   const std::string out = scratch / "out";
   const Ran ran = RunLinesAsJson(With(kMirroring, {"send uni1 " + capture + " --out " + out}));
-  EXPECT_EQ(ran.lastDocument()["captures"], Json({out + "/trap.pcap", out + "/uni3.pcap"}));
+  EXPECT_EQ(ran.lastDocument()["captures"], Json::array({out + "/trap.pcap", out + "/uni3.pcap"}));
   const std::vector<CapturedFrame> copies = ReadCapture(out + "/uni3.pcap");
   ASSERT_EQ(copies.size(), 1U);
   EXPECT_EQ(copies[0].bytes, FrameTo("01:80:c2:00:00:00"));
@@ -194,7 +194,7 @@ TEST(Mirror, LostCopy_IsNotWritten) {
   const std::string out = scratch / "out";
   const Ran ran =
       RunLinesAsJson(With(kMirroring, {"link uni3 down", "send uni1 udp --out " + out}));
-  EXPECT_EQ(ran.lastDocument()["captures"], Json({out + "/wan.pcap"}));
+  EXPECT_EQ(ran.lastDocument()["captures"], Json::array({out + "/wan.pcap"}));
   const Json copies = ran.lastDocument()["frames"][0]["copies"];
   ASSERT_EQ(copies.size(), 1U);
   EXPECT_EQ(copies[0]["outcome"], "egress_link_down");
@@ -237,7 +237,7 @@ TEST(Phy, Json_HasAllRegisters) {
   EXPECT_EQ(document["link"], Json({{"speed", 100}, {"duplex", "half"}, {"pause", "none"}}));
   ASSERT_EQ(document["registers"].size(), 32U);
   EXPECT_EQ(document["registers"][5]["value"], "0x4081") << "acknowledge, 100 half, IEEE 802.3";
-  EXPECT_EQ(document["registers"][5]["set"], Json({"acknowledge", "100-half"}));
+  EXPECT_EQ(document["registers"][5]["set"], Json::array({"acknowledge", "100-half"}));
 }
 
 TEST(Vlans, Show_WanObjectsThenThoseOfThePorts) {
@@ -253,7 +253,7 @@ TEST(Vlans, Show_WanObjectsThenThoseOfThePorts) {
 
 TEST(Vlans, Json_HasTheVidsAsNumbers) {
   const Json vlans = RunLinesAsJson({"AddWanVlan 2 200 10", "show vlans"}).lastDocument()["vlans"];
-  EXPECT_EQ(Dump(vlans), R"([{"port":"wan","object":"wan0","vlan":"wan0_200","vids":[200]}])");
+  EXPECT_EQ(vlans.dump(), R"([{"port":"wan","object":"wan0","vlan":"wan0_200","vids":[200]}])");
 }
 
 TEST(Actions, Show_CountsTheFlowsAndPortActionsThatNameThem) {

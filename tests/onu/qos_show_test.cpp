@@ -53,11 +53,11 @@ TEST(ShowQos, RuleThatTheChipLost_IsSaid) {
   const Json rules =
       Last(With(kRules, {"Ioctl FLOW_DEL dir=us icIndex=5 flowIndex=0", "show qos 1"}))["rules"];
   ASSERT_EQ(rules.size(), 2U);
-  EXPECT_EQ(rules[0]["steps"], Json({"nothing: the chip has no such flow"}));
+  EXPECT_EQ(rules[0]["steps"], Json::array({"nothing: the chip has no such flow"}));
   EXPECT_EQ(rules[0]["queue"], nullptr);
   EXPECT_EQ(rules[0]["keys"], "-");
   EXPECT_EQ(rules[0]["priority"], 14);
-  EXPECT_EQ(rules[1]["steps"], Json({"set the outer pcp to 0", "queue 0"}));
+  EXPECT_EQ(rules[1]["steps"], Json::array({"set the outer pcp to 0", "queue 0"}));
 }
 
 TEST(ShowQos, RuleWhoseUndoingFailed_ShowsWhatIsLeft) {
@@ -196,7 +196,7 @@ TEST(Drain, Order_FollowsTheWeights) {
                        "14     1\n"
                        "8      2\n"));
   EXPECT_EQ(Last({"drain 0=5 7=3"})["departures"],
-            Json({{{"queue", 7}, {"frames", 3}}, {{"queue", 0}, {"frames", 5}}}));
+            Json::array({{{"queue", 7}, {"frames", 3}}, {{"queue", 0}, {"frames", 5}}}));
   EXPECT_EQ(Text({"drain 0=0"}), "no frames\n");
   EXPECT_EQ(Text({"drain 3=1000"}), "queue  frames\n3      1000\n");
 }

@@ -12,7 +12,7 @@
 #include "base/bytes.h"
 #include "base/text.h"
 #include "capture_file.h"
-#include "json_output.h"
+#include "json.h"
 #include "run_program.h"
 
 namespace onu {
@@ -75,7 +75,7 @@ std::vector<Json> SentFrames(const std::string& documents) {
   std::vector<Json> frames;
   std::istringstream lines(documents);
   for (std::string line; std::getline(lines, line);) {
-    const Json document = Json::parse(line);
+    const Json document = Json::parse(line).value();
     if (document.contains("counts")) {
       for (const Json& frame : document["frames"]) {
         frames.push_back(frame);

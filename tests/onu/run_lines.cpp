@@ -13,7 +13,7 @@ namespace onu::test {
 Json Ran::lastDocument() const {
   const std::string_view text = std::string_view(out).substr(0, out.find_last_not_of('\n') + 1);
   const std::size_t start = text.rfind('\n');
-  return Json::parse(text.substr(start == std::string_view::npos ? 0 : start + 1), nullptr, false);
+  return Json::parse(text.substr(start == std::string_view::npos ? 0 : start + 1)).value_or(Json());
 }
 
 Ran RunLines(const Words& lines, const SessionOptions& options) {
@@ -48,7 +48,7 @@ std::vector<Json> Documents(const Words& lines, const SessionOptions& options) {
   std::vector<Json> documents;
   for (const std::string& line : SplitAt(ran.out, '\n')) {
     if (!line.empty()) {
-      documents.push_back(Json::parse(line));
+      documents.push_back(Json::parse(line).value());
     }
   }
   return documents;

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "failure.h"
-#include "json_output.h"
+#include "json.h"
 #include "session.h"
 #include "words.h"
 

@@ -105,7 +105,7 @@ TEST(Send, Out_WritesWhatLeftEachPort) {
   const std::string out = scratch / "out/deep";
   const Ran ran = RunLinesAsJson(With(kForwarding, {"send uni1 " + capture + " --out " + out}));
   EXPECT_EQ(ran.errors, "");
-  EXPECT_EQ(ran.lastDocument()["captures"], Json({out + "/trap.pcap", out + "/wan.pcap"}));
+  EXPECT_EQ(ran.lastDocument()["captures"], Json::array({out + "/trap.pcap", out + "/wan.pcap"}));
   const std::vector<CapturedFrame> trapped = ReadCapture(out + "/trap.pcap");
   ASSERT_EQ(trapped.size(), 1U);
   EXPECT_EQ(trapped[0].bytes, FrameTo(kBridgeGroup));

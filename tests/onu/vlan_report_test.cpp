@@ -24,7 +24,7 @@ TEST(ShowConfigOfAPort, ToldConfiguration_IsShownWithItsLists) {
               EndsWith("mode trunk\nPVID 100 priority 3\ntrunk list 200\n"));
   const Json document = RunLinesAsJson(With(kTrunk, {"show config 1"})).lastDocument();
   EXPECT_EQ(document["config"]["vlanMode"], 4);
-  EXPECT_EQ(document["config"]["trunkList"], Json({200}));
+  EXPECT_EQ(document["config"]["trunkList"], Json::array({200}));
   EXPECT_EQ(document["differences"], Json::array());
 }
 
@@ -58,7 +58,7 @@ TEST(ShowPort, FlowsAndObjects_AreThoseOfThePort) {
   EXPECT_EQ(port["downstreamFlows"].size(), 2U);
   EXPECT_EQ(port["downstreamFlows"][1]["vid"], "200");
   EXPECT_EQ(port["downstreamFlows"][1]["references"], 8);
-  EXPECT_EQ(port["lanVlans"], Json({{{"vid", 200}, {"references", 8}}}));
+  EXPECT_EQ(port["lanVlans"], Json::array({{{"vid", 200}, {"references", 8}}}));
 }
 
 TEST(ShowPort, OtherPort_HasNothingOfIt) {

@@ -33,16 +33,16 @@ std::string Hex(const std::vector<std::uint8_t>& bytes) {
 std::string Became(const Json& frame, const std::string& port) {
   for (const Json& delivery : frame["deliveries"]) {
     if (delivery["port"] == port) {
-      const std::string hex = delivery["frame"]["bytes"];
+      const auto hex = delivery["frame"]["bytes"].get<std::string>();
       return ReadTags(virtual_onu::ParseHex(hex).value_or(virtual_onu::Bytes{}));
     }
   }
   for (const Json& closed : frame["closed"]) {
     if (closed["port"] == port) {
-      return closed["outcome"];
+      return closed["outcome"].get<std::string>();
     }
   }
-  return frame["outcome"];
+  return frame["outcome"].get<std::string>();
 }
 
 /// The documents that the lines print, one a line.
@@ -50,7 +50,7 @@ std::vector<Json> Documents(const std::string& out) {
   std::vector<Json> documents;
   std::size_t start = 0;
   for (std::size_t end = out.find('\n'); end != std::string::npos; end = out.find('\n', start)) {
-    documents.push_back(Json::parse(out.substr(start, end - start)));
+    documents.push_back(Json::parse(out.substr(start, end - start)).value());
     start = end + 1;
   }
   return documents;

@@ -20,7 +20,7 @@
 
 #include "argument.h"
 #include "base/text.h"
-#include "json_output.h"
+#include "json.h"
 
 namespace onu {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "device/chip_tables.h"
-#include "json_output.h"
+#include "json.h"
 #include "platform/platform.h"
 #include "words.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/trace.h"
-#include "json_output.h"
+#include "json.h"
 
 namespace onu {
 

@@ -24,7 +24,7 @@ Json EntryToJson(const JournalEntry& entry) {
     events.push_back(EventToJson(event.unpack()));
   }
   const Json json = {{"words", entry.words}, {"result", entry.result}, {"events", events}};
-  return Json::parse(Dump(json));
+  return Json::parse(json.dump()).value();
 }
 
 }  // namespace onu

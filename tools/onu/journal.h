@@ -7,7 +7,7 @@
 
 #include "base/trace.h"
 #include "config_table.h"
-#include "json_output.h"
+#include "json.h"
 #include "words.h"
 
 namespace onu {

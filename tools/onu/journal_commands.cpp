@@ -43,7 +43,7 @@ std::optional<std::string> Difference(const Json& recorded, const Json& now,
              std::to_string(now.size());
     }
   }
-  return place + ": recorded " + Dump(recorded) + ", now " + Dump(now);
+  return place + ": recorded " + recorded.dump() + ", now " + now.dump();
 }
 
 /// Does a call again; throws a Failure when it cannot or when something else comes of it.

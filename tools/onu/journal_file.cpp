@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <optional>
+#include <sstream>
 
 #include "failure.h"
 
@@ -45,7 +47,7 @@ void WriteJournal(const Journal& journal, const std::string& path) {
   const Json json = {
       {"version", kJsonVersion}, {"configuration", journal.configuration}, {"calls", calls}};
   std::ofstream file(path);
-  file << DumpIndented(json) << "\n";
+  file << json.dumpIndented() << "\n";
   file.close();
   if (!file) {
     throw WorkFailed("cannot write " + path + ": " + std::strerror(errno));
@@ -57,18 +59,21 @@ SavedJournal ReadJournal(const std::string& path) {
   if (!file) {
     throw WorkFailed("cannot read " + path + ": " + std::strerror(errno));
   }
-  const Json json = Json::parse(file, nullptr, false);
-  if (json.is_discarded() || !json.is_object() || !json.contains("version")) {
+  std::ostringstream text;
+  text << file.rdbuf();
+  const std::optional<Json> parsed = Json::parse(text.view());
+  if (!parsed || !parsed->contains("version")) {
     throw WorkFailed(path + ": expected a journal in JSON, got something else");
   }
+  const Json& json = *parsed;
   if (json["version"] != kJsonVersion) {
     throw WorkFailed(path + ": expected a journal of version " + std::to_string(kJsonVersion) +
-                     ", got version " + Dump(json["version"]));
+                     ", got version " + json["version"].dump());
   }
   if (!IsJournal(json)) {
     throw WorkFailed(path + ": expected a journal with configuration and calls, got other members");
   }
-  return {json["configuration"].get<std::vector<Words>>(), json["calls"].get<std::vector<Json>>()};
+  return {json["configuration"].get<std::vector<Words>>(), json["calls"].get<Json::Array>()};
 }
 
 std::size_t CommandsOf(const Json& call) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "journal.h"
-#include "json_output.h"
+#include "json.h"
 
 namespace onu {
 

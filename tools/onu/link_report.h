@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "json_output.h"
+#include "json.h"
 #include "phy/phy.h"
 #include "words.h"
 

@@ -7,7 +7,7 @@
 
 #include "base/bytes.h"
 #include "device/records.h"
-#include "json_output.h"
+#include "json.h"
 
 namespace onu {
 

@@ -120,7 +120,7 @@ void Session::print(std::string_view command, const Result& result) {
   }
   Json document = {{"version", kJsonVersion}, {"command", std::string(command)}};
   document.update(result.json);
-  out_(Dump(document) + "\n");
+  out_(document.dump() + "\n");
 }
 
 }  // namespace onu

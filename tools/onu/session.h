@@ -14,7 +14,7 @@
 #include "config_table.h"
 #include "console.h"
 #include "journal.h"
-#include "json_output.h"
+#include "json.h"
 #include "rate_meter.h"
 #include "ticker.h"
 #include "unit/unit.h"

@@ -84,10 +84,6 @@ std::string IndexText(const std::optional<std::uint32_t>& index) {
   return index ? std::to_string(*index) : "none";
 }
 
-Json IndexToJson(const std::optional<std::uint32_t>& index) {
-  return index ? Json(*index) : Json(nullptr);
-}
-
 std::string KeysOfRule(const RuleState& rule) {
   return rule.flow == nullptr
              ? "-"
@@ -103,10 +99,10 @@ void AddRules(const std::vector<RuleState>& rules, Result& result) {
     const Words steps = StepsOf(rule);
     const std::string keys = KeysOfRule(rule);
     list.push_back({{"precedence", known.precedence},
-                    {"icIndex", IndexToJson(known.icIndex)},
+                    {"icIndex", OrNull(known.icIndex)},
                     {"priority", hasClass ? Json(rule.ingressClass->cfg.priority) : Json(nullptr)},
-                    {"flowIndex", IndexToJson(known.flowIndex)},
-                    {"vlanActionIndex", IndexToJson(known.vlanActionIndex)},
+                    {"flowIndex", OrNull(known.flowIndex)},
+                    {"vlanActionIndex", OrNull(known.vlanActionIndex)},
                     {"queue", rule.flow == nullptr ? Json(nullptr) : Json(rule.flow->queue)},
                     {"steps", steps},
                     {"keys", keys}});

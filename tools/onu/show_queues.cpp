@@ -40,11 +40,6 @@ QueueCount CountOf(Session& session, PortId port, std::uint32_t queue) {
 }
 
 template <typename Number>
-Json OrNull(const std::optional<Number>& number) {
-  return number ? Json(*number) : Json(nullptr);
-}
-
-template <typename Number>
 std::string OrDash(const std::optional<Number>& number) {
   return number ? std::to_string(*number) : "-";
 }

@@ -51,11 +51,6 @@ std::multimap<MacKey, MacRow> RowsOf(const MacTables& tables, std::uint64_t now)
   return rows;
 }
 
-template <typename Number>
-Json OrNull(const std::optional<Number>& number) {
-  return number ? Json(*number) : Json(nullptr);
-}
-
 /// How long entries live, whether addresses are learned, and how many.
 std::string LearningText(const MacTables& tables, bool learns, std::uint16_t limit) {
   const auto seconds = tables.agingTime();

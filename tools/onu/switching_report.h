@@ -5,7 +5,7 @@
 #include <string>
 
 #include "datapath/data_path.h"
-#include "json_output.h"
+#include "json.h"
 
 namespace onu {
 

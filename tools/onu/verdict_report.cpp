@@ -18,10 +18,6 @@ namespace {
 using virtual_onu::Disposition;
 using virtual_onu::Verdict;
 
-Json OrNull(const std::optional<std::uint32_t>& index) {
-  return index ? Json(*index) : Json(nullptr);
-}
-
 std::string NameOf(virtual_onu::Outcome outcome) {
   return std::string(virtual_onu::Describe(outcome).name);
 }

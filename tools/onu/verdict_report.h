@@ -6,7 +6,7 @@
 
 #include "base/bytes.h"
 #include "datapath/data_path.h"
-#include "json_output.h"
+#include "json.h"
 
 namespace onu {
 

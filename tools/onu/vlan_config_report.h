@@ -6,7 +6,7 @@
 
 #include <brmgr_record.h>
 
-#include "json_output.h"
+#include "json.h"
 
 namespace onu {
 
