@@ -75,13 +75,13 @@ Words DefaultLines(const std::map<PortId, std::string>& bindings) {
 }
 
 /// Runs the script, or the lines that stand for one.
-ExitStatus Configure(Session& session, const Options& options, const Sink& errors) {
+ExitStatus Configure(Session& session, const LiveOptions& options, const Sink& errors) {
   Runner runner(session, errors, options.keepGoing);
   if (options.script) {
     RunScriptFile(runner, *options.script);
     return runner.status();
   }
-  for (const std::string& line : DefaultLines(options.live->bindings)) {
+  for (const std::string& line : DefaultLines(options.bindings)) {
     if (!runner.runLine(line, "onu")) {
       break;
     }
@@ -141,8 +141,8 @@ void Carry(Session& session, Pump& pump, virtual_onu::RealTime& time, int stop,
 }
 
 /// Runs until the end with the threads that it needs.
-Result Run(Session& session, const Options& options, std::map<PortId, FrameEnd>&& ends, int stop,
-           const Sink& errors) {
+Result Run(Session& session, const LiveOptions& options, std::map<PortId, FrameEnd>&& ends,
+           int stop, const Sink& errors) {
   Unit& unit = session.unit();
   virtual_onu::RealTime time(unit.clock(), steady_clock::now());
   const auto gone = [&](PortId port, const FrameEnd& end) {
@@ -161,15 +161,15 @@ Result Run(Session& session, const Options& options, std::map<PortId, FrameEnd>&
     pump.bind(port, std::move(end));
   }
   unit.onTransmit([&pump](PortId port, ByteView frame) { pump.transmit(port, frame); });
-  LiveRun run = {.names = options.live->bindings};
+  LiveRun run = {.names = options.bindings};
   session.observe([] {});
   {
     std::optional<virtual_onu::CaptureThread> capture;
     if (Captures(unit)) {
       capture.emplace(unit.device(), BCM6838X_CapturePacket);
     }
-    errors("onu: live: " + Describe(options.live->bindings) + "\n");
-    Carry(session, pump, time, stop, options.live->duration, run.trace);
+    errors("onu: live: " + Describe(options.bindings) + "\n");
+    Carry(session, pump, time, stop, options.duration, run.trace);
   }
   unit.onTransmit({});
   run.trace.add(session.observe([] {}).events);
@@ -179,22 +179,22 @@ Result Run(Session& session, const Options& options, std::map<PortId, FrameEnd>&
 
 }  // namespace
 
-void PrepareLive(Options& options) {
-  options.session.settings.platform.runTasks = true;
-  options.session.prepare = [bindings = options.live->bindings](Unit& unit) {
+void PrepareLive(SessionOptions& session, const LiveOptions& options) {
+  session.settings.platform.runTasks = true;
+  session.prepare = [bindings = options.bindings](Unit& unit) {
     Unplug(unit, bindings);
     unit.onClientCall(virtual_onu::ServeClient);
   };
 }
 
-ExitStatus RunLive(Session& session, const Options& options, const Sink& errors) {
+ExitStatus RunLive(Session& session, const LiveOptions& options, const Sink& errors) {
   const virtual_onu::StopSignals stop;
-  std::map<PortId, FrameEnd> ends = OpenEnds(options.live->bindings);
+  std::map<PortId, FrameEnd> ends = OpenEnds(options.bindings);
   const ExitStatus status = Configure(session, options, errors);
   if ((status != ExitStatus::Done && !options.keepGoing) || session.done()) {
     return status;
   }
-  CheckUnit(session.unit(), options.live->bindings);
+  CheckUnit(session.unit(), options.bindings);
   session.print("live", Run(session, options, std::move(ends), stop.fd(), errors));
   session.unit().endTasks();
   return status;

@@ -1,18 +1,26 @@
 /// @file
-/// The command line by CLI11.
+/// The command line by CLI11, which no other file knows: its header takes longer to compile than a
+/// whole file of the program.
 #include "options.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <map>
 #include <sstream>
 
 #include "config_table.h"
-#include "live.h"
-#include "live_options.h"
 
 namespace onu {
 
 namespace {
+
+using virtual_onu::PortId;
+
+/// Longer runs end by a signal.
+constexpr double kMostSeconds = 1e6;
+
+/// Options of further ports are there, but not listed.
+constexpr std::uint32_t kListedUniPorts = 4;
 
 /// The parts of a text between commas.
 Words SplitAtCommas(std::string text) {
@@ -55,6 +63,76 @@ std::optional<std::string> Parse(CLI::App& app, int argc, const char* const* arg
   } catch (const CLI::ParseError& error) {
     throw WrongUse(OneLine(error.what()) + " (onu --help lists the options)");
   }
+}
+
+/// Declares the subcommand "live" and reads what was given to it.
+class LiveCommandLine {
+ public:
+  explicit LiveCommandLine(CLI::App& app);
+
+  /// Tells whether the subcommand was given.
+  [[nodiscard]] bool given() const { return live_->parsed(); }
+
+  /// What was given; throws a Failure for wrong use.
+  [[nodiscard]] LiveOptions options() const;
+
+ private:
+  CLI::App* live_;
+  std::map<PortId, std::string> bindings_;
+  std::string script_;
+  double seconds_ = 0;
+};
+
+LiveCommandLine::LiveCommandLine(CLI::App& app)
+    : live_(app.add_subcommand("live",
+                               "binds ports to TAP interfaces: real programs talk through "
+                               "the unit")) {
+  live_
+      ->add_option("--wan", bindings_[PortId::Wan()],
+                   "the WAN side's end: tap:NAME for a TAP interface, which is made when there is "
+                   "none, tap:NAME@NETNS for one in a network namespace, fd:N for an open socket "
+                   "that keeps frames apart")
+      ->type_name("END");
+  for (std::uint32_t uni = 1; uni <= virtual_onu::kMaxUniPorts; ++uni) {
+    const std::string name = "--" + PortId::Uni(uni).name();
+    live_
+        ->add_option(name, bindings_[PortId::Uni(uni)],
+                     "the end of UNI port " + std::to_string(uni))
+        ->type_name("END")
+        ->group(uni <= kListedUniPorts ? "Options" : "");
+  }
+  live_
+      ->add_option("--script", script_,
+                   "configures the unit, - for standard input; without it the library is started "
+                   "and the bound ports are up and transparent")
+      ->type_name("FILE");
+  live_->add_option("--for", seconds_, "ends by itself; without it, by Ctrl-C or SIGTERM")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, kMostSeconds));
+  live_->footer(
+      "A port that is bound has a link, others have no cable. At the end the frames that "
+      "crossed each port are listed.");
+}
+
+LiveOptions LiveCommandLine::options() const {
+  LiveOptions options;
+  for (const auto& [port, end] : bindings_) {
+    if (!end.empty()) {
+      options.bindings.emplace(port, end);
+    }
+  }
+  if (!options.bindings.contains(PortId::Wan()) || options.bindings.size() < 2) {
+    throw WrongUse(
+        "live: expected --wan and at least one of --uni1, --uni2, ... (onu live --help "
+        "lists the options)");
+  }
+  if (live_->count("--for") > 0) {
+    options.duration = std::chrono::milliseconds(static_cast<std::int64_t>(seconds_ * 1000));
+  }
+  if (live_->count("--script") > 0) {
+    options.script = script_;
+  }
+  return options;
 }
 
 }  // namespace
@@ -105,8 +183,7 @@ CommandLine ReadCommandLine(int argc, const char* const* argv) {
   }
   if (live.given()) {
     options.live = live.options();
-    options.script = live.script();
-    PrepareLive(options);
+    options.live->keepGoing = options.keepGoing;
   }
   if (explain->parsed()) {
     if (markdown) {

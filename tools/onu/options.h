@@ -2,23 +2,14 @@
 /// The program's command line.
 #pragma once
 
-#include <chrono>
-#include <map>
 #include <optional>
 #include <string>
 
-#include "datapath/port.h"
-#include "failure.h"
+#include "live.h"
 #include "session.h"
 #include "words.h"
 
 namespace onu {
-
-/// What a live run binds the unit's ports to, and how long it lasts.
-struct LiveOptions {
-  std::map<virtual_onu::PortId, std::string> bindings;  ///< "tap:NAME" and its like
-  std::optional<std::chrono::milliseconds> duration;    ///< without it, until a signal comes
-};
 
 struct Options {
   SessionOptions session;

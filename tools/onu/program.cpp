@@ -36,7 +36,7 @@ ExitStatus RunPrompt(Session& session, FILE* terminal) {
 
 ExitStatus RunLines(Session& session, const Options& options) {
   if (options.live) {
-    return RunLive(session, options, PrintError);
+    return RunLive(session, *options.live, PrintError);
   }
   Runner runner(session, PrintError, options.keepGoing);
   if (options.help) {
@@ -65,6 +65,9 @@ ExitStatus Run(const Options& options) {
   SessionOptions sessionOptions = options.session;
   if (prompt) {
     sessionOptions.makeTicker = MakeRealTicker;
+  }
+  if (options.live) {
+    PrepareLive(sessionOptions, *options.live);
   }
   Session session(sessionOptions, console, [terminal](std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), terminal);
