@@ -5,9 +5,14 @@ set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-if command -v ccache >/dev/null; then
+# A second clone in another folder finds what the first compiled; precompiled headers are compared by their
+# content.
+use_compiler_cache() {
+  command -v ccache >/dev/null || return 0
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
-fi
+  export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros
+}
+use_compiler_cache
 
 # Tells on standard error what is going on.
 say() { printf '%s\n' "$*" >&2; }
@@ -25,6 +30,7 @@ no_arguments() { [ $# -eq 0 ] || die "expected no argument, got \"$*\"" 2; }
 bootstrap() {
   [ -n "${PROJECT_BOOTSTRAPPED-}" ] || scripts/bootstrap
   export PROJECT_BOOTSTRAPPED=1
+  use_compiler_cache
 }
 
 # build PRESET [TARGET...]: configures and builds a preset.
