@@ -1,11 +1,12 @@
-# add_suite(NAME SOURCES ... LIBRARIES ...): one test program, each of its cases a test of CTest.
+# add_suite(NAME SOURCES ... LIBRARIES ...): one test program, a test of CTest. It runs its cases itself, on
+# all processors, and stops one that takes too long. NAME ends with _test: by that, scripts/ctest_counts
+# knows a program that counts its cases.
+cmake_host_system_information(RESULT processors QUERY NUMBER_OF_LOGICAL_CORES)
+
 function(add_suite name)
   cmake_parse_arguments(suite "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${suite_SOURCES})
-  target_link_libraries(${name} PRIVATE project_options ${suite_LIBRARIES} GTest::gmock_main)
-  gtest_discover_tests(
-    ${name}
-    DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 120
-    PROPERTIES TIMEOUT 120)
+  target_link_libraries(${name} PRIVATE project_options ${suite_LIBRARIES} isolated_main)
+  add_test(NAME ${name} COMMAND ${name} --jobs=${processors} --times=${name}.times)
+  set_tests_properties(${name} PROPERTIES PROCESSORS ${processors} TIMEOUT 3600)
 endfunction()

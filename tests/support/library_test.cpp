@@ -14,7 +14,7 @@ void RefuseASecondTest() {
   static bool used = false;
   if (used) {
     static_cast<void>(std::fputs(
-        "the library's state is process-wide: run one test a process, as ctest does\n", stderr));
+        "the library's state is process-wide: with --no-fork, run one test only\n", stderr));
     std::exit(2);
   }
   used = true;

@@ -13,7 +13,8 @@
 
 namespace hal_test {
 
-/// The library's state is process-wide, so a process runs one test case only; CTest sees to that.
+/// The library's state is process-wide, so a process runs one test case only; the test programs'
+/// entry point sees to that.
 class LibraryTest : public ::testing::Test {
  protected:
   explicit LibraryTest(virtual_onu::UnitConfig config = {});
