@@ -46,9 +46,5 @@ tracked_sources() { git ls-files -- '*.c' '*.h' '*.cpp'; }
 
 # Tracked shell scripts, known by their first line.
 tracked_shell_scripts() {
-  git ls-files | while IFS= read -r file; do
-    [ -f "$file" ] || continue
-    head -n 1 -- "$file" | grep -qaE '^#(!.*\b(ba|da)?sh\b| shellcheck shell=)' && printf '%s\n' "$file"
-  done
-  return 0
+  git grep -nIE '^(#!.*\b(ba|da)?sh\b|# shellcheck shell=)' | sed -n 's/:1:.*//p'
 }
