@@ -2,6 +2,7 @@
 # What scripts/test and scripts/check share: they run named steps to the end, tell how far they are, and
 # close with a table. Sourced behind lib.sh. The script defines steps, an array of "NAME: what it does", and
 # run_step NAME, which may end with a line "total: COUNTS".
+declare -a steps
 
 # step_names: the name of every step.
 step_names() { printf '%s\n' "${steps[@]%%:*}"; }
