@@ -200,6 +200,9 @@ TEST_F(QosPolicerTest, Policer_PortWithoutAnInterface_IsSetWithoutALineRate) {
 }
 
 TEST_F(QosPolicerTest, Policer_PortOutOfRange_IsLoggedAndChangesNothing) {
+  const auto values = [](const std::string& port, const std::string& cir) {
+    return "port=" + port + ", cir = " + cir + ", ebs = 4, cbs = 3";
+  };
   int refused = 0;
   for (const std::string port : {"0", "33", "-1"}) {
     for (const std::string cir : {"0", "64"}) {
@@ -207,9 +210,7 @@ TEST_F(QosPolicerTest, Policer_PortOutOfRange_IsLoggedAndChangesNothing) {
                       static_cast<std::uint32_t>(std::stoi(cir))),
                   IsEmpty());
       EXPECT_EQ(printed_, "");
-      EXPECT_THAT(logLines(),
-                  ElementsAre(CallLogged("port=" + port + ", cir = " + cir + ", ebs = 4, cbs = 3"),
-                              RangeLogged(port)));
+      EXPECT_THAT(logLines(), ElementsAre(CallLogged(values(port, cir)), RangeLogged(port)));
       ++refused;
     }
   }

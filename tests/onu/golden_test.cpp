@@ -1,6 +1,7 @@
 /// @file
 /// Compares the JSON of whole scripts with files, and the tables of some of them, byte for byte.
 /// tests/onu/golden/regenerate writes the files anew; look at what changed before committing it.
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>

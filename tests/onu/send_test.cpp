@@ -84,7 +84,7 @@ TEST(Send, SeveralCaptures_AreSentInTurn) {
 
 TEST(Send, HexAndWords_AreTheSameFrame) {
   const Json words = RunLinesAsJson({"send wan udp vlan 100 pcp 5 dport 67"}).lastDocument();
-  const std::string hex = words["frames"][0]["frame"]["bytes"].get<std::string>();
+  const auto hex = words["frames"][0]["frame"]["bytes"].get<std::string>();
   EXPECT_THAT(hex, HasSubstr("8100a0640800")) << "the tag: PCP 5, VID 100, then IPv4";
   const Json again = RunLinesAsJson({"send wan " + hex}).lastDocument();
   EXPECT_EQ(again["frames"], words["frames"]);
@@ -122,7 +122,7 @@ TEST(Send, Out_WritesOneFilePerPortDownstream) {
   const Json document =
       RunLinesAsJson(With(kForwarding, {"send wan dst " + std::string(kUnknown) + " --out " + out}))
           .lastDocument();
-  const Words ports = document["frames"][0]["egress"].get<Words>();
+  const auto ports = document["frames"][0]["egress"].get<Words>();
   EXPECT_THAT(ports, ElementsAre("uni1", "uni2", "uni3", "uni4"));
   for (const std::string& port : ports) {
     const std::filesystem::path capture = std::filesystem::path(out) / (port + ".pcap");

@@ -69,7 +69,7 @@ TEST(Show, EmptyTables_SaySo) {
 TEST(Show, Trace_DecodesRecordsBeforeAndAfter) {
   const Json events =
       RunLinesAsJson({"InitDrv", "RdpaIcInit", "show trace"}).lastDocument()["events"];
-  const auto created = std::ranges::find_if(
+  const auto* const created = std::ranges::find_if(
       events, [](const Json& event) { return event["kind"] == "command" && event["code"] == 98; });
   ASSERT_NE(created, events.end());
   EXPECT_EQ((*created)["record"], "IngressClassCfg");

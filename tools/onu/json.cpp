@@ -92,7 +92,16 @@ Json::~Json() = default;
 Json::Json(std::nullptr_t /*null*/) {}
 Json::Json(bool value) : value_(value) {}
 Json::Json(double value) : value_(value) {}
+Json::Json(Tag /*tag*/, std::string_view text) : value_(std::string(text)) {}
+Json::Json(Tag /*tag*/, Array items) : value_(std::move(items)) {}
 Json::Json(std::initializer_list<JsonMember> members) : value_(Object(members)) {}
+
+// One form for each number, so that equal numbers are equal values.
+Json::Json(Tag /*tag*/, std::uint64_t value, bool negative) : value_(value) {
+  if (negative) {
+    value_ = static_cast<std::int64_t>(value);
+  }
+}
 
 Json Json::array(std::initializer_list<Json> items) {
   Json json;

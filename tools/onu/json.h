@@ -53,18 +53,12 @@ class Json {
   Json(double value);
   // Templates, so that no list in braces is taken for the arguments of a string's constructor.
   template <JsonString String>
-  Json(const String& text) : value_(std::string(std::string_view(text))) {}
+  Json(const String& text) : Json(Tag(), std::string_view(text)) {}
   template <JsonInteger Integer>
-  Json(Integer value) {
-    // One form for each number, so that equal numbers are equal values.
-    if (std::is_signed_v<Integer> && value < 0) {
-      value_ = static_cast<std::int64_t>(value);
-    } else {
-      value_ = static_cast<std::uint64_t>(value);
-    }
-  }
+  Json(Integer value)
+      : Json(Tag(), static_cast<std::uint64_t>(value), std::is_signed_v<Integer> && value < 0) {}
   template <JsonList List>
-  Json(const List& list) : value_(Array(std::ranges::begin(list), std::ranges::end(list))) {}
+  Json(const List& list) : Json(Tag(), Array(std::ranges::begin(list), std::ranges::end(list))) {}
   /// An object.
   Json(std::initializer_list<JsonMember> members);
 
@@ -153,6 +147,13 @@ class Json {
 
   using Value = std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string,
                              Array, Object>;
+
+  /// Tells the constructors below from the public ones. They are no templates, because a member's
+  /// type is complete only behind this class.
+  struct Tag {};
+  Json(Tag tag, std::string_view text);
+  Json(Tag tag, std::uint64_t value, bool negative);
+  Json(Tag tag, Array items);
 
   template <typename Type>
   [[nodiscard]] bool is() const {
