@@ -7,13 +7,14 @@
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <regex>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "hal/vlan_mode_fixture.h"
 #include "hal/vlan_modes.h"
 #include "support/in_child.h"
+#include "support/pattern.h"
 
 namespace hal_test {
 namespace {
@@ -162,14 +163,15 @@ Expectation Expected(const std::vector<Row>& rows, const std::string& mode,
   Expectation expected;
   int found = 0;
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    std::smatch match;
-    if (rows[i].mode != mode || !std::regex_match(command, match, std::regex(rows[i].command))) {
+    const auto match =
+        rows[i].mode == mode ? Pattern(rows[i].command).match(command) : std::nullopt;
+    if (!match) {
       continue;
     }
     ++found;
     expected = {i, rows[i].result, {}};
     for (const std::string& line : rows[i].left) {
-      expected.left.push_back(match.format(line));
+      expected.left.push_back(Expanded(line, *match));
     }
   }
   EXPECT_EQ(found, 1) << mode << ": " << command;

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <iterator>
 #include <optional>
-#include <regex>
 #include <set>
 #include <string_view>
 #include <variant>
@@ -110,14 +109,26 @@ std::optional<std::string> Brief(const CommandEvent& event) {
   return name + virtual_onu::DescribeRecord(record, event.before);
 }
 
+/// A log line without level and file when these are the library's usual ones.
+std::string WithoutUsual(const std::string& line) {
+  constexpr std::string_view kBegin = "log 1 hal/switch/bcm6838x/src/";
+  constexpr std::string_view kFile = ".cpp ";
+  constexpr std::string_view kEnd = "\r\n";
+  const std::size_t file = line.find(kFile);
+  if (!line.starts_with(kBegin) || file == std::string::npos || !line.ends_with(kEnd)) {
+    return line;
+  }
+  const std::size_t text = file + kFile.size();
+  return "log " + line.substr(text, line.size() - kEnd.size() - text);
+}
+
 }  // namespace
 
 std::string DescribeBriefly(const virtual_onu::TraceEvent& event) {
   if (const auto* command = std::get_if<CommandEvent>(&event.detail)) {
     return Brief(*command).value_or(Describe(event));
   }
-  static const std::regex kLog(R"(log 1 hal/switch/bcm6838x/src/\w+\.cpp ([^\r\n]*)\r\n)");
-  return std::regex_replace(Describe(event), kLog, "log $1");
+  return WithoutUsual(Describe(event));
 }
 
 std::vector<std::string> LeftBriefly(const virtual_onu::Unit& unit, std::uint64_t from) {

@@ -3,8 +3,9 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <regex>
 #include <string>
+
+#include "support/pattern.h"
 
 namespace hal_test {
 
@@ -13,8 +14,8 @@ template <typename Operation>
 std::string Console(Operation operation) {
   testing::internal::CaptureStdout();
   operation();
-  return std::regex_replace(testing::internal::GetCapturedStdout(),
-                            std::regex(R"((BCM6838X_\w+)\(\d+\))"), "$1(<line>)");
+  return Pattern(R"((BCM6838X_[[:alnum:]_]+)\([0-9]+\))")
+      .replaceAll(testing::internal::GetCapturedStdout(), "$1(<line>)");
 }
 
 }  // namespace hal_test

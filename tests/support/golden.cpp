@@ -2,10 +2,10 @@
 /// Reading of golden files.
 #include "support/golden.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <fstream>
 #include <optional>
-#include <regex>
 #include <span>
 #include <sstream>
 #include <stdexcept>
@@ -55,55 +55,55 @@ std::vector<Line> SectionOf(const std::filesystem::path& file, const std::string
 
 /// One summand: a number, a name, or NUMBER*NAME.
 std::optional<std::int64_t> Term(const std::string& text, const GoldenNumbers& numbers) {
-  static const std::regex kTerm(R"(([0-9]+)|(?:([0-9]+)\*)?([a-z]+))");
-  std::smatch parts;
-  if (!std::regex_match(text, parts, kTerm)) {
+  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+  const std::int64_t number = digits == 0 ? 1 : std::stoll(text.substr(0, digits));
+  if (digits == text.size()) {
+    return digits == 0 ? std::nullopt : std::optional(number);
+  }
+  const bool factor = digits > 0;
+  const auto value = numbers.find(text.substr(digits + (factor ? 1 : 0)));
+  if (value == numbers.end() || (factor && text[digits] != '*')) {
     return {};
   }
-  if (parts[1].matched) {
-    return std::stoll(parts[1]);
-  }
-  const auto value = numbers.find(parts[3]);
-  if (value == numbers.end()) {
-    return {};
-  }
-  return value->second * (parts[2].matched ? std::stoll(parts[2]) : 1);
+  return value->second * number;
 }
 
 /// Nothing when a summand is wrong or there is none.
 std::optional<std::int64_t> Sum(const std::string& text, const GoldenNumbers& numbers) {
-  static const std::regex kSummand(R"(([+-]?)([^+-]+))");
-  std::optional<std::int64_t> sum;
-  for (std::sregex_iterator found(text.begin(), text.end(), kSummand), end; found != end; ++found) {
-    const std::optional<std::int64_t> term = Term((*found)[2], numbers);
+  std::int64_t sum = 0;
+  for (std::size_t begin = 0; begin < text.size() || begin == 0;) {
+    const bool sign = text[begin] == '+' || text[begin] == '-';
+    const std::size_t word = begin + (sign ? 1 : 0);
+    const std::size_t end = std::min(text.find_first_of("+-", word), text.size());
+    const std::optional<std::int64_t> term = Term(text.substr(word, end - word), numbers);
     if (!term) {
       return {};
     }
-    sum = sum.value_or(0) + ((*found)[1] == "-" ? -*term : *term);
+    sum += text[begin] == '-' ? -*term : *term;
+    begin = end;
   }
   return sum;
 }
 
 std::string WithNumbers(const Line& line, const GoldenNumbers& numbers) {
-  static const std::regex kBrackets("<([^<>]+)>");
-  std::string text;
-  auto rest = line.text.cbegin();
-  for (std::sregex_iterator found(line.text.begin(), line.text.end(), kBrackets), end; found != end;
-       ++found) {
-    const std::string inside = (*found)[1];
-    text.append(rest, (*found)[0].first);
-    rest = (*found)[0].second;
+  std::string text = line.text;
+  for (std::size_t open = text.find('<'); open != std::string::npos;
+       open = text.find('<', open + 1)) {
+    const std::size_t close = text.find_first_of("<>", open + 1);
+    if (close == std::string::npos || text[close] == '<') {
+      continue;
+    }
+    const std::string inside = text.substr(open + 1, close - open - 1);
     if (inside == "line") {
-      text += (*found)[0];
       continue;
     }
     const std::optional<std::int64_t> sum = Sum(inside, numbers);
     if (!sum) {
       throw Error(line, "no sum of numbers and known names");
     }
-    text += std::to_string(*sum);
+    text.replace(open, close + 1 - open, std::to_string(*sum));
   }
-  return text.append(rest, line.text.cend());
+  return text;
 }
 
 /// The place of the `end` that closes the loop whose first line is lines[0].

@@ -3,9 +3,9 @@
 #include "support/left.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstddef>
 #include <iterator>
-#include <regex>
 
 #include "device/records.h"
 
@@ -36,10 +36,23 @@ std::string Line(const CommandEvent& event) {
              : line + " " + ShowRecord(virtual_onu::CommandName(event.code), Wire(event));
 }
 
+bool IsPartOfWord(const std::string& text, std::size_t place) {
+  return place < text.size() && (std::isalnum(text[place]) != 0 || text[place] == '_');
+}
+
+/// The text with the first such word replaced.
+std::string WithWord(std::string text, const std::string& word, const std::string& replacement) {
+  std::size_t place = text.find(word);
+  while (place != std::string::npos && ((place > 0 && IsPartOfWord(text, place - 1)) ||
+                                        IsPartOfWord(text, place + word.size()))) {
+    place = text.find(word, place + 1);
+  }
+  return place == std::string::npos ? text : text.replace(place, word.size(), replacement);
+}
+
 std::string Line(const LogEvent& event) {
-  const std::regex number("\\b" + std::to_string(event.line) + "\\b");
   return "log " + std::to_string(event.level) + " " + event.file + " " +
-         std::regex_replace(event.text, number, "<line>", std::regex_constants::format_first_only);
+         WithWord(event.text, std::to_string(event.line), "<line>");
 }
 
 std::string Line(const ShellEvent& event) {
