@@ -1,7 +1,7 @@
 /// @file
 /// JSON values as the program makes, reads and compares them: members in the order in which they
 /// were made. The names are those of nlohmann's library, which reads and writes the text; only
-/// json.cpp knows it, because its header takes longer to compile than a whole file of the program.
+/// json_text.cpp knows it, because its header takes longer to compile than a whole file of the program.
 #pragma once
 
 #include <concepts>

@@ -1,9 +1,10 @@
 /// @file
-/// The program's command line.
+/// What the program is to do.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <variant>
 
 #include "live.h"
 #include "session.h"
@@ -20,13 +21,8 @@ struct Options {
   std::optional<LiveOptions> live;
 };
 
-/// What the command line says: what to do, or what to print instead.
-struct CommandLine {
-  Options options;
-  std::optional<std::string> text;  ///< help or version
-};
-
-/// Reads the command line; throws a Failure for wrong use.
-CommandLine ReadCommandLine(int argc, const char* const* argv);
+/// What the command line asks for, or a text to print instead of doing something; throws a Failure
+/// for wrong use.
+std::variant<Options, std::string> ReadOptions(int argc, const char* const* argv);
 
 }  // namespace onu

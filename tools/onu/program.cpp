@@ -6,6 +6,7 @@
 #include <exception>
 #include <string>
 #include <unistd.h>
+#include <variant>
 
 #include "console.h"
 #include "line_editor.h"
@@ -84,12 +85,12 @@ ExitStatus Run(const Options& options) {
 
 int RunProgram(int argc, const char* const* argv) {
   try {
-    const CommandLine line = ReadCommandLine(argc, argv);
-    if (line.text) {
-      std::fputs(line.text->c_str(), stdout);
+    const std::variant<Options, std::string> options = ReadOptions(argc, argv);
+    if (const auto* text = std::get_if<std::string>(&options)) {
+      std::fputs(text->c_str(), stdout);
       return static_cast<int>(ExitStatus::Done);
     }
-    return static_cast<int>(Run(line.options));
+    return static_cast<int>(Run(std::get<Options>(options)));
   } catch (const Failure& failure) {
     PrintError(std::string("onu: ") + failure.what() + "\n");
     return static_cast<int>(failure.status());
