@@ -406,54 +406,6 @@ enum {
   X(RelayPkt,        BRMGR_RELAY_PKT_FIELDS,         1708, "A BPDU, DHCP or PPPoE frame to send.")          \
   X(RdpaPkt,         BRMGR_RDPA_PKT_FIELDS,          2064, "A frame to send, and the descriptor of a trapped one.") \
   X(BrmgrEvent,      BRMGR_EVENT_FIELDS,       2068, "An event read from the device: a trapped frame.")
-
-/// Which record a command carries: X(command NAME, record).
-#define BRMGR_COMMAND_RECORD_LIST(X)       \
-  X(INIT,            DrvInitRecord)        \
-  X(IC_CREATE,       IngressClassCfg)      \
-  X(IC_DEL,          IngressClassDel)      \
-  X(FLOW_ADD,        IngressFlowRule)      \
-  X(FLOW_DEL,        IngressFlowDel)       \
-  X(VLAN_ACTION_ADD, VlanActionRule)       \
-  X(VLAN_ACTION_DEL, VlanActionDel)        \
-  X(QUEUE_SCHEDULE,  IngressFlowRule)      \
-  X(FEATURE,         FeatureRecord)        \
-  X(PORT_ADMIN,      PortAdminRecord)      \
-  X(PORT_LOOPBACK,   PortLoopbackRecord)   \
-  X(PORT_ISOLATE,    PortIsolateRecord)    \
-  X(PORT_STP,        PortStpRecord)        \
-  X(PORT_MIRROR,     PortMirrorRecord)     \
-  X(MCAST_ADD,       McastGroupEntry)      \
-  X(MCAST_DEL,       McastGroupEntry)      \
-  X(PORT_STATS,      PortStatsRecord)      \
-  X(MAC_GET_NEXT,    MacEntryRecord)       \
-  X(MAC_BIND_ADD,    MacFilterRecord)      \
-  X(MAC_BIND_DEL,    MacFilterRecord)      \
-  X(MAC_FILTER_ADD,  MacFilterRecord)      \
-  X(MAC_FILTER_DEL,  MacFilterRecord)      \
-  X(MAC_STATIC_ADD,  MacEntryRecord)       \
-  X(MAC_STATIC_DEL,  MacEntryRecord)       \
-  X(MAC_DYNAMIC_ADD, MacEntryRecord)       \
-  X(MAC_DYNAMIC_DEL, MacEntryRecord)       \
-  X(MAC_AGING,       MacAgingRecord)       \
-  X(MAC_LIMIT,       MacLimitRecord)       \
-  X(MAC_LEARN,       MacLearnRecord)       \
-  X(POLICER_ADD,     PolicerCfg)           \
-  X(POLICER_DEL,     PolicerDel)           \
-  X(PORT_STATE,      PortRateRecord)       \
-  X(DS_RATE_LIMIT,   DsRateLimitRecord)    \
-  X(DSCP_MAP,        DscpMapRecord)        \
-  X(IPHOST_VLAN_ADD, IphostVlanRecord)     \
-  X(IPHOST_VLAN_DEL, IphostVlanRecord)     \
-  X(CTC_MODE_A,      CtcModeRecord)        \
-  X(CTC_MODE_B,      CtcModeRecord)        \
-  X(VLAN_REBUILD,    PortVlanTable) \
-  X(DHCP_TRAP,       TrapEnableRecord)     \
-  X(PPPOE_TRAP,      TrapEnableRecord)     \
-  X(SEND_BPDU,       RelayPkt)             \
-  X(SEND_DHCP,       RelayPkt)             \
-  X(SEND_PPPOE,      RelayPkt)             \
-  X(SEND_PKT,        RdpaPkt)
 // clang-format on
 
 #define BRMGR_DECLARE_FIELD(record, offset, type, name, array, format, access, text) \

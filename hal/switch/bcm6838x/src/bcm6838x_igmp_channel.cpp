@@ -89,7 +89,7 @@ void FillSlot(uint16_t slot, const McastGroupRequest& request, const McastGroupE
 /// entry then has the index that the slot has: the one that the driver returned, or none.
 uint32_t CreateInSlot(uint16_t slot, const McastGroupRequest& request, McastGroupEntry& entry) {
   McastGroupEntry record = entry;
-  const uint32_t result = SendCommand(BRMGR_CMD_MCAST_ADD, record, BRMGR_FLAG_READ_BACK);
+  const uint32_t result = Send<BRMGR_CMD_MCAST_ADD>(record);
   entry.channelIndex = result == BCM6838X_OK ? record.channelIndex : BRMGR_INDEX_NONE;
   FillSlot(slot, request, entry);
   return result;
@@ -101,7 +101,7 @@ void RemoveFrom(uint32_t uni, uint16_t slot, const McastGroupRequest& request,
   DirectTo(uni, request, entry);
   entry.channelIndex = g_mcastChannelInfo[slot].channelIndex;
   McastGroupEntry record = entry;
-  SendCommand(BRMGR_CMD_MCAST_DEL, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_MCAST_DEL>(record);
   g_mcastChannelInfo[slot] = {};
   LogDel(entry, slot);
 }

@@ -95,7 +95,7 @@ uint32_t CreateAction(uint32_t cmd, uint16_t vid, uint32_t& index) {
   record.tag[0].vid = vid;
   record.dir = BRMGR_DIR_DOWNSTREAM;
   record.vlanActionIndex = BRMGR_INDEX_NONE;
-  const uint32_t result = SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK);
+  const uint32_t result = Send<BRMGR_CMD_VLAN_ACTION_ADD>(record);
   index = record.vlanActionIndex;
   return result;
 }
@@ -103,7 +103,7 @@ uint32_t CreateAction(uint32_t cmd, uint16_t vid, uint32_t& index) {
 /// Deletes a VLAN action, whatever the driver answers, and forgets its index.
 void DeleteAction(uint32_t& index) {
   VlanActionDel record = {BRMGR_DIR_DOWNSTREAM, index};
-  SendCommand(BRMGR_CMD_VLAN_ACTION_DEL, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_VLAN_ACTION_DEL>(record);
   index = BRMGR_INDEX_NONE;
 }
 

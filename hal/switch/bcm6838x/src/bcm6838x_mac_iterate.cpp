@@ -27,7 +27,7 @@ bool IsComplete(const EntryOutput& output) {
 /// Sends the record, which holds the address after which to look, and copies out what it then
 /// holds, also when the driver refused: the end of the table is the caller's to recognise.
 void ReadEntry(MacEntryRecord& record, const EntryOutput& output) {
-  SendCommand(BRMGR_CMD_MAC_GET_NEXT, record, BRMGR_FLAG_READ_BACK);
+  Send<BRMGR_CMD_MAC_GET_NEXT>(record);
   *output.port = record.port;
   *output.vid = record.vid;
   memcpy(output.mac, record.mac, sizeof(record.mac));

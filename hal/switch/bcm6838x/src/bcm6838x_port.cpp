@@ -44,7 +44,7 @@ void SendIsolation(uint32_t uni, uint32_t peerPort, uint32_t isolate) {
   record.peerPort = peerPort;
   record.isolate = isolate;
   record.word12 = kWord12;
-  SendCommand(BRMGR_CMD_PORT_ISOLATE, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_ISOLATE>(record);
 }
 
 }  // namespace
@@ -70,7 +70,7 @@ int32_t BCM6838X_SetPortAdminState(uint32_t port, uint32_t state) {
   PortAdminRecord record = {};
   record.port = DevicePort(uni);
   record.enable = state != 0 ? 1 : 0;
-  SendCommand(BRMGR_CMD_PORT_ADMIN, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_ADMIN>(record);
   const int32_t result = BCM6838X_PhyPowerDown(uni, state == 0 ? 1 : 0);
   sg_portAdminState[uni] = state;
   return result;
@@ -96,7 +96,7 @@ uint32_t BCM6838X_SetPortLoopback(uint32_t port, uint32_t on) {
   PortLoopbackRecord record = {};
   record.port = DevicePort(uni);
   record.enable = on != 0 ? 1 : 0;
-  SendCommand(BRMGR_CMD_PORT_LOOPBACK, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_LOOPBACK>(record);
   return BCM6838X_OK;
 }
 
@@ -120,7 +120,7 @@ uint32_t BCM6838X_SetPortMacLearn(uint32_t /*port*/, uint32_t enable) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), enable=%d\r\n", AsInt(enable));
   MacLearnRecord record = {};
   record.value = enable;
-  SendCommand(BRMGR_CMD_MAC_LEARN, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_MAC_LEARN>(record);
   return BCM6838X_OK;
 }
 
@@ -128,7 +128,7 @@ uint32_t BCM6838X_SetPortLimitMacNum(uint32_t /*port*/, uint32_t limit) {
   MacLimitRecord record = {};
   record.limit = static_cast<uint16_t>(limit);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), limit=%d\r\n", record.limit);
-  SendCommand(BRMGR_CMD_MAC_LIMIT, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_MAC_LIMIT>(record);
   return BCM6838X_OK;
 }
 
@@ -140,7 +140,7 @@ uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
     record.portIndex = i;  // counted from 0 here, which is intended
     record.enable = enable;
     VOS_MsgSend(kStpModule, kStpEnableMessage, &record, sizeof(record));
-    SendCommand(BRMGR_CMD_PORT_STP, record, BRMGR_FLAG_INPUT);
+    Send<BRMGR_CMD_PORT_STP>(record);
   }
   return BCM6838X_OK;
 }
@@ -193,7 +193,7 @@ uint32_t BCM6838X_SetPortMirrorMode(const uint8_t* modes) {
 
 uint32_t BCM6838X_SetPortMirrorEnable(uint32_t enable) {
   g_mirror_cfg.enable = enable;
-  SendCommand(BRMGR_CMD_PORT_MIRROR, g_mirror_cfg, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_MIRROR>(g_mirror_cfg);
   return BCM6838X_OK;
 }
 

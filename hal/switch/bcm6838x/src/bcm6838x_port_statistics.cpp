@@ -114,7 +114,7 @@ uint32_t GetCounter(const char* function, const Counter& counter, uint32_t port,
   }
   PortStatsRecord record = {};
   record.port = uni;
-  if (SendCommand(BRMGR_CMD_PORT_STATS, record, BRMGR_FLAG_READ_BACK) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_PORT_STATS>(record) != BCM6838X_OK) {
     return BCM6838X_FAILED;
   }
   Subtract(ValueOf(counter, record), ValueOf(counter, *baseline), *out);
@@ -152,7 +152,7 @@ uint32_t BCM6838X_GetPortStatistics(PortStatisticsEntry* entries) {
   for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
     PortStatsRecord record = {};
     record.port = i;  // counted from 0 here, which is intended
-    SendCommand(BRMGR_CMD_PORT_STATS, record, BRMGR_FLAG_READ_BACK);
+    Send<BRMGR_CMD_PORT_STATS>(record);
     FillEntry(record, entries[i]);
   }
   return BCM6838X_OK;
@@ -163,8 +163,7 @@ uint32_t BCM6838X_SetPortStatisticsClear(uint32_t port) {
   PortStatsRecord* baseline = FindBaseline(UniPort(port));
   // The slot itself is the request, its first word as the driver left it, which is intended. A port
   // without a slot is asked for all the same.
-  return SendCommand(BRMGR_CMD_PORT_STATS, baseline != nullptr ? *baseline : unkept,
-                     BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_PORT_STATS>(baseline != nullptr ? *baseline : unkept);
 }
 
 uint32_t BCM6838X_SetPortStatisticsInit(void) {

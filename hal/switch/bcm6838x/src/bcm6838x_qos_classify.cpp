@@ -82,7 +82,7 @@ uint32_t CreateAction(const QosClassRule& rule) {
   record.tag[0].pbit = rule.priority;
   record.dir = BRMGR_DIR_UPSTREAM;
   // Sent with index 0 and not with none, which is intended.
-  const uint32_t result = SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK);
+  const uint32_t result = Send<BRMGR_CMD_VLAN_ACTION_ADD>(record);
   if (result == BCM6838X_OK) {
     sg_QosClassificationVlanEntry[EntryOf(rule)] = AsInt(record.vlanActionIndex);
   } else {
@@ -111,20 +111,20 @@ uint32_t AddResult(const QosClassRule& rule, IngressFlowRule& flow) {
 uint32_t DeleteAction(size_t entry) {
   VlanActionDel record = {BRMGR_DIR_UPSTREAM,
                           static_cast<uint32_t>(sg_QosClassificationVlanEntry[entry])};
-  return SendCommand(BRMGR_CMD_VLAN_ACTION_DEL, record, BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_VLAN_ACTION_DEL, BRMGR_FLAG_READ_BACK>(record);
 }
 
 uint32_t DeleteClass(size_t entry) {
   IngressClassDel record = {BRMGR_DIR_UPSTREAM,
                             static_cast<uint32_t>(sg_QosClassificationICEntry[entry])};
-  return SendCommand(BRMGR_CMD_IC_DEL, record, BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_IC_DEL>(record);
 }
 
 uint32_t DeleteFlow(size_t entry) {
   IngressFlowDel record = {BRMGR_DIR_UPSTREAM,
                            static_cast<uint32_t>(sg_QosClassificationICEntry[entry]),
                            static_cast<uint32_t>(sg_QosClassificationFlowEntry[entry])};
-  return SendCommand(BRMGR_CMD_FLOW_DEL, record, BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_FLOW_DEL, BRMGR_FLAG_READ_BACK>(record);
 }
 
 /// Undoes the rule's VLAN action, if it has one. What the device does not delete stays on record.
@@ -155,7 +155,7 @@ uint32_t UndoClass(const QosClassRule& rule) {
 /// is intended.
 uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, IngressFlowRule& flow) {
   const size_t entry = EntryOf(rule);
-  uint32_t result = SendCommand(BRMGR_CMD_IC_CREATE, ingressClass, BRMGR_FLAG_READ_BACK);
+  uint32_t result = Send<BRMGR_CMD_IC_CREATE>(ingressClass);
   if (result != BCM6838X_OK) {
     result = UndoAction(rule, result);
     HAL_LOG(LOG_LEVEL_INVALID, "Failed to Add ICIndex %d\r\n", AsInt(ingressClass.icIndex));
@@ -163,7 +163,7 @@ uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, Ingres
   }
   sg_QosClassificationICEntry[entry] = AsInt(ingressClass.icIndex);
   flow.icIndex = ingressClass.icIndex;
-  if (SendCommand(BRMGR_CMD_FLOW_ADD, flow, BRMGR_FLAG_READ_BACK) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_FLOW_ADD>(flow) != BCM6838X_OK) {
     result = UndoClass(rule);
     HAL_LOG(LOG_LEVEL_INVALID, "Failed to Add flow %d\r\n", AsInt(flow.flowIndex));
     return result;

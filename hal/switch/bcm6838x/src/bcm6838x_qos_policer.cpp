@@ -41,12 +41,12 @@ void SendPolicer(uint32_t port, uint32_t cir) {
   record.word12 = 1;
   record.word16 = 1;
   record.port = port;
-  SendCommand(BRMGR_CMD_POLICER_ADD, record, BRMGR_FLAG_READ_BACK);
+  Send<BRMGR_CMD_POLICER_ADD>(record);
 }
 
 void SendPolicerDelete(uint32_t port) {
   PolicerDel record = {1, port};
-  SendCommand(BRMGR_CMD_POLICER_DEL, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_POLICER_DEL>(record);
 }
 
 /// Sets the policer, or removes it when `cir` is 0. One that is set is deleted in either case.
@@ -68,7 +68,7 @@ void ReportLineRate(uint32_t port) {
     return;
   }
   PortRateRecord record = {DevicePort(port), kLineRates[type]};
-  SendCommand(BRMGR_CMD_PORT_STATE, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_STATE>(record);
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg) {
     return BCM6838X_OK;
   }
   DsRateLimitRecord record = {cfg->port + 1, cfg->rate * kBitsPerUnit};
-  SendCommand(BRMGR_CMD_DS_RATE_LIMIT, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_DS_RATE_LIMIT>(record);
   return BCM6838X_OK;
 }
 
@@ -109,6 +109,6 @@ uint32_t BCM6838X_StreamSetDscpMap(uint32_t port, const uint8_t* map) {
   DscpMapRecord record = {};
   record.port = BCM6838X_StreamPortIndexUniToRdpa(port);
   memcpy(record.priority, map, sizeof(record.priority));
-  SendCommand(BRMGR_CMD_DSCP_MAP, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_DSCP_MAP>(record);
   return BCM6838X_OK;
 }

@@ -64,7 +64,7 @@ void DeleteFromDevice(VlanActionEntry& entry, const char* function) {
   VlanActionDel record = {};
   record.dir = entry.rule.dir;
   record.vlanActionIndex = entry.rule.vlanActionIndex;
-  if (SendCommand(BRMGR_CMD_VLAN_ACTION_DEL, record, BRMGR_FLAG_INPUT) == BCM6838X_OK) {
+  if (Send<BRMGR_CMD_VLAN_ACTION_DEL>(record) == BCM6838X_OK) {
     entry = {};
     return;
   }
@@ -94,7 +94,7 @@ int32_t BCM6838X_AddVlanAction(VlanActionRule rule, uint32_t count) {
     return kNoAction;
   }
   VlanActionRule record = KeyOf(rule);
-  if (SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_VLAN_ACTION_ADD>(record) != BCM6838X_OK) {
     HAL_LOG(LOG_LEVEL_TRACE, "Create vlan action error\r\n");
     return kNoAction;
   }

@@ -24,7 +24,7 @@ void CreateDefaultAction() {
   record.cmd = BRMGR_TAG_POP;
   record.dir = BRMGR_DIR_DOWNSTREAM;
   record.vlanActionIndex = BRMGR_INDEX_NONE;
-  if (SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK) == BCM6838X_OK) {
+  if (Send<BRMGR_CMD_VLAN_ACTION_ADD>(record) == BCM6838X_OK) {
     g_dsVlanAction = record.vlanActionIndex;
   }
 }

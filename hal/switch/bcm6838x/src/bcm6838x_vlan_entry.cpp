@@ -87,10 +87,10 @@ uint16_t IphostTci(uint32_t vid) {
   return static_cast<uint16_t>(vid | kHighestPriority);
 }
 
-uint32_t SendIphostTci(uint32_t cmd, uint16_t tci) {
+uint32_t SendIphostTci(Command<IphostVlanRecord> command, uint16_t tci) {
   IphostVlanRecord record = {};
   record.tci = tci;
-  return SendCommand(cmd, record, BRMGR_FLAG_INPUT);
+  return Send(command, record);
 }
 
 }  // namespace
@@ -146,7 +146,7 @@ uint32_t BCM6838X_GetNextVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* 
 
 uint32_t BCM6838X_AddIphostVlan(uint32_t vid) {
   const uint16_t tci = IphostTci(vid);
-  const uint32_t result = SendIphostTci(BRMGR_CMD_IPHOST_VLAN_ADD, tci);
+  const uint32_t result = SendIphostTci(CommandOf<BRMGR_CMD_IPHOST_VLAN_ADD>(), tci);
   HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets Tci[%04x],ret = %lu \r\n", tci,
           AsUnsignedLong(result));
   return BCM6838X_OK;
@@ -154,7 +154,7 @@ uint32_t BCM6838X_AddIphostVlan(uint32_t vid) {
 
 uint32_t BCM6838X_DelIphostVlan(uint32_t vid) {
   const uint16_t tci = IphostTci(vid);
-  const uint32_t result = SendIphostTci(BRMGR_CMD_IPHOST_VLAN_DEL, tci);
+  const uint32_t result = SendIphostTci(CommandOf<BRMGR_CMD_IPHOST_VLAN_DEL>(), tci);
   HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets remove Tci[%04x],ret = %lu \r\n", tci,
           AsUnsignedLong(result));
   return BCM6838X_OK;

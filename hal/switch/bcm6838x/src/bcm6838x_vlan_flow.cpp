@@ -119,7 +119,7 @@ int32_t AddFlow(const char* function, const FlowKey& key, uint16_t references,
     return AsInt(pooled->flowIndex);
   }
   IngressFlowRule flow = MakeFlow(key, words);
-  if (SendCommand(BRMGR_CMD_FLOW_ADD, flow, BRMGR_FLAG_READ_BACK) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_FLOW_ADD>(flow) != BCM6838X_OK) {
     HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s,%d, add ds icIndex=%ld flowIndex=%ld error\r\n",
                AsLong(flow.icIndex), AsLong(flow.flowIndex));
     return kNoFlow;
@@ -151,7 +151,7 @@ uint32_t BCM6838X_DelDsIngressClass(uint32_t vid, uint32_t vlanNum) {
     return BCM6838X_OK;
   }
   IngressFlowDel record = {BRMGR_DIR_DOWNSTREAM, ClassOf(key), entry->flowIndex};
-  if (SendCommand(BRMGR_CMD_FLOW_DEL, record, BRMGR_FLAG_INPUT) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_FLOW_DEL>(record) != BCM6838X_OK) {
     HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, delete ds icIndex=%ld flowIndex=%ld error\r\n",
                  AsLong(ClassOf(key)), AsLong(entry->flowIndex));
   }

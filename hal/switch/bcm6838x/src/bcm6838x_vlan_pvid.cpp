@@ -39,20 +39,23 @@ void ChangePort(uint32_t port, PortVlanInfo& info, Change change) {
 /// What a mode code does: the mode setter, and the command that names the port to the driver.
 struct CtcMode {
   uint32_t code;
-  uint32_t cmd;
+  Command<CtcModeRecord> command;
   uint32_t (*setMode)(uint32_t port);
 };
 
+constexpr Command<CtcModeRecord> kModeA = CommandOf<BRMGR_CMD_CTC_MODE_A>();
+constexpr Command<CtcModeRecord> kModeB = CommandOf<BRMGR_CMD_CTC_MODE_B>();
+
 constexpr CtcMode kCtcModes[] = {
-    {kVlanModeTransparent, BRMGR_CMD_CTC_MODE_B, BCM6838X_SetVlanTransparent},
-    {kVlanModeTag, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTag},
-    {kVlanModeTranslation, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTranslation},
-    {kVlanModeTranslation2, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTranslation},
-    {kVlanModeTrunk, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTrunk},
-    {kVlanModeHybrid, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTrunk},
-    {kVlanModeZteTrunk, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetZteVlanTrunk},
-    {kVlanModeZteStacking, BRMGR_CMD_CTC_MODE_B, BCM6838X_SetZteStacking},
-    {kVlanModeBdcomStacking, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetBdcomStacking},
+    {kVlanModeTransparent, kModeB, BCM6838X_SetVlanTransparent},
+    {kVlanModeTag, kModeA, BCM6838X_SetVlanTag},
+    {kVlanModeTranslation, kModeA, BCM6838X_SetVlanTranslation},
+    {kVlanModeTranslation2, kModeA, BCM6838X_SetVlanTranslation},
+    {kVlanModeTrunk, kModeA, BCM6838X_SetVlanTrunk},
+    {kVlanModeHybrid, kModeA, BCM6838X_SetVlanTrunk},
+    {kVlanModeZteTrunk, kModeA, BCM6838X_SetZteVlanTrunk},
+    {kVlanModeZteStacking, kModeB, BCM6838X_SetZteStacking},
+    {kVlanModeBdcomStacking, kModeA, BCM6838X_SetBdcomStacking},
 };
 
 /// What a code does, or null for a code that names no mode.
@@ -66,10 +69,10 @@ const CtcMode* FindCtcMode(uint32_t code) {
 }
 
 /// Tells the driver that a command concerns a port.
-uint32_t NamePort(uint32_t cmd, uint32_t port) {
+uint32_t NamePort(Command<CtcModeRecord> command, uint32_t port) {
   CtcModeRecord record = {};
   record.port = static_cast<uint8_t>(port);
-  return SendCommand(cmd, record, BRMGR_FLAG_INPUT);
+  return Send(command, record);
 }
 
 }  // namespace
@@ -112,11 +115,11 @@ uint32_t BCM6838X_SetPortCtcMode(uint32_t port, uint32_t mode, ...) {
   const uint32_t uni = VlanPort(port);
   const CtcMode* ctcMode = FindCtcMode(mode);
   if (ctcMode == nullptr) {
-    return NamePort(BRMGR_CMD_CTC_MODE_A, uni);  // no table is touched, so that any port will do
+    return NamePort(kModeA, uni);  // no table is touched, so that any port will do
   }
   if (FindVlanInfo(__func__, uni) == nullptr) {
     return BCM6838X_FAILED;
   }
   ctcMode->setMode(uni);
-  return NamePort(ctcMode->cmd, uni);
+  return NamePort(ctcMode->command, uni);
 }

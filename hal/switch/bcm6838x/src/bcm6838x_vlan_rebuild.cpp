@@ -87,6 +87,12 @@ void Run(Builder ModeRules::*builder, uint32_t port, const PortVlanInfo& info) {
   }
 }
 
+/// Hands the current configuration to the driver. The table is its record, and no copy is made.
+void SendConfig() {
+  static_assert(sizeof(g_PortVlanInfo) == sizeof(PortVlanTable));
+  Send<BRMGR_CMD_VLAN_REBUILD>(reinterpret_cast<PortVlanTable&>(g_PortVlanInfo));
+}
+
 /// Switches a port to a mode, unless it is in that mode.
 uint32_t SetMode(const char* function, uint32_t port, PortVlanMode mode) {
   PortVlanInfo* info = FindVlanInfo(function, port);
@@ -128,8 +134,7 @@ uint32_t BCM6838X_RebuildVlanRule(uint32_t port) {
     return BCM6838X_FAILED;
   }
   Run(&ModeRules::add, uni, *info);
-  static_assert(sizeof(g_PortVlanInfo) == sizeof(PortVlanTable));
-  SendCommand(BRMGR_CMD_VLAN_REBUILD, g_PortVlanInfo, BRMGR_FLAG_INPUT);
+  SendConfig();
   return BCM6838X_OK;
 }
 

@@ -103,7 +103,7 @@ VlanActionRule UsVlanActionOf(uint32_t index) {
 
 bool CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) {
   IngressFlowRule rule = MakeRule(call, flow, held.vlanActionIndex);
-  call.result = AsInt(SendCommand(BRMGR_CMD_FLOW_ADD, rule, BRMGR_FLAG_READ_BACK));
+  call.result = AsInt(Send<BRMGR_CMD_FLOW_ADD>(rule));
   if (call.result == BCM6838X_OK) {
     RecordFlow(call, rule);
     return true;
@@ -128,7 +128,7 @@ bool AddUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& action) {
 
 bool DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
   IngressFlowDel record = {slot.dir, slot.icIndex, slot.flowIndex};
-  call.result = AsInt(SendCommand(BRMGR_CMD_FLOW_DEL, record, BRMGR_FLAG_INPUT));
+  call.result = AsInt(Send<BRMGR_CMD_FLOW_DEL>(record));
   if (call.result == BCM6838X_OK) {
     return true;
   }

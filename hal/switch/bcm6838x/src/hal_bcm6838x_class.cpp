@@ -53,7 +53,7 @@ uint32_t CreateClass(const DefaultClass& wanted) {
   record.priority = wanted.priority;
   record.dir = wanted.dir;
   record.icIndex = wanted.icIndex;
-  return SendCommand(BRMGR_CMD_IC_CREATE, record, BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_IC_CREATE>(record);
 }
 
 /// Creates all classes of a table, whatever the driver answers, and returns the last answer.
@@ -75,7 +75,7 @@ void AddTrapFlow(uint32_t dir, const uint8_t (&mac)[kMacSize]) {
   record.flowIndex = BRMGR_INDEX_NONE;
   record.vlanActionIndex = BRMGR_INDEX_NONE;
   record.policer = BRMGR_INDEX_NONE;
-  SendCommand(BRMGR_CMD_FLOW_ADD, record, BRMGR_FLAG_READ_BACK);
+  Send<BRMGR_CMD_FLOW_ADD>(record);
 }
 
 void TrapUnitAddresses() {

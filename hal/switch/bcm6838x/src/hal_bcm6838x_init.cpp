@@ -69,7 +69,7 @@ uint32_t BCM6838X_InitDrv(void) {
   DrvInitRecord record = {};
   record.fePortNum = HC_GetFePortNum();
   record.gePortNum = HC_GetGePortNum();
-  const uint32_t result = SendCommand(BRMGR_CMD_INIT, record, BRMGR_FLAG_INPUT);
+  const uint32_t result = Send<BRMGR_CMD_INIT>(record);
   BCM6838X_sysGetBoardId(g_BoardId, kBoardIdSize - 1);
   return result;
 }
@@ -77,7 +77,7 @@ uint32_t BCM6838X_InitDrv(void) {
 uint32_t BCM6838X_SFInit(void) {
   FeatureRecord record = {};
   record.value = SF_GetFeature(kCaptureFeature);
-  return SendCommand(BRMGR_CMD_FEATURE, record, BRMGR_FLAG_INPUT);
+  return Send<BRMGR_CMD_FEATURE>(record);
 }
 
 uint32_t BCM6838X_Init(void) {

@@ -107,7 +107,7 @@ void SendRate(uint32_t port, uint32_t state) {
   PortRateRecord record = {};
   record.port = port - 1 < kUniInterfaces ? port + 1 : 0;
   record.rate = state < kKnownRates ? kRates[state] : 0;
-  const uint32_t result = SendCommand(BRMGR_CMD_PORT_STATE, record, BRMGR_FLAG_INPUT);
+  const uint32_t result = Send<BRMGR_CMD_PORT_STATE>(record);
   if (result != BCM6838X_OK) {
     HAL_LOG(LOG_LEVEL_TRACE, "UNI port[%lu] MODE change to [%lu], flow control error, ret=%d\r\n",
             AsUnsignedLong(port), AsUnsignedLong(state), AsInt(result));

@@ -67,10 +67,10 @@ uint32_t OuterVid(RelayFrame& relay) {
                                                     : 0;
 }
 
-void SetTraps(uint32_t cmd, uint32_t enable) {
+void SetTraps(Command<TrapEnableRecord> command, uint32_t enable) {
   for (uint32_t index = 0; index < HC_GetEthPortNum(); ++index) {
     TrapEnableRecord record = {index, enable};
-    SendCommand(cmd, record, BRMGR_FLAG_INPUT);
+    Send(command, record);
   }
 }
 
@@ -108,12 +108,12 @@ uint32_t BCM6838X_PPPoERelayHandle(const BrmgrEvent* event) {
 
 uint32_t BCM6838X_SetDhcpTrapEnable(uint32_t enable) {
   g_dhcpRelayStatus = enable > 0 ? 1 : 0;
-  SetTraps(BRMGR_CMD_DHCP_TRAP, enable);
+  SetTraps(CommandOf<BRMGR_CMD_DHCP_TRAP>(), enable);
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_SetPPPoETrapEnable(uint32_t enable) {
   g_pppoeRelayStatus = enable > 0 ? 1 : 0;
-  SetTraps(BRMGR_CMD_PPPOE_TRAP, enable);
+  SetTraps(CommandOf<BRMGR_CMD_PPPOE_TRAP>(), enable);
   return BCM6838X_OK;
 }
