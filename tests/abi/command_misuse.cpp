@@ -12,35 +12,35 @@ virtual_onu::CommandRow Receive();
 
 #if defined(OTHER_RECORD)
 uint32_t Misuse(IngressFlowDel& record) {
-  return Send<BRMGR_CMD_FLOW_ADD>(record);
+  return hal::Send<BRMGR_CMD_FLOW_ADD>(record);
 }
 #elif defined(OTHER_RECORD_THROUGH_HELPER)
 uint32_t Misuse(IngressFlowDel& record) {
-  return Send(CommandOf<BRMGR_CMD_FLOW_ADD>(), record);
+  return hal::Send(hal::CommandOf<BRMGR_CMD_FLOW_ADD>(), record);
 }
 #elif defined(OTHER_FLAG)
 uint32_t Misuse(IngressFlowRule& record) {
-  return Send<BRMGR_CMD_FLOW_ADD, BRMGR_FLAG_INPUT>(record);
+  return hal::Send<BRMGR_CMD_FLOW_ADD, BRMGR_FLAG_INPUT>(record);
 }
 #elif defined(NO_RECORD)
 uint32_t Misuse() {
-  return Send<BRMGR_CMD_FLOW_ADD>();
+  return hal::Send<BRMGR_CMD_FLOW_ADD>();
 }
 #elif defined(RECORD_TOO_MANY)
 uint32_t Misuse(IngressFlowRule& record) {
-  return Send<BRMGR_CMD_LASER_ON>(record);
+  return hal::Send<BRMGR_CMD_LASER_ON>(record);
 }
 #elif defined(FRAME_WITHOUT_LENGTH)
 uint32_t Misuse(RelayPkt& record) {
-  return Send<BRMGR_CMD_SEND_BPDU>(record);
+  return hal::Send<BRMGR_CMD_SEND_BPDU>(record);
 }
 #elif defined(LENGTH_TOO_MANY)
 uint32_t Misuse(const IngressFlowDel& record) {
-  return SendFrame(FrameCommandOf<BRMGR_CMD_FLOW_DEL>(), record, sizeof(record));
+  return hal::SendFrame(hal::FrameCommandOf<BRMGR_CMD_FLOW_DEL>(), record, sizeof(record));
 }
 #elif defined(UNKNOWN_COMMAND)
 uint32_t Misuse(IngressFlowRule& record) {
-  return Send<BRMGR_CMD_LIMIT - 1>(record);
+  return hal::Send<BRMGR_CMD_LIMIT - 1>(record);
 }
 #elif defined(OTHER_LENGTH)
 uint32_t Misuse() {
@@ -55,13 +55,13 @@ auto MisuseOf() {
 }
 #else
 uint32_t SendWhole(IngressFlowRule& flow, IngressFlowDel& removed) {
-  return Send<BRMGR_CMD_FLOW_ADD>(flow) + Send<BRMGR_CMD_FLOW_DEL>(removed) +
-         Send<BRMGR_CMD_FLOW_DEL, BRMGR_FLAG_READ_BACK>(removed) +
-         Send(CommandOf<BRMGR_CMD_FLOW_ADD>(), flow) + Send<BRMGR_CMD_LASER_ON>();
+  return hal::Send<BRMGR_CMD_FLOW_ADD>(flow) + hal::Send<BRMGR_CMD_FLOW_DEL>(removed) +
+         hal::Send<BRMGR_CMD_FLOW_DEL, BRMGR_FLAG_READ_BACK>(removed) +
+         hal::Send(hal::CommandOf<BRMGR_CMD_FLOW_ADD>(), flow) + hal::Send<BRMGR_CMD_LASER_ON>();
 }
 
 uint32_t SendUpToFrame(const RelayPkt& record) {
-  return SendFrame(FrameCommandOf<BRMGR_CMD_SEND_BPDU>(), record, sizeof(record));
+  return hal::SendFrame(hal::FrameCommandOf<BRMGR_CMD_SEND_BPDU>(), record, sizeof(record));
 }
 
 virtual_onu::CommandResult Handle(virtual_onu::DriverState& state, IngressFlowDel& record);

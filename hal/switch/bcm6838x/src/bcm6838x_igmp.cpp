@@ -9,8 +9,10 @@
 
 #include "bcm6838x_igmp_internal.h"
 
-McastUniPortInfo g_mcastUniPortInfo[kMcastUniPorts] = {};
-McastChannelInfo g_mcastChannelInfo[kMcastChannels] = {};
+using namespace hal;
+
+McastUniPortInfo hal::g_mcastUniPortInfo[kMcastUniPorts] = {};
+McastChannelInfo hal::g_mcastChannelInfo[kMcastChannels] = {};
 
 uint32_t BCM6838X_InitIgmp(void) {
   memset(g_mcastChannelInfo, 0, sizeof(g_mcastChannelInfo));

@@ -9,6 +9,8 @@
 
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 uint32_t BCM6838X_DispatchIgmpPacket(const uint8_t* packet, uint32_t length, uint32_t vlan,
                                      uint32_t port) {
   if (packet == nullptr) {

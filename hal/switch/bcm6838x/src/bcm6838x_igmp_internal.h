@@ -8,6 +8,8 @@
 
 #include <platform_config.h>
 
+namespace hal {
+
 constexpr size_t kMcastUniPorts = 32;
 constexpr size_t kMcastVlansPerPort = 8;
 constexpr size_t kMcastChannels = 1024;
@@ -77,5 +79,7 @@ inline McastVlanTrans* FindMcastRule(McastUniPortInfo& info, uint16_t mvlan) {
   }
   return nullptr;
 }
+
+}  // namespace hal
 
 #endif

@@ -15,6 +15,8 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// The settings of a port; without them a log line under the operation's name, and null.

@@ -14,6 +14,8 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// Sends a static or a dynamic entry, which differ in the width of their port.

@@ -9,6 +9,8 @@
 
 #include "hal_bcm6838x_channel.h"
 
+using namespace hal;
+
 namespace {
 
 /// Where a reader puts what it has read.

@@ -17,7 +17,9 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
-PortMirrorRecord g_mirror_cfg = {};
+using namespace hal;
+
+PortMirrorRecord hal::g_mirror_cfg = {};
 
 namespace {
 

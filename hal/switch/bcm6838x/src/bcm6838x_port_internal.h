@@ -7,6 +7,8 @@
 
 #include <brmgr_record.h>
 
+namespace hal {
+
 /// A media type that stands for none of the codes.
 constexpr uint32_t kMediaTypeUnknown = 7;
 
@@ -21,5 +23,7 @@ constexpr uint32_t DevicePort(uint32_t uni) {
 }
 
 extern "C" PortMirrorRecord g_mirror_cfg;  ///< built up by the mirroring operations
+
+}  // namespace hal
 
 #endif

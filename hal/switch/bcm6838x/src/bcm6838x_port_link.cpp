@@ -11,6 +11,8 @@
 #include "bcm6838x_port_mii.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// A bit, and the media type that it stands for.

@@ -18,6 +18,8 @@
 
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// Linux interface of each UNI port, from 1.
@@ -98,7 +100,7 @@ int32_t mdio_read(int32_t socket, ifreq* ifr, int32_t phy, int32_t reg) {
   return LoadMii(*ifr).val_out;
 }
 
-MiiOpening OpenMii(uint32_t uni, MiiPort& port) {
+MiiOpening hal::OpenMii(uint32_t uni, MiiPort& port) {
   if (!OpenInterface(uni, port)) {
     return MiiOpening::kNoInterface;
   }
@@ -111,15 +113,15 @@ MiiOpening OpenMii(uint32_t uni, MiiPort& port) {
   return MiiOpening::kDone;
 }
 
-void CloseMii(const MiiPort& port) {
+void hal::CloseMii(const MiiPort& port) {
   close(port.socket);
 }
 
-int32_t ReadMii(MiiPort& port, int32_t reg) {
+int32_t hal::ReadMii(MiiPort& port, int32_t reg) {
   return mdio_read(port.socket, &port.request, port.phy, reg);
 }
 
-void WriteMii(MiiPort& port, int32_t reg, uint16_t value) {
+void hal::WriteMii(MiiPort& port, int32_t reg, uint16_t value) {
   mii_ioctl_data mii = LoadMii(port.request);
   mii.phy_id = static_cast<uint16_t>(port.phy);
   mii.reg_num = static_cast<uint16_t>(reg);

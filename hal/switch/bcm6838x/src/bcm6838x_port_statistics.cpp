@@ -15,6 +15,8 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kPorts = 32;

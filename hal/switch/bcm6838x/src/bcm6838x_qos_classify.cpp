@@ -15,6 +15,8 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// Whether the tables have room for the rule and its conditions lie in the record.

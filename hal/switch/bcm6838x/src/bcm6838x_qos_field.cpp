@@ -8,6 +8,8 @@
 
 #include <bcm6838x_qos.h>
 
+using namespace hal;
+
 namespace {
 
 constexpr size_t kIpv4At = 2;
@@ -74,7 +76,7 @@ constexpr QosFieldKey kFieldKeys[] = {
 
 }  // namespace
 
-const QosFieldKey* FindQosFieldKey(uint32_t field) {
+const QosFieldKey* hal::FindQosFieldKey(uint32_t field) {
   for (const QosFieldKey& key : kFieldKeys) {
     if (key.field == field) {
       return &key;

@@ -9,6 +9,8 @@
 
 #include <bcm6838x_qos.h>
 
+namespace hal {
+
 constexpr size_t kPolicerPorts = BCM6838X_QOS_PORTS;
 constexpr size_t kQosRules = static_cast<size_t>(BCM6838X_QOS_PORTS) * BCM6838X_QOS_RULES;
 
@@ -41,5 +43,7 @@ constexpr size_t QosRuleEntry(uint32_t port, uint32_t precedence) {
 
 /// Logs a rule set, line by line.
 void ListQosRules(const QosClassRuleSet& set);
+
+}  // namespace hal
 
 #endif

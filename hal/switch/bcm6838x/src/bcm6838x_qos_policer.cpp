@@ -19,6 +19,8 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kBitsPerUnit = 1000;

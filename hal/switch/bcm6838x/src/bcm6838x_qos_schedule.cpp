@@ -14,6 +14,8 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kQueuesOfBank = 8;

@@ -12,7 +12,9 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
-VlanActionEntry g_vlanAction[kVlanActions] = {};
+using namespace hal;
+
+VlanActionEntry hal::g_vlanAction[kVlanActions] = {};
 
 namespace {
 

@@ -14,8 +14,10 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
-PortVlanInfo g_PortVlanInfo[kUniPorts] = {};
-PortVlanInfo g_oldPortVlanInfo[kUniPorts] = {};
+using namespace hal;
+
+PortVlanInfo hal::g_PortVlanInfo[kUniPorts] = {};
+PortVlanInfo hal::g_oldPortVlanInfo[kUniPorts] = {};
 
 namespace {
 
@@ -49,7 +51,7 @@ void ClearChipTables() {
 
 }  // namespace
 
-PortVlanInfo* FindVlanInfo(const char* function, uint32_t port) {
+PortVlanInfo* hal::FindVlanInfo(const char* function, uint32_t port) {
   if (!HasVlanInfo(port)) {
     HAL_LOG_AS(function, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", port);
     return nullptr;
@@ -57,7 +59,7 @@ PortVlanInfo* FindVlanInfo(const char* function, uint32_t port) {
   return &g_PortVlanInfo[port - 1];
 }
 
-void CommitVlanConfig() {
+void hal::CommitVlanConfig() {
   memcpy(g_oldPortVlanInfo, g_PortVlanInfo, sizeof(g_PortVlanInfo));
 }
 

@@ -11,6 +11,8 @@
 
 #include "bcm6838x_vlan_internal.h"
 
+namespace hal {
+
 constexpr size_t kVlanListEntries = sizeof(PortVlanInfo::trunkList) / sizeof(PortVlanTrunkEntry);
 
 /// What a port does with VLAN tags; also the mode codes of BCM6838X_SetPortCtcMode.
@@ -48,5 +50,7 @@ PortVlanInfo* FindVlanInfo(const char* function, uint32_t port);
 
 /// Copies the whole configuration, all ports, over the applied one.
 void CommitVlanConfig();
+
+}  // namespace hal
 
 #endif

@@ -14,9 +14,11 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
-VlanEntry g_vlanEntry[kVlanEntries] = {};
-uint16_t g_vlanEntryCnt = 0;
-uint16_t g_vlanEntryGetCnt = 0;
+using namespace hal;
+
+VlanEntry hal::g_vlanEntry[kVlanEntries] = {};
+uint16_t hal::g_vlanEntryCnt = 0;
+uint16_t hal::g_vlanEntryGetCnt = 0;
 
 namespace {
 

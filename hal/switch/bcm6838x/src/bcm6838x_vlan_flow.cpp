@@ -13,8 +13,10 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
-IngressFlowEntry g_dsIngressClass[kFlowsPerTable] = {};
-IngressFlowEntry g_usIngressClass[kUniPorts][kFlowsPerTable] = {};
+using namespace hal;
+
+IngressFlowEntry hal::g_dsIngressClass[kFlowsPerTable] = {};
+IngressFlowEntry hal::g_usIngressClass[kUniPorts][kFlowsPerTable] = {};
 
 namespace {
 

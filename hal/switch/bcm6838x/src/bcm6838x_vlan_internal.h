@@ -10,6 +10,8 @@
 #include <brmgr_record.h>
 #include <platform_config.h>
 
+namespace hal {
+
 constexpr uint32_t kUniPorts = 32;  ///< UNI ports for which the tables have room
 
 constexpr size_t kVlanActions = 256;
@@ -67,5 +69,7 @@ inline uint32_t LanIndex(uint32_t port) {
 constexpr const char* DirectionName(uint32_t dir) {
   return dir == 0 ? "ds" : "us";
 }
+
+}  // namespace hal
 
 #endif

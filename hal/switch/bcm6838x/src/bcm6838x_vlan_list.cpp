@@ -10,6 +10,8 @@
 #include "bcm6838x_vlan_config.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 // What is compared of an entry; the reserved bytes are not.

@@ -12,6 +12,8 @@
 #include "bcm6838x_vlan_config.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// The VIDs first, first + 1, ..., first + last, where they wrap at 2^32.

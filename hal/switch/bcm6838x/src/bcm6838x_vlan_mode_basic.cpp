@@ -7,6 +7,8 @@
 
 #include "bcm6838x_vlan_us.h"
 
+using namespace hal;
+
 namespace {
 
 bool IsRecorded(const IngressFlowEntry& slot) {

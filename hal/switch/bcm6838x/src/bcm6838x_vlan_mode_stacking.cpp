@@ -8,6 +8,8 @@
 
 #include "bcm6838x_vlan_us.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kBuiltStackParam = 2;

@@ -10,8 +10,10 @@
 #include "bcm6838x_vlan_internal.h"
 #include "hal_bcm6838x_log.h"
 
-WanVlanEntry g_wanVlan[kWanVlans] = {};
-LanVlanEntry g_lanVlan[kLanVlans] = {};
+using namespace hal;
+
+WanVlanEntry hal::g_wanVlan[kWanVlans] = {};
+LanVlanEntry hal::g_lanVlan[kLanVlans] = {};
 
 namespace {
 

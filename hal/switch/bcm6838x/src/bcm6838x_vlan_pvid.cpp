@@ -11,6 +11,8 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint16_t kTpid = 0x8100;

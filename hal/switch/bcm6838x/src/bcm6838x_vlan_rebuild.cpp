@@ -15,6 +15,8 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 using Builder = void (*)(uint32_t port, const PortVlanInfo& info);

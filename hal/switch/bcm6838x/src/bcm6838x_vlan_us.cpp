@@ -16,7 +16,9 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
-uint32_t g_dsVlanAction = BRMGR_INDEX_NONE;
+using namespace hal;
+
+uint32_t hal::g_dsVlanAction = BRMGR_INDEX_NONE;
 
 namespace {
 
@@ -63,15 +65,15 @@ void ForEachMcastVlan(const UsCall& call, Visit visit) {
 
 }  // namespace
 
-UsCall MakeUsCall(const char* name, uint32_t port) {
+UsCall hal::MakeUsCall(const char* name, uint32_t port) {
   return {name, static_cast<uint16_t>(port), BCM6838X_OK};
 }
 
-void LogEntry(const UsCall& call) {
+void hal::LogEntry(const UsCall& call) {
   HAL_LOG_AS(call.name, LOG_LEVEL_TRACE, "++++++%s,%d\r\n");
 }
 
-bool IsAccepted(UsCall& call) {
+bool hal::IsAccepted(UsCall& call) {
   if (call.port >= 1 && call.port <= kUniPorts) {
     return true;
   }
@@ -80,7 +82,7 @@ bool IsAccepted(UsCall& call) {
   return false;
 }
 
-bool IsAccepted(UsCall& call, const void* list) {
+bool hal::IsAccepted(UsCall& call, const void* list) {
   if (!IsAccepted(call)) {
     return false;
   }
@@ -92,16 +94,16 @@ bool IsAccepted(UsCall& call, const void* list) {
   return true;
 }
 
-VlanActionRule MakeVlanAction(uint32_t cmd, uint32_t dir, uint32_t vid, uint32_t pbit) {
+VlanActionRule hal::MakeVlanAction(uint32_t cmd, uint32_t dir, uint32_t vid, uint32_t pbit) {
   const VlanTagSpec tag = {static_cast<uint16_t>(vid), static_cast<uint8_t>(pbit), 0, kTpid};
   return {cmd, {tag, {}}, dir, BRMGR_INDEX_NONE};
 }
 
-VlanActionRule UsVlanActionOf(uint32_t index) {
+VlanActionRule hal::UsVlanActionOf(uint32_t index) {
   return {0, {}, BRMGR_DIR_UPSTREAM, index};
 }
 
-bool CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) {
+bool hal::CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) {
   IngressFlowRule rule = MakeRule(call, flow, held.vlanActionIndex);
   call.result = AsInt(Send<BRMGR_CMD_FLOW_ADD>(rule));
   if (call.result == BCM6838X_OK) {
@@ -116,17 +118,17 @@ bool CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) 
   return false;
 }
 
-bool AddUsFlow(UsCall& call, const UsFlow& flow) {
+bool hal::AddUsFlow(UsCall& call, const UsFlow& flow) {
   return CreateUsFlow(call, flow, UsVlanActionOf(BRMGR_INDEX_NONE));
 }
 
-bool AddUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& action) {
+bool hal::AddUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& action) {
   VlanActionRule held = action;
   held.vlanActionIndex = static_cast<uint32_t>(BCM6838X_AddVlanAction(action, 1));
   return CreateUsFlow(call, flow, held);
 }
 
-bool DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
+bool hal::DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
   IngressFlowDel record = {slot.dir, slot.icIndex, slot.flowIndex};
   call.result = AsInt(Send<BRMGR_CMD_FLOW_DEL>(record));
   if (call.result == BCM6838X_OK) {
@@ -137,7 +139,7 @@ bool DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
   return false;
 }
 
-void DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
+void hal::DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
   if (HasFlow(slot)) {
     DelUsFlow(call, slot);
   }
@@ -146,7 +148,7 @@ void DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
   }
 }
 
-uint32_t AddPvidFlow(UsCall& call, uint32_t pvid, uint32_t priority) {
+uint32_t hal::AddPvidFlow(UsCall& call, uint32_t pvid, uint32_t priority) {
   const auto pbit = static_cast<uint8_t>(priority);
   BCM6838X_AddWanVlan(call.port, pvid, kAnyVid);
   const VlanActionRule action =
@@ -157,50 +159,50 @@ uint32_t AddPvidFlow(UsCall& call, uint32_t pvid, uint32_t priority) {
   return static_cast<uint32_t>(BCM6838X_AddDsIngressClass(pvid, 1, 1));
 }
 
-void DelPvidFlow(UsCall& call, const IngressFlowEntry& slot, uint32_t pvid) {
+void hal::DelPvidFlow(UsCall& call, const IngressFlowEntry& slot, uint32_t pvid) {
   DelUsFlowAndAction(call, slot);
   BCM6838X_DelDsIngressClass(pvid, 1);
   BCM6838X_DelWanVlan(call.port, pvid, kAnyVid);
 }
 
-const IngressFlowEntry* FindUntaggedSlot(const UsCall& call) {
+const IngressFlowEntry* hal::FindUntaggedSlot(const UsCall& call) {
   return FindSlot(call,
                   [](const IngressFlowEntry& each) { return IsUsed(each) && each.vlanNum == 0; });
 }
 
-void DelPvidFlowAndSlots(UsCall& call, uint32_t pvid) {
+void hal::DelPvidFlowAndSlots(UsCall& call, uint32_t pvid) {
   if (const IngressFlowEntry* slot = FindUntaggedSlot(call)) {
     DelPvidFlow(call, *slot, pvid);
   }
   ClearSlots(call);
 }
 
-void DetachPortAction(const UsCall& call, uint32_t vid, uint32_t vlanNum) {
+void hal::DetachPortAction(const UsCall& call, uint32_t vid, uint32_t vlanNum) {
   const auto flow = static_cast<uint32_t>(BCM6838X_GetDsIngressClass(vid, vlanNum));
   if (flow != BRMGR_INDEX_NONE) {
     BCM6838X_DelPortAction(call.port, flow, kDsClassVid);
   }
 }
 
-int32_t SetPortTransparent(const UsCall& call, bool transparent) {
+int32_t hal::SetPortTransparent(const UsCall& call, bool transparent) {
   return VOS_System("bs /b/c port/index=lan%d transparent=%s", AsInt(LanIndex(call.port)),
                     transparent ? "yes" : "no");
 }
 
-void WithdrawMcastVlans(const UsCall& call) {
+void hal::WithdrawMcastVlans(const UsCall& call) {
   ForEachMcastVlan(call, [&](uint32_t vid) {
     BCM6838X_DelWanVlan(call.port, vid, vid);
     BCM6838X_DelLanVlan(call.port, vid);
   });
 }
 
-void RestoreMcastVlans(const UsCall& call) {
+void hal::RestoreMcastVlans(const UsCall& call) {
   ForEachMcastVlan(call, [&](uint32_t vid) {
     BCM6838X_AddWanVlan(call.port, vid, vid);
     BCM6838X_AddLanVlan(call.port, vid);
   });
 }
 
-void ClearSlots(const UsCall& call) {
+void hal::ClearSlots(const UsCall& call) {
   memset(SlotsOf(call), 0, sizeof(SlotsOf(call)));
 }

@@ -13,6 +13,8 @@
 #include "bcm6838x_vlan_config.h"
 #include "bcm6838x_vlan_internal.h"
 
+namespace hal {
+
 /// Upstream classes made at start-up, by what their flows compare besides the port and the number
 /// of tags.
 enum UsClass : uint32_t {
@@ -167,5 +169,7 @@ bool AddForEachPriority(Add add) {
   }
   return added;
 }
+
+}  // namespace hal
 
 #endif

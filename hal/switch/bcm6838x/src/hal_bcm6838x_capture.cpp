@@ -15,6 +15,8 @@
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// A received BPDU for the spanning-tree process.

@@ -12,6 +12,8 @@
 #include <brmgr_traits.h>
 #include <hal_bcm6838x.h>
 
+namespace hal {
+
 /// Size of g_BoardId: an identifier of up to 16 characters and its terminating zero.
 constexpr uint32_t kBoardIdSize = 17;
 
@@ -83,5 +85,7 @@ uint32_t SendFrame(FrameCommand<Record> command, const Record& record, size_t le
   return BCM6838X_Ioctl(command.code, const_cast<Record*>(&record), static_cast<uint32_t>(length),
                         BRMGR_FLAG_INPUT);
 }
+
+}  // namespace hal
 
 #endif

@@ -11,6 +11,8 @@
 
 #include "hal_bcm6838x_channel.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kMacSize = 6;

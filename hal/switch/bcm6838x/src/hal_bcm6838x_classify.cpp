@@ -11,6 +11,8 @@
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kForward = 0;
@@ -167,7 +169,7 @@ bool UnitHasPort(uint32_t port, uint32_t other) {
 
 // The rules write through both pointers.
 // NOLINTNEXTLINE(readability-non-const-parameter)
-uint32_t AccordFrame(uint8_t* frame, uint32_t* size, uint32_t srcPort, uint32_t desPort) {
+uint32_t hal::AccordFrame(uint8_t* frame, uint32_t* size, uint32_t srcPort, uint32_t desPort) {
   const uint32_t source = srcPort & 0xFF;
   const uint32_t destination = desPort & 0xFF;
   if (!UnitHasPort(destination, source) || !UnitHasPort(source, destination)) {

@@ -9,6 +9,8 @@
 
 #include <brmgr_record.h>
 
+namespace hal {
+
 constexpr uint32_t kTypeOffset = 12;  ///< the type field of an untagged frame, or the outer tag
 constexpr uint32_t kTypeSize = 2;
 constexpr uint32_t kTagSize = 4;
@@ -91,5 +93,7 @@ uint32_t AccordFrame(uint8_t* frame, uint32_t* size, uint32_t srcPort, uint32_t 
 /// The protocol predicates of a frame whose length is known.
 bool IsDhcpFrame(FrameView frame);
 bool IsPppoeFrame(FrameView frame);
+
+}  // namespace hal
 
 #endif

@@ -19,9 +19,11 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
-uint32_t g_bcm6838xLogId = LOG_ID_NONE;
-int32_t g_SwitchPerformance = 0;
-char g_BoardId[kBoardIdSize] = {};
+using namespace hal;
+
+uint32_t hal::g_bcm6838xLogId = LOG_ID_NONE;
+int32_t hal::g_SwitchPerformance = 0;
+char hal::g_BoardId[kBoardIdSize] = {};
 
 namespace {
 

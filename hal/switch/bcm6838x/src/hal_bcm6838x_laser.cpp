@@ -7,6 +7,8 @@
 
 #include "hal_bcm6838x_channel.h"
 
+using namespace hal;
+
 uint32_t BCM6838X_SetEponLaserState(uint32_t on) {
   if ((on & 0xFF) == 1) {
     Send<BRMGR_CMD_LASER_ON>();

@@ -14,6 +14,8 @@
 #include "hal_bcm6838x_log.h"
 #include "hal_bcm6838x_monitor.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kUniInterfaces = 4;  ///< "eth0" to "eth3", UNI ports 1 to 4
@@ -128,7 +130,7 @@ void Notify(uint32_t port, uint32_t state, uint16_t code) {
 
 }  // namespace
 
-void ServeLinkChange(const KernelMessage& message) {
+void hal::ServeLinkChange(const KernelMessage& message) {
   LinkPayload payload;
   if (message.payloadSize < sizeof(payload)) {
     return;

@@ -9,6 +9,8 @@
 
 #include <platform_log.h>
 
+namespace hal {
+
 /// Handle of the log module.
 extern "C" uint32_t g_bcm6838xLogId;
 
@@ -57,12 +59,14 @@ constexpr int AsInt(uint32_t value) {
   return static_cast<int>(value);
 }
 
+}  // namespace hal
+
 // Macros, because only a macro sees the caller's function and line and lets the compiler hold the
 // arguments against the format.
 
 /// Logs one line.
 #define HAL_LOG(level, ...) \
-  _LOG_Print(g_bcm6838xLogId, (level), kSourcePath.text, __LINE__, __VA_ARGS__)
+  _LOG_Print(hal::g_bcm6838xLogId, (level), hal::kSourcePath.text, __LINE__, __VA_ARGS__)
 
 /// Logs one line whose format begins with the function name and the line, under the name of the
 /// operation for which a helper works.

@@ -7,6 +7,8 @@
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kProtocolUdp = 17;
@@ -97,7 +99,7 @@ uint32_t BCM6838X_IsMldPacket(const uint8_t* frame, uint32_t length) {
   return HoldsMld(rest.data + kTypeSize, rest.size - kMargin) ? 1 : 0;
 }
 
-bool IsDhcpFrame(FrameView frame) {
+bool hal::IsDhcpFrame(FrameView frame) {
   constexpr uint32_t kServerPort = 67;
   // The port on which DHCPv6 servers and relays listen (RFC 8415, 7.2). Intended: what goes to 546,
   // the clients' port, is on its way back and is not matched.
@@ -115,7 +117,7 @@ bool IsDhcpFrame(FrameView frame) {
   }
 }
 
-bool IsPppoeFrame(FrameView frame) {
+bool hal::IsPppoeFrame(FrameView frame) {
   const uint32_t type = frame.u16(TypeBehindTags(frame));
   return type == kTypePppoeDiscovery || type == kTypePppoeSession;
 }

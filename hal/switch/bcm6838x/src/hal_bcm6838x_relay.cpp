@@ -16,8 +16,10 @@
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
 
-uint8_t g_dhcpRelayStatus = 0;
-uint8_t g_pppoeRelayStatus = 0;
+using namespace hal;
+
+uint8_t hal::g_dhcpRelayStatus = 0;
+uint8_t hal::g_pppoeRelayStatus = 0;
 
 namespace {
 

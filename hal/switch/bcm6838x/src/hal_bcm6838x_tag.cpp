@@ -8,6 +8,8 @@
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// Bytes that tell all tags of a frame that are looked at.
