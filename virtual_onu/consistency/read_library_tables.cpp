@@ -3,8 +3,8 @@
 #include "consistency/read_library_tables.h"
 
 #include "bcm6838x_igmp_internal.h"
-#include "bcm6838x_vlan_config.h"
 #include "bcm6838x_vlan_internal.h"
+#include "bcm6838x_vlan_mcast.h"
 
 namespace virtual_onu {
 namespace {
@@ -48,12 +48,6 @@ void ReadVlanObjects(LibraryTables& tables) {
   }
 }
 
-/// Transparent ports and ports of ZTE stacking carry every VLAN; there the multicast VLANs are not
-/// members of the VLAN objects.
-bool CarriesEveryVlan(const PortVlanInfo& info) {
-  return info.vlanMode == hal::kVlanModeTransparent || info.vlanMode == hal::kVlanModeZteStacking;
-}
-
 /// Before the start-up the settings are all zero; after it no place holds VID 0.
 bool IsStarted(const hal::McastUniPortInfo& info) {
   return info.mcastVlan[0] != 0;
@@ -64,8 +58,7 @@ void ReadMulticastPort(std::uint32_t port, LibraryTables& tables) {
   if (info.mcastVlanMode == hal::kMcastVlanStrip && info.stripActionIndex != BRMGR_INDEX_NONE) {
     tables.directActions.push_back(info.stripActionIndex);
   }
-  if (info.mcastVlanMode == hal::kMcastVlanKeep &&
-      !CarriesEveryVlan(hal::g_PortVlanInfo[port - 1])) {
+  if (info.mcastVlanMode == hal::kMcastVlanKeep && !hal::CarriesEveryVlan(port)) {
     for (const std::uint16_t vid : info.mcastVlan) {
       if (vid != hal::kNoMcastVlan) {
         tables.multicastVlans.push_back({port, vid});
@@ -81,7 +74,7 @@ void ReadMulticastPort(std::uint32_t port, LibraryTables& tables) {
 }
 
 void ReadMulticast(LibraryTables& tables) {
-  for (std::uint32_t port = 1; port <= hal::kMcastUniPorts; ++port) {
+  for (std::uint32_t port = 1; port <= hal::kUniPorts; ++port) {
     if (IsStarted(hal::g_mcastUniPortInfo[port - 1])) {
       ReadMulticastPort(port, tables);
     }

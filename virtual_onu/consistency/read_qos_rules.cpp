@@ -32,7 +32,7 @@ bool IsStarted() {
 
 std::vector<KnownQosRule> ReadQosRules(std::uint32_t uni) {
   std::vector<KnownQosRule> rules;
-  if (!hal::IsQosPort(uni) || !IsStarted()) {
+  if (!hal::IsInTables(uni) || !IsStarted()) {
     return rules;
   }
   for (std::uint32_t precedence = 1; hal::IsQosPrecedence(precedence); ++precedence) {

@@ -13,7 +13,9 @@
 
 #include "bcm6838x_igmp_internal.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
@@ -64,6 +66,11 @@ bool IsInMask(const McastGroupRequest& request, uint32_t uni) {
 
 uint16_t FindSlot(const McastGroupRequest& request, uint32_t uni) {
   return BCM6838X_FindTargetMcastChanSlot(request.groupIpv4, request.groupIpv6, uni);
+}
+
+/// The slot of a channel; none for null.
+uint16_t SlotOf(const McastChannelInfo* channel) {
+  return channel == nullptr ? kNoSlot : static_cast<uint16_t>(channel - g_mcastChannelInfo);
 }
 
 /// Directs the entry to a port, with the VLAN action that the port's multicast frames need. Without
@@ -123,7 +130,7 @@ void AddIfRoom(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& 
 
 /// The first Ethernet port of the mask, or 0.
 uint32_t FirstPortOf(const McastGroupRequest& request) {
-  for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
+  for (const uint32_t uni : EthPortsInTables()) {
     if (IsInMask(request, uni)) {
       return uni;
     }
@@ -134,28 +141,20 @@ uint32_t FirstPortOf(const McastGroupRequest& request) {
 }  // namespace
 
 uint16_t BCM6838X_FindUnuseMcastChanSlot(void) {
-  for (uint16_t slot = 0; slot < kMcastChannels; ++slot) {
-    if (g_mcastChannelInfo[slot].inUse == 0) {
-      return slot;
-    }
-  }
-  return kNoSlot;
+  return SlotOf(FirstOf(g_mcastChannelInfo,
+                        [](const McastChannelInfo& channel) { return channel.inUse == 0; }));
 }
 
 uint16_t BCM6838X_FindTargetMcastChanSlot(const uint8_t* ipv4, const uint8_t* ipv6, uint32_t port) {
-  if (ipv4 == nullptr || ipv6 == nullptr) {
+  if (IsAnyNull(ipv4, ipv6)) {
     return kNoSlot;
   }
-  const uint32_t uni = McastPort(port);
+  const uint32_t uni = UniPort(port);
   const bool isIpv6 = memcmp(ipv4, kNoIpv4, sizeof(kNoIpv4)) == 0;
-  for (uint16_t slot = 0; slot < kMcastChannels; ++slot) {
-    const McastChannelInfo& channel = g_mcastChannelInfo[slot];
-    if (channel.port == uni && (isIpv6 ? memcmp(channel.ipv6, ipv6, sizeof(channel.ipv6)) == 0
-                                       : memcmp(channel.ipv4, ipv4, sizeof(channel.ipv4)) == 0)) {
-      return slot;
-    }
-  }
-  return kNoSlot;
+  return SlotOf(FirstOf(g_mcastChannelInfo, [&](const McastChannelInfo& channel) {
+    return channel.port == uni && (isIpv6 ? memcmp(channel.ipv6, ipv6, sizeof(channel.ipv6)) == 0
+                                          : memcmp(channel.ipv4, ipv4, sizeof(channel.ipv4)) == 0);
+  }));
 }
 
 uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
@@ -186,7 +185,7 @@ uint32_t BCM6838X_ModifyMulticastMacAddr(const McastGroupRequest* request) {
   // One record serves the whole walk: the index of a delete is sent with the creates after it, and
   // a port without a matching rule gets the action of the port before it. This is intended.
   McastGroupEntry entry = MakeEntry(*request);
-  for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
+  for (const uint32_t uni : EthPortsInTables()) {
     const uint16_t slot = FindSlot(*request, uni);
     const bool wanted = IsInMask(*request, uni);
     if (!wanted && slot != kNoSlot) {
@@ -207,7 +206,7 @@ uint32_t BCM6838X_DelMulticastMacAddr(const McastGroupRequest* request) {
     return BCM6838X_INVALID;
   }
   McastGroupEntry entry = MakeEntry(*request);
-  for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
+  for (const uint32_t uni : EthPortsInTables()) {
     const uint16_t slot = IsInMask(*request, uni) ? FindSlot(*request, uni) : kNoSlot;
     if (slot != kNoSlot) {
       RemoveFrom(uni, slot, *request, entry);

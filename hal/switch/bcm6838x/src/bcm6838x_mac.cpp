@@ -7,12 +7,13 @@
 #include <bcm6838x_mac.h>
 #include <brmgr_cmd.h>
 #include <brmgr_record.h>
-#include <platform_config.h>
 #include <platform_log.h>
 #include <platform_vos.h>
 
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_platform.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
@@ -37,7 +38,7 @@ uint32_t SendFilter(const char* function, Command<MacFilterRecord> command, uint
                     uint32_t vid, const MacAddress& mac) {
   MacFilterRecord record = {};
   memcpy(record.mac, mac.octet, sizeof(record.mac));
-  record.port = port & 0xFF;
+  record.port = UniPort(port);
   record.vid = static_cast<uint16_t>(vid);
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s(%d), port=%d, vid=%d, macAddr:%x:%x:%x:%x:%x:%x\r\n",
              AsInt(port), record.vid, mac.octet[0], mac.octet[1], mac.octet[2], mac.octet[3],
@@ -89,18 +90,15 @@ uint32_t BCM6838X_SetMacLimitMacNum(uint32_t limit) {
 }
 
 uint32_t BCM6838X_SetMacAgingTime(uint32_t ageTime) {
-  constexpr uint32_t kDataPathAgingFeature = 27;
-  constexpr uint32_t kAgingModule = 0xA440;
-  constexpr uint32_t kAgingMessage = 0x443;
   MacAgingRecord record = {};
   record.ageTime = static_cast<uint16_t>(ageTime);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), ageTime=%d\r\n", record.ageTime);
-  if (SF_GetFeature(kDataPathAgingFeature) == 1) {
+  if (IsCaptureEnabled()) {
     Send<BRMGR_CMD_MAC_AGING>(record);
     return BCM6838X_OK;
   }
   uint32_t message = record.ageTime;
-  VOS_MsgSend(kAgingModule, kAgingMessage, &message, sizeof(message));
+  VOS_MsgSend(kMacAgingModule, kMacAgingTime, &message, sizeof(message));
   return BCM6838X_OK;
 }
 

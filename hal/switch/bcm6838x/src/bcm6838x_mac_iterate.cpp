@@ -8,6 +8,7 @@
 #include <brmgr_record.h>
 
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_log.h"
 
 using namespace hal;
 
@@ -22,8 +23,7 @@ struct EntryOutput {
 };
 
 bool IsComplete(const EntryOutput& output) {
-  return output.port != nullptr && output.vid != nullptr && output.mac != nullptr &&
-         output.flag != nullptr;
+  return !IsAnyNull(output.port, output.vid, output.mac, output.flag);
 }
 
 /// Sends the record, which holds the address after which to look, and copies out what it then

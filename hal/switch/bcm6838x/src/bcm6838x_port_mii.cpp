@@ -68,8 +68,7 @@ void PrintFailure(const char* request, const ifreq& interface) {
 }  // namespace
 
 int32_t et_get_phyid(int32_t socket, ifreq* ifr) {
-  if (ifr == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(ifr)) {
     return -1;
   }
   mii_ioctl_data mii = LoadMii(*ifr);
@@ -83,8 +82,7 @@ int32_t et_get_phyid(int32_t socket, ifreq* ifr) {
 
 int32_t mdio_read(int32_t socket, ifreq* ifr, int32_t phy, int32_t reg) {
   constexpr int32_t kFlagShift = 24;
-  if (ifr == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(ifr)) {
     return 0;
   }
   mii_ioctl_data mii = LoadMii(*ifr);

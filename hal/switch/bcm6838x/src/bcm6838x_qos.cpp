@@ -9,7 +9,7 @@
 
 using namespace hal;
 
-uint32_t hal::g_portPolicerCfg[kPolicerPorts] = {};
+uint32_t hal::g_portPolicerCfg[kUniPorts] = {};
 
 int32_t hal::sg_QosClassificationVlanEntry[kQosRules] = {};
 int32_t hal::sg_QosClassificationICEntry[kQosRules] = {};

@@ -8,6 +8,8 @@
 
 #include <bcm6838x_qos.h>
 
+#include "hal_bcm6838x_find.h"
+
 using namespace hal;
 
 namespace {
@@ -77,10 +79,5 @@ constexpr QosFieldKey kFieldKeys[] = {
 }  // namespace
 
 const QosFieldKey* hal::FindQosFieldKey(uint32_t field) {
-  for (const QosFieldKey& key : kFieldKeys) {
-    if (key.field == field) {
-      return &key;
-    }
-  }
-  return nullptr;
+  return FirstOf(kFieldKeys, [field](const QosFieldKey& key) { return key.field == field; });
 }

@@ -14,10 +14,10 @@
 #include <hal_bcm6838x.h>
 #include <platform_log.h>
 
-#include "bcm6838x_port_internal.h"
 #include "bcm6838x_qos_internal.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
@@ -76,15 +76,14 @@ void ReportLineRate(uint32_t port) {
 }  // namespace
 
 uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
-  if (cfg == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(cfg)) {
     return BCM6838X_OK;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d) port=%d, cir = %d, ebs = %d, cbs = %d\r\n",
                AsInt(cfg->port), AsInt(cfg->cir), AsInt(cfg->ebs), AsInt(cfg->cbs));
   if (!IsRateInRange(cfg->cir)) {
     printf("BCM6838X_SetQosUsPolicer(), error: cir[%d] is out of range!\r\n", AsInt(cfg->cir));
-  } else if (!IsQosPort(cfg->port)) {
+  } else if (!IsInTables(cfg->port)) {
     HAL_LOG_HERE(LOG_LEVEL_INVALID, "%s(%d), port=%d is out of range\r\n", AsInt(cfg->port));
   } else {
     SetPolicer(cfg->port, cfg->cir);
@@ -94,8 +93,7 @@ uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
 }
 
 uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg) {
-  if (cfg == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(cfg)) {
     return BCM6838X_OK;
   }
   DsRateLimitRecord record = {cfg->port + 1, cfg->rate * kBitsPerUnit};
@@ -104,8 +102,7 @@ uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg) {
 }
 
 uint32_t BCM6838X_StreamSetDscpMap(uint32_t port, const uint8_t* map) {
-  if (map == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(map)) {
     return BCM6838X_OK;
   }
   DscpMapRecord record = {};

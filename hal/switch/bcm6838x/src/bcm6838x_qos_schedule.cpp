@@ -13,6 +13,7 @@
 #include "bcm6838x_qos_internal.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
@@ -96,7 +97,7 @@ uint32_t BCM6838X_SetQosSchedule(uint32_t scheme) {
   }
   // Unsigned, so that the way back wraps to the queue 8 below.
   const uint32_t delta = scheme == 1 ? kQueuesOfBank : 0 - kQueuesOfBank;
-  for (uint32_t port = 1; IsQosPort(port); ++port) {
+  for (const uint32_t port : PortsInTables()) {
     for (uint32_t precedence = 1; IsQosPrecedence(precedence); ++precedence) {
       const size_t entry = QosRuleEntry(port, precedence);
       if (HasAllObjects(entry)) {

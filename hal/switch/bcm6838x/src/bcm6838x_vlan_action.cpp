@@ -10,6 +10,7 @@
 
 #include "bcm6838x_vlan_internal.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
 
 using namespace hal;
@@ -34,23 +35,13 @@ bool SameContent(const VlanActionRule& a, const VlanActionRule& b) {
          SameTag(a.tag[1], b.tag[1]);
 }
 
-/// The first entry for which `accepts` holds, or null.
-template <typename Predicate>
-VlanActionEntry* FindEntry(Predicate accepts) {
-  for (VlanActionEntry& entry : g_vlanAction) {
-    if (accepts(entry)) {
-      return &entry;
-    }
-  }
-  return nullptr;
-}
-
 VlanActionEntry* FindContent(const VlanActionRule& rule) {
-  return FindEntry([&](const VlanActionEntry& entry) { return SameContent(entry.rule, rule); });
+  return FirstOf(g_vlanAction,
+                 [&](const VlanActionEntry& entry) { return SameContent(entry.rule, rule); });
 }
 
 VlanActionEntry* FindFree() {
-  return FindEntry([](const VlanActionEntry& entry) { return !HasTpid(entry.rule); });
+  return FirstOf(g_vlanAction, [](const VlanActionEntry& entry) { return !HasTpid(entry.rule); });
 }
 
 VlanTagSpec KeyOf(const VlanTagSpec& tag) {
@@ -119,7 +110,7 @@ uint32_t BCM6838X_DelVlanAction(VlanActionRule rule) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, del vlan action cmd %u vid[0]=%lu vid[1]=%lu  dir=%s\r\n",
                rule.cmd, AsUnsignedLong(rule.tag[0].vid), AsUnsignedLong(rule.tag[1].vid),
                DirectionName(rule.dir));
-  VlanActionEntry* entry = FindEntry([&](const VlanActionEntry& candidate) {
+  VlanActionEntry* entry = FirstOf(g_vlanAction, [&](const VlanActionEntry& candidate) {
     return candidate.rule.dir == rule.dir && candidate.rule.vlanActionIndex == rule.vlanActionIndex;
   });
   if (entry == nullptr) {

@@ -13,6 +13,7 @@
 
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
@@ -102,14 +103,14 @@ uint32_t BCM6838X_SetVlanEntry(uint32_t port, uint32_t vid) {
   if (g_vlanEntryCnt >= kVlanEntries) {
     return BCM6838X_FAILED;
   }
-  const uint32_t portBit = PortBit(port & 0xFF);
+  const uint32_t portBit = PortBit(UniPort(port));
   LeaveVlan(portBit);
   JoinVlan(static_cast<uint16_t>(vid), portBit);
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_GetVlanPorts(uint32_t vid, uint32_t* portMask, uint32_t* extra) {
-  if (portMask == nullptr || extra == nullptr) {
+  if (IsAnyNull(portMask, extra)) {
     return BCM6838X_INVALID;
   }
   for (size_t i = 0; i < g_vlanEntryCnt; ++i) {
@@ -123,7 +124,7 @@ uint32_t BCM6838X_GetVlanPorts(uint32_t vid, uint32_t* portMask, uint32_t* extra
 }
 
 uint32_t BCM6838X_GetFirstVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
-  if (vid == nullptr || portMask == nullptr || attr == nullptr) {
+  if (IsAnyNull(vid, portMask, attr)) {
     return BCM6838X_INVALID;
   }
   if (g_vlanEntryCnt == 0) {
@@ -134,7 +135,7 @@ uint32_t BCM6838X_GetFirstVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t*
 }
 
 uint32_t BCM6838X_GetNextVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
-  if (vid == nullptr || portMask == nullptr || attr == nullptr) {
+  if (IsAnyNull(vid, portMask, attr)) {
     return BCM6838X_INVALID;
   }
   ++g_vlanEntryGetCnt;

@@ -11,7 +11,9 @@
 
 #include "bcm6838x_vlan_internal.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_object.h"
 
 using namespace hal;
 
@@ -41,20 +43,9 @@ bool HasKey(const IngressFlowEntry& entry, const FlowKey& key) {
   return entry.vlanNum == key.vlanNum && entry.outerVid == key.vid;
 }
 
-/// The first entry for which `accepts` holds, or null.
-template <typename Predicate>
-IngressFlowEntry* FindEntry(Predicate accepts) {
-  for (IngressFlowEntry& entry : g_dsIngressClass) {
-    if (accepts(entry)) {
-      return &entry;
-    }
-  }
-  return nullptr;
-}
-
 /// The entry of a key whose flow is in the device, or null.
 IngressFlowEntry* FindInDevice(const FlowKey& key) {
-  return FindEntry([&](const IngressFlowEntry& entry) {
+  return FirstOf(g_dsIngressClass, [&](const IngressFlowEntry& entry) {
     return HasKey(entry, key) && entry.flowIndex != BRMGR_INDEX_NONE;
   });
 }
@@ -69,17 +60,11 @@ constexpr ResultWords kNormalWords = {0, 0};
 constexpr ResultWords kPerformanceWords = {1, 2};
 
 IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
-  IngressFlowRule flow = {};
+  IngressFlowRule flow = BeginFlow(BRMGR_DIR_DOWNSTREAM, ClassOf(key), BRMGR_FORWARD_PASS);
   flow.outerVid = key.vid == kAnyVid ? 0 : key.vid;
   flow.vlanNum = key.vlanNum;
-  flow.forward = BRMGR_FORWARD_PASS;
   flow.result104 = words.word104;
   flow.result108 = words.word108;
-  flow.dir = BRMGR_DIR_DOWNSTREAM;
-  flow.icIndex = ClassOf(key);
-  flow.flowIndex = BRMGR_INDEX_NONE;
-  flow.vlanActionIndex = BRMGR_INDEX_NONE;
-  flow.policer = BRMGR_INDEX_NONE;
   return flow;
 }
 
@@ -87,8 +72,8 @@ IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
 /// Without a free entry the flow stays in the device unrecorded, which is
 /// intended.
 int32_t RecordFlow(const IngressFlowRule& flow, const FlowKey& key, uint16_t references) {
-  IngressFlowEntry* entry =
-      FindEntry([](const IngressFlowEntry& candidate) { return candidate.outerVid == 0; });
+  IngressFlowEntry* entry = FirstOf(
+      g_dsIngressClass, [](const IngressFlowEntry& candidate) { return candidate.outerVid == 0; });
   if (entry == nullptr) {
     return kNoFlow;
   }
@@ -114,7 +99,7 @@ int32_t AddFlow(const char* function, const FlowKey& key, uint16_t references,
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s,%d, add ds ingress class vid %u  vlanNum %u\r\n",
              key.vid, key.vlanNum);
   IngressFlowEntry* pooled =
-      FindEntry([&](const IngressFlowEntry& entry) { return HasKey(entry, key); });
+      FirstOf(g_dsIngressClass, [&](const IngressFlowEntry& entry) { return HasKey(entry, key); });
   if (pooled != nullptr) {
     pooled->refCount += references;
     HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s,%d, add IC num %d\r\n", AsInt(pooled->refCount));

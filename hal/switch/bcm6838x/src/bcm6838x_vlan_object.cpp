@@ -8,6 +8,7 @@
 #include <platform_vos.h>
 
 #include "bcm6838x_vlan_internal.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
 
 using namespace hal;
@@ -77,22 +78,12 @@ void LogWanDel(const char* function, const WanRequest& request) {
 /// The first entry with that WAN VID, or null; 0 finds a free entry. The entries lie 32 kB apart,
 /// so that every step misses the cache; the shell lines of an operation cost far more.
 WanVlanEntry* FindWanEntry(uint16_t wanVid) {
-  for (WanVlanEntry& entry : g_wanVlan) {
-    if (entry.wanVid == wanVid) {
-      return &entry;
-    }
-  }
-  return nullptr;
+  return FirstOf(g_wanVlan, [wanVid](const WanVlanEntry& entry) { return entry.wanVid == wanVid; });
 }
 
 /// The first slot of a port's list that holds `vid`, or null; 0 finds a free slot.
 uint16_t* FindLanVid(WanVlanEntry& entry, uint32_t port, uint32_t vid) {
-  for (uint16_t& slot : entry.lanVid[port - 1]) {
-    if (slot == vid) {
-      return &slot;
-    }
-  }
-  return nullptr;
+  return FirstOf(entry.lanVid[port - 1], [vid](uint16_t slot) { return slot == vid; });
 }
 
 void RemoveLanVid(WanVlanEntry& entry, uint32_t port, uint32_t vid) {
@@ -148,12 +139,9 @@ void ExtendWanObject(const char* function, WanVlanEntry& entry, const WanRequest
 }
 
 LanVlanEntry* FindLanEntry(uint32_t port, uint32_t vid) {
-  for (LanVlanEntry& entry : g_lanVlan) {
-    if (entry.port == port && entry.vid == vid) {
-      return &entry;
-    }
-  }
-  return nullptr;
+  return FirstOf(g_lanVlan, [port, vid](const LanVlanEntry& entry) {
+    return entry.port == port && entry.vid == vid;
+  });
 }
 
 bool IsValidVid(const char* function, uint32_t vid) {

@@ -9,18 +9,19 @@
 
 #include "bcm6838x_vlan_config.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
 namespace {
 
-constexpr uint16_t kTpid = 0x8100;
-
 /// Whether the rules of a port depend on its VID and priority. Those of a port without a mode do
 /// not either, but the configuration is handed to the driver then too, which is intended.
 bool UsesPvid(const PortVlanInfo& info) {
-  return info.vlanMode != kVlanModeTransparent && info.vlanMode != kVlanModeZteTrunk;
+  return info.vlanMode != BCM6838X_VLAN_MODE_TRANSPARENT &&
+         info.vlanMode != BCM6838X_VLAN_MODE_ZTE_TRUNK;
 }
 
 /// Makes a change to a port's configuration, commits it, and brings the rules in line where they
@@ -49,25 +50,20 @@ constexpr Command<CtcModeRecord> kModeA = CommandOf<BRMGR_CMD_CTC_MODE_A>();
 constexpr Command<CtcModeRecord> kModeB = CommandOf<BRMGR_CMD_CTC_MODE_B>();
 
 constexpr CtcMode kCtcModes[] = {
-    {kVlanModeTransparent, kModeB, BCM6838X_SetVlanTransparent},
-    {kVlanModeTag, kModeA, BCM6838X_SetVlanTag},
-    {kVlanModeTranslation, kModeA, BCM6838X_SetVlanTranslation},
-    {kVlanModeTranslation2, kModeA, BCM6838X_SetVlanTranslation},
-    {kVlanModeTrunk, kModeA, BCM6838X_SetVlanTrunk},
-    {kVlanModeHybrid, kModeA, BCM6838X_SetVlanTrunk},
-    {kVlanModeZteTrunk, kModeA, BCM6838X_SetZteVlanTrunk},
-    {kVlanModeZteStacking, kModeB, BCM6838X_SetZteStacking},
-    {kVlanModeBdcomStacking, kModeA, BCM6838X_SetBdcomStacking},
+    {BCM6838X_VLAN_MODE_TRANSPARENT, kModeB, BCM6838X_SetVlanTransparent},
+    {BCM6838X_VLAN_MODE_TAG, kModeA, BCM6838X_SetVlanTag},
+    {BCM6838X_VLAN_MODE_TRANSLATION, kModeA, BCM6838X_SetVlanTranslation},
+    {BCM6838X_VLAN_MODE_TRANSLATION_2, kModeA, BCM6838X_SetVlanTranslation},
+    {BCM6838X_VLAN_MODE_TRUNK, kModeA, BCM6838X_SetVlanTrunk},
+    {BCM6838X_VLAN_MODE_HYBRID, kModeA, BCM6838X_SetVlanTrunk},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, kModeA, BCM6838X_SetZteVlanTrunk},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, kModeB, BCM6838X_SetZteStacking},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, kModeA, BCM6838X_SetBdcomStacking},
 };
 
 /// What a code does, or null for a code that names no mode.
 const CtcMode* FindCtcMode(uint32_t code) {
-  for (const CtcMode& mode : kCtcModes) {
-    if (mode.code == code) {
-      return &mode;
-    }
-  }
-  return nullptr;
+  return FirstOf(kCtcModes, [code](const CtcMode& mode) { return mode.code == code; });
 }
 
 /// Tells the driver that a command concerns a port.
@@ -80,7 +76,7 @@ uint32_t NamePort(Command<CtcModeRecord> command, uint32_t port) {
 }  // namespace
 
 uint32_t BCM6838X_SetPortPvid(uint32_t port, uint32_t pvid) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   const auto value = static_cast<uint16_t>(pvid);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%u, pvid=%u\r\n", uni, value);
   PortVlanInfo* info = FindVlanInfo(__func__, uni);
@@ -99,7 +95,7 @@ uint32_t BCM6838X_SetPortPvid(uint32_t port, uint32_t pvid) {
 }
 
 uint32_t BCM6838X_SetPortPriority(uint32_t port, uint32_t priority) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   const auto value = static_cast<uint8_t>(priority);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%u, pri=%u\r\n", uni, value);
   PortVlanInfo* info = FindVlanInfo(__func__, uni);
@@ -114,7 +110,7 @@ uint32_t BCM6838X_SetPortPriority(uint32_t port, uint32_t priority) {
 }
 
 uint32_t BCM6838X_SetPortCtcMode(uint32_t port, uint32_t mode, ...) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   const CtcMode* ctcMode = FindCtcMode(mode);
   if (ctcMode == nullptr) {
     return NamePort(kModeA, uni);  // no table is touched, so that any port will do

@@ -17,9 +17,6 @@ namespace hal {
 /// Size of g_BoardId: an identifier of up to 16 characters and its terminating zero.
 constexpr uint32_t kBoardIdSize = 17;
 
-/// The platform's feature switch that enables frame capture and the data path's own MAC aging.
-constexpr uint32_t kCaptureFeature = 27;
-
 extern "C" {
 extern int32_t sgHwDevFd;             ///< descriptor of "BrmgrDev"; below 1 when not open
 extern int32_t g_SwitchPerformance;   ///< 1 in performance mode, else 0

@@ -49,6 +49,13 @@ struct FrameView {
   }
 };
 
+/// The frame of an event other than those of multicast, of which `length` bytes are readable. It
+/// begins two bytes behind the start of the data field, which is intended.
+constexpr const uint8_t* FrameOf(const BrmgrEvent& event) {
+  constexpr uint32_t kSkipped = 2;
+  return event.data + kSkipped;
+}
+
 /// Fields of a tag control word.
 constexpr uint32_t TagVid(uint32_t tci) {
   return tci & 0x0FFF;

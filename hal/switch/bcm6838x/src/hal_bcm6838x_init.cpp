@@ -18,6 +18,8 @@
 
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_platform.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
@@ -38,7 +40,7 @@ void PrintPerformanceBanner() {
 }
 
 void SetAllPortsDown() {
-  for (uint32_t port = 1; port <= HC_GetEthPortNum(); ++port) {
+  for (const uint32_t port : EthPorts()) {
     BCM6838X_SetPortAdminState(port, 0);
   }
 }

@@ -75,8 +75,7 @@ uint32_t BCM6838X_IsMldPacket(const uint8_t* frame, uint32_t length) {
   constexpr uint32_t kMargin = 25;
   /// Type field and tags, IPv6 header and margin: what is shorter holds no MLD message.
   constexpr uint32_t kShortest = 40 + kMargin + 1;
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return 0;
   }
   FrameView rest = {frame, length & 0xFFFF};
@@ -123,16 +122,14 @@ bool hal::IsPppoeFrame(FrameView frame) {
 }
 
 uint32_t BCM6838X_IsDHCPProtocol(const uint8_t* frame) {
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return 0;
   }
   return IsDhcpFrame({frame, kFrameCapacity}) ? 1 : 0;
 }
 
 uint32_t BCM6838X_IsPPPoEProtocol(const uint8_t* frame) {
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return 0;
   }
   return IsPppoeFrame({frame, kFrameCapacity}) ? 1 : 0;

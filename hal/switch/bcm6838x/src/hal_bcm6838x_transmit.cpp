@@ -12,6 +12,7 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
@@ -94,12 +95,11 @@ uint32_t BCM6838X_RdpaSendIgmpPkt(const RdpaPkt* desc) {
 
 uint32_t BCM6838X_SendPacket(const uint8_t* frame, uint32_t length, uint32_t /*vlan*/,
                              uint32_t /*srcPort*/, uint32_t desPort) {
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return BCM6838X_OK;
   }
   const FrameView view = {frame, length & 0xFFFF};
-  const uint32_t port = desPort & 0xFF;
+  const uint32_t port = UniPort(desPort);
   if (IsBridgeFrame(view)) {
     const RelayPkt record = MakeRelay(view, port, kBpduSize);
     BCM6838X_SendBpduPkt(&record);
