@@ -48,7 +48,7 @@ bool IsValid(const char* function, const WanRequest& request) {
     HAL_LOG_AS(function, LOG_LEVEL_TRACE, "[%s %d] lanVid is 0 or 4096\r\n");
     return false;
   }
-  if (!IsWithin(request.port, kUniPorts)) {
+  if (!IsInTables(request.port)) {
     HAL_LOG_AS(function, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", request.port);
     return false;
   }
