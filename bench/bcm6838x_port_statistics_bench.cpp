@@ -24,19 +24,13 @@ constexpr std::uint32_t kPorts = 4;
 using Getter = std::uint32_t (*)(std::uint32_t port, std::uint32_t* out);
 
 /// The getters of frames; those of octets differ in their result.
-constexpr std::array<Getter, 22> kGetters = {
-    BCM6838X_GetPortStatisticsRxUnicastPackets,   BCM6838X_GetPortStatisticsRxMulticastPackets,
-    BCM6838X_GetPortStatisticsRxBroadcastPackets, BCM6838X_GetPortStatisticsRxErrorPackets,
-    BCM6838X_GetPortStatisticsRxDiscardPackets,   BCM6838X_GetPortStatisticsRx64Octets,
-    BCM6838X_GetPortStatisticsRx65to127Octets,    BCM6838X_GetPortStatisticsRx128to255Octets,
-    BCM6838X_GetPortStatisticsRx256to511Octets,   BCM6838X_GetPortStatisticsRx512to1023Octets,
-    BCM6838X_GetPortStatisticsRx1024to1518Octets, BCM6838X_GetPortStatisticsTxUnicastPackets,
-    BCM6838X_GetPortStatisticsTxMulticastPackets, BCM6838X_GetPortStatisticsTxBroadcastPackets,
-    BCM6838X_GetPortStatisticsTxErrorPackets,     BCM6838X_GetPortStatisticsTxDiscardPackets,
-    BCM6838X_GetPortStatisticsTx64Octets,         BCM6838X_GetPortStatisticsTx65to127Octets,
-    BCM6838X_GetPortStatisticsTx128to255Octets,   BCM6838X_GetPortStatisticsTx256to511Octets,
-    BCM6838X_GetPortStatisticsTx512to1023Octets,  BCM6838X_GetPortStatisticsTx1024to1518Octets,
-};
+#define GETTER_uint32_t(name) BCM6838X_GetPortStatistics##name,
+#define GETTER_Counter64(name)
+#define GETTER(name, type, ...) GETTER_##type(name)
+constexpr std::array<Getter, 22> kGetters = {BCM6838X_COUNTER_LIST(GETTER)};
+#undef GETTER
+#undef GETTER_Counter64
+#undef GETTER_uint32_t
 
 /// The commands that reading all counters takes without the library.
 constexpr std::uint32_t kReadsOfAll = kPorts * (kGetters.size() + 2);

@@ -11,6 +11,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <bcm6838x_vlan_port.h>
 #include <hal_bcm6838x.h>
 
 extern "C" {
@@ -51,7 +52,9 @@ void Require(bool condition) {
 }
 
 void ConfigurePorts(Input& input) {
-  constexpr std::array<std::uint32_t, 12> kModes = {0, 1, 2, 3, 4, 19, 20, 160, 253, 255, 7, 256};
+#define TAKE_CODE(code, name, text) code,
+  constexpr std::array<std::uint32_t, 12> kModes = {BCM6838X_VLAN_MODE_LIST(TAKE_CODE) 7, 256};
+#undef TAKE_CODE
   constexpr std::array<std::size_t, 4> kPlaces = {0, 63, 64, 511};
   std::memset(g_PortVlanInfo, 0, sizeof(g_PortVlanInfo));
   for (std::size_t port = 0; port < PLATFORM_ETH_PORTS; ++port) {

@@ -8,6 +8,10 @@ void NobodysCall(const char* text);
 __attribute__((visibility("default"))) void FaultyOperation();
 }
 
+__attribute__((visibility("default"))) void StrayFunction();
+
+void StrayFunction() {}
+
 void FaultyOperation() {
   NobodysCall("hal/switch/bcm6838x/src/nowhere.cpp");
   // Not __FILE__: a compiler cache may hand the compiler a relative path.

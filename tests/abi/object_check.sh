@@ -6,6 +6,7 @@
 #   object_check.sh exports OBJECT OPERATIONS      exports what the list marks as built, nothing else
 #   object_check.sh undefined OBJECT CALLS         imports the listed calls and the C library's names
 #   object_check.sh runtime OBJECT|ARCHIVE         imports nothing of the C++ run-time library
+#   object_check.sh namespace OBJECT|ARCHIVE NAME  defines no C++ name outside the namespace
 #   object_check.sh state ARCHIVE VARIABLES        defines the listed variables, of the listed sizes
 #   object_check.sh source_paths OBJECT ROOT       names sources as they lie under the root
 #   object_check.sh build_paths OBJECT DIRECTORY   holds no path into the directory
@@ -74,6 +75,15 @@ check_runtime() {
   grep -E '^(_Z|__cxa_|__gxx_|_Unwind_)' "$scratch/imported" |
     grep -vE '^__cxa_finalize(@[^ ]*)? w$' | cut -d ' ' -f 1 | grep -vxFf "$scratch/own" |
     report "imported from the C++ run-time library"
+}
+
+check_namespace() {
+  symbols "$scratch/defined" -g --defined-only
+  cut -d ' ' -f 1 "$scratch/defined" | grep '^_Z' >"$scratch/found" ||
+    die "$object defines no C++ name"
+  # A mangled name in a namespace begins with the lengths and names around it, behind Z where it is
+  # local to a function and behind K where it is a member that changes nothing.
+  grep -vE "^_ZZ?NK?${#1}$1[0-9IL]" "$scratch/found" | report "defined outside the namespace $1"
 }
 
 check_state() {

@@ -23,6 +23,7 @@ target_compile_definitions(
 
 add_object_check(runtime hal_bcm6838x)
 add_object_check(runtime hal_bcm6838x_static)
+add_object_check(namespace hal_bcm6838x_static hal)
 add_object_check(state hal_bcm6838x_static ${state})
 add_object_check(source_paths hal_bcm6838x ${PROJECT_SOURCE_DIR})
 
@@ -30,6 +31,7 @@ add_faulty_object_check(
   exports
   "exported, not marked as built: FaultyOperation;marked as built, not exported: BCM6838X_Init"
   ${operations})
+add_faulty_object_check(namespace "defined outside the namespace hal: _Z.*StrayFunction" hal)
 add_faulty_object_check(needed "expected libc.so.6 alone, needs: libstdc")
 add_faulty_object_check(runtime "imported from the C.. run-time library: __cxa_throw")
 add_faulty_object_check(state "not a global variable of that size: sgHwDevFd 4" ${state})

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <bcm6838x_vlan_port.h>
+
 #include "consistency/consistency.h"
 
 namespace virtual_onu {
@@ -67,11 +69,16 @@ std::unique_ptr<PortVlanInfo> Configured(std::uint32_t mode) {
 
 TEST(ConfigurationCheck, FlowsOfEachMode_AreItsConfiguration) {
   const std::vector<Case> cases = {
-      {0, {{0, 0}, {1, 0}, {2, 0}}}, {1, {{0, 0}}},
-      {2, {{0, 0}, {1, 10}}},        {3, {{0, 0}, {1, 10}}},
-      {4, {{0, 0}, {1, 200}}},       {19, {{1, 200}}},
-      {20, {{0, 0}, {1, 200}}},      {160, {{0, 0}, {1, 0}}},
-      {253, {{0, 0}, {1, 11}}},      {255, {}},
+      {BCM6838X_VLAN_MODE_TRANSPARENT, {{0, 0}, {1, 0}, {2, 0}}},
+      {BCM6838X_VLAN_MODE_TAG, {{0, 0}}},
+      {BCM6838X_VLAN_MODE_TRANSLATION, {{0, 0}, {1, 10}}},
+      {BCM6838X_VLAN_MODE_TRANSLATION_2, {{0, 0}, {1, 10}}},
+      {BCM6838X_VLAN_MODE_TRUNK, {{0, 0}, {1, 200}}},
+      {BCM6838X_VLAN_MODE_ZTE_TRUNK, {{1, 200}}},
+      {BCM6838X_VLAN_MODE_HYBRID, {{0, 0}, {1, 200}}},
+      {BCM6838X_VLAN_MODE_ZTE_STACKING, {{0, 0}, {1, 0}}},
+      {BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0, 0}, {1, 11}}},
+      {BCM6838X_VLAN_MODE_NONE, {}},
   };
   for (const Case& row : cases) {
     EXPECT_THAT(CompareWithConfiguration(*Configured(row.mode), kUni, ChipWith(row.flows)),

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include <bcm6838x_vlan_port.h>
+
 namespace virtual_onu {
 namespace {
 
@@ -60,45 +62,45 @@ struct Case {
 };
 
 const std::vector<Case> kCases = {
-    {0, {}, "pass"},
-    {0, {999}, "pass"},
-    {0, {500, 11}, "pass"},
-    {1, {}, "drop"},
-    {1, {100}, "pop"},
-    {1, {200}, "drop"},
-    {1, {100, 10}, "drop"},
-    {2, {}, "drop"},
-    {2, {100}, "pop"},
-    {2, {110}, "pass"},
-    {2, {10}, "drop"},
-    {2, {110, 10}, "drop"},
-    {3, {110}, "pass"},
-    {3, {10}, "drop"},
-    {4, {}, "drop"},
-    {4, {100}, "pop"},
-    {4, {200}, "pass"},
-    {4, {300}, "drop"},
-    {4, {200, 10}, "drop"},
-    {19, {}, "drop"},
-    {19, {100}, "drop"},
-    {19, {200}, "pass"},
-    {19, {200, 10}, "drop"},
-    {20, {100}, "pop"},
-    {20, {200}, "pass"},
-    {20, {300}, "drop"},
-    {160, {}, "drop"},
-    {160, {100}, "pop"},
-    {160, {100, 10}, "pop"},
-    {160, {200}, "drop"},
-    {160, {100, 1, 2}, "drop"},
-    {253, {}, "drop"},
-    {253, {100}, "pop"},
-    {253, {500}, "drop"},
-    {253, {500, 10}, "pop"},
-    {253, {500, 11}, "drop"},
-    {253, {501, 10}, "drop"},
-    {255, {}, "drop"},
-    {255, {100}, "drop"},
+    {BCM6838X_VLAN_MODE_TRANSPARENT, {}, "pass"},
+    {BCM6838X_VLAN_MODE_TRANSPARENT, {999}, "pass"},
+    {BCM6838X_VLAN_MODE_TRANSPARENT, {500, 11}, "pass"},
+    {BCM6838X_VLAN_MODE_TAG, {}, "drop"},
+    {BCM6838X_VLAN_MODE_TAG, {100}, "pop"},
+    {BCM6838X_VLAN_MODE_TAG, {200}, "drop"},
+    {BCM6838X_VLAN_MODE_TAG, {100, 10}, "drop"},
+    {BCM6838X_VLAN_MODE_TRANSLATION, {}, "drop"},
+    {BCM6838X_VLAN_MODE_TRANSLATION, {100}, "pop"},
+    {BCM6838X_VLAN_MODE_TRANSLATION, {110}, "pass"},
+    {BCM6838X_VLAN_MODE_TRANSLATION, {10}, "drop"},
+    {BCM6838X_VLAN_MODE_TRANSLATION, {110, 10}, "drop"},
+    {BCM6838X_VLAN_MODE_TRANSLATION_2, {110}, "pass"},
+    {BCM6838X_VLAN_MODE_TRANSLATION_2, {10}, "drop"},
+    {BCM6838X_VLAN_MODE_TRUNK, {}, "drop"},
+    {BCM6838X_VLAN_MODE_TRUNK, {100}, "pop"},
+    {BCM6838X_VLAN_MODE_TRUNK, {200}, "pass"},
+    {BCM6838X_VLAN_MODE_TRUNK, {300}, "drop"},
+    {BCM6838X_VLAN_MODE_TRUNK, {200, 10}, "drop"},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, {}, "drop"},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, {100}, "drop"},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, {200}, "pass"},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, {200, 10}, "drop"},
+    {BCM6838X_VLAN_MODE_HYBRID, {100}, "pop"},
+    {BCM6838X_VLAN_MODE_HYBRID, {200}, "pass"},
+    {BCM6838X_VLAN_MODE_HYBRID, {300}, "drop"},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, {}, "drop"},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, {100}, "pop"},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, {100, 10}, "pop"},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, {200}, "drop"},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, {100, 1, 2}, "drop"},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, {}, "drop"},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, {100}, "pop"},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, {500}, "drop"},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, {500, 10}, "pop"},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, {500, 11}, "drop"},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, {501, 10}, "drop"},
+    {BCM6838X_VLAN_MODE_NONE, {}, "drop"},
+    {BCM6838X_VLAN_MODE_NONE, {100}, "drop"},
     {7, {100}, "drop"},
 };
 
@@ -141,8 +143,8 @@ TEST(PortVlanRule, StackingEntry_CountsOnlyWhereItsPortBuildsIt) {
 }
 
 TEST(PortVlanRule, ModeNames_AreWords) {
-  EXPECT_EQ(VlanModeName(0), "transparent");
-  EXPECT_EQ(VlanModeName(160), "ZTE stacking");
+  EXPECT_EQ(VlanModeName(BCM6838X_VLAN_MODE_TRANSPARENT), "transparent");
+  EXPECT_EQ(VlanModeName(BCM6838X_VLAN_MODE_ZTE_STACKING), "ZTE stacking");
   EXPECT_EQ(VlanModeName(kModeNone), "none");
   EXPECT_EQ(VlanModeName(7), "mode 7");
 }

@@ -203,19 +203,19 @@ struct ModeRow {
 };
 
 constexpr std::array<ModeRow, 13> kModes = {{
-    {0, 1, false},
-    {1, 1, true},
-    {2, 1, true},
-    {3, 1, true},
-    {4, 1, true},
-    {19, 1, true},
-    {20, 1, true},
-    {160, 1, false},
-    {253, 1, true},
-    {255, 1, true},
-    {1, 0, false},
-    {1, 2, false},
-    {1, 7, false},
+    {BCM6838X_VLAN_MODE_TRANSPARENT, 1, false},
+    {BCM6838X_VLAN_MODE_TAG, 1, true},
+    {BCM6838X_VLAN_MODE_TRANSLATION, 1, true},
+    {BCM6838X_VLAN_MODE_TRANSLATION_2, 1, true},
+    {BCM6838X_VLAN_MODE_TRUNK, 1, true},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, 1, true},
+    {BCM6838X_VLAN_MODE_HYBRID, 1, true},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, 1, false},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, 1, true},
+    {BCM6838X_VLAN_MODE_NONE, 1, true},
+    {BCM6838X_VLAN_MODE_TAG, 0, false},
+    {BCM6838X_VLAN_MODE_TAG, 2, false},
+    {BCM6838X_VLAN_MODE_TAG, 7, false},
 }};
 
 TEST_F(McastVlanTest, AddAndDelVlan_EveryMode_TouchTheObjectsOrOnlyTheTable) {
@@ -418,7 +418,8 @@ TEST_F(McastVlanTest, SetMode_KeepAgain_AddsTheVlansAgain) {
 
 TEST_F(McastVlanTest, SetMode_TransparentOrZteStacking_LeavesTheObjectsAlone) {
   int modes = 0;
-  for (const std::uint32_t vlanMode : {0U, 160U}) {
+  for (const std::uint32_t vlanMode :
+       {BCM6838X_VLAN_MODE_TRANSPARENT, BCM6838X_VLAN_MODE_ZTE_STACKING}) {
     g_PortVlanInfo[1].vlanMode = vlanMode;
     BCM6838X_AddIgmpVlan(2, 100);
     BCM6838X_SetMulticastVlanMode(2, 2);

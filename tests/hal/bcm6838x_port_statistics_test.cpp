@@ -1,6 +1,7 @@
 /// @file
 /// Tests of the port counters: which words of the record each getter reads, the baseline of a
 /// clear, the table of all ports, ports out of range, refusals.
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -96,6 +98,17 @@ const std::vector<Getter> kGetters = {
     MakeGetter(GETTER(Tx1024to1518Octets), "Tx1024to1518Octets", {33}),
 };
 #undef GETTER
+
+TEST(PortStatistics, EveryCounter_IsTested) {
+  std::vector<std::string> listed;
+#define NOTE_COUNTER(name, ...) listed.emplace_back(#name);
+  BCM6838X_COUNTER_LIST(NOTE_COUNTER)
+#undef NOTE_COUNTER
+  std::vector<std::string> tested;
+  std::ranges::transform(kGetters, std::back_inserter(tested), &Getter::name);
+  EXPECT_EQ(listed.size(), 24U);
+  EXPECT_EQ(tested, listed);
+}
 
 /// A value that no other word of the unit has, and that no sum of words has by chance.
 std::uint32_t Unique(std::uint32_t uni, std::size_t word) {

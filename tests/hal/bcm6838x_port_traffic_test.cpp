@@ -28,19 +28,14 @@ constexpr std::uint32_t kPorts = 4;
 using Getter = std::uint32_t (*)(std::uint32_t port, std::uint32_t* out);
 using Counted = std::map<std::string, std::uint64_t>;
 
-#define GETTER(name) \
-  { #name, BCM6838X_GetPortStatistics##name }
-const std::map<std::string, Getter> kGetters = {
-    GETTER(RxUnicastPackets),   GETTER(RxMulticastPackets), GETTER(RxBroadcastPackets),
-    GETTER(RxErrorPackets),     GETTER(RxDiscardPackets),   GETTER(Rx64Octets),
-    GETTER(Rx65to127Octets),    GETTER(Rx128to255Octets),   GETTER(Rx256to511Octets),
-    GETTER(Rx512to1023Octets),  GETTER(Rx1024to1518Octets), GETTER(TxUnicastPackets),
-    GETTER(TxMulticastPackets), GETTER(TxBroadcastPackets), GETTER(TxErrorPackets),
-    GETTER(TxDiscardPackets),   GETTER(Tx64Octets),         GETTER(Tx65to127Octets),
-    GETTER(Tx128to255Octets),   GETTER(Tx256to511Octets),   GETTER(Tx512to1023Octets),
-    GETTER(Tx1024to1518Octets),
-};
+/// The getters of frames; those of octets differ in their result.
+#define GETTER_uint32_t(name) {#name, BCM6838X_GetPortStatistics##name},
+#define GETTER_Counter64(name)
+#define GETTER(name, type, ...) GETTER_##type(name)
+const std::map<std::string, Getter> kGetters = {BCM6838X_COUNTER_LIST(GETTER)};
 #undef GETTER
+#undef GETTER_Counter64
+#undef GETTER_uint32_t
 
 /// UNI port 1 forwards untagged frames to VLAN 100, and gets those of VLAN 100.
 class PortTrafficTest : public LibraryTest {

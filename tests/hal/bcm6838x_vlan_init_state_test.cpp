@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include <bcm6838x_vlan_port.h>
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
@@ -74,7 +75,7 @@ TEST_F(VlanInitStateTest, ClearsTheRecordsOfThePortsAndCommitsAll) {
   std::ranges::fill(g_PortVlanInfo, RecordOf(kFilling));
   EXPECT_EQ(BCM6838X_InitVlan(), 0U);
   PortVlanInfo none = {};
-  none.vlanMode = 255;
+  none.vlanMode = BCM6838X_VLAN_MODE_NONE;
   for (std::size_t i = 0; i < 32; ++i) {
     EXPECT_TRUE(AreEqual(g_PortVlanInfo[i], i < 4 ? none : RecordOf(kFilling))) << i;
     EXPECT_TRUE(AreEqual(g_oldPortVlanInfo[i], g_PortVlanInfo[i])) << i;

@@ -82,8 +82,8 @@ TEST_F(VlanPortStateTest, Commit_CopiesEveryByteOfEveryPort) {
   for (std::size_t i = 0; i < sizeof(g_PortVlanInfo); ++i) {
     bytes[i] = static_cast<std::uint8_t>(i % 251);
   }
-  g_PortVlanInfo[1].vlanMode = 255;
-  g_oldPortVlanInfo[1].vlanMode = 255;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_NONE;
+  g_oldPortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_NONE;
   BCM6838X_SetPortPriority(2, 5);
   EXPECT_TRUE(IsCommitted());
 }
@@ -95,7 +95,7 @@ TEST_F(VlanPortStateTest, Rebuild_SendsEveryByteOfTheTable) {
   for (std::size_t i = 0; i < sizeof(g_PortVlanInfo); ++i) {
     bytes[i] = static_cast<std::uint8_t>(i % 251);
   }
-  g_PortVlanInfo[0].vlanMode = 255;
+  g_PortVlanInfo[0].vlanMode = BCM6838X_VLAN_MODE_NONE;
   const std::vector<std::uint8_t> table = BytesOf(g_PortVlanInfo);
   forget();
   BCM6838X_RebuildVlanRule(1);
@@ -233,42 +233,43 @@ void DelHybridMode(std::uint32_t port, const PortVlanInfo& info) {
 }
 
 const std::array kModeRows = {
-    ModeRow{"Transparent", 0,
+    ModeRow{"Transparent", BCM6838X_VLAN_MODE_TRANSPARENT,
             [](std::uint32_t port, const PortVlanInfo&) { BCM6838X_AddUsTransparent(port); },
             [](std::uint32_t port, const PortVlanInfo&) { BCM6838X_DelUsTransparent(port); }},
-    ModeRow{"Tag", 1,
+    ModeRow{"Tag", BCM6838X_VLAN_MODE_TAG,
             [](std::uint32_t port, const PortVlanInfo& info) {
               BCM6838X_AddUsTag(port, info.pvid, info.priority);
             },
             [](std::uint32_t port, const PortVlanInfo& info) {
               BCM6838X_DelUsTag(port, info.pvid, info.priority);
             }},
-    ModeRow{"Translation", 2, AddTranslationMode, DelTranslationMode},
-    ModeRow{"SecondTranslation", 3, AddTranslationMode, DelTranslationMode},
-    ModeRow{"Trunk", 4, AddHybridMode, DelHybridMode},
-    ModeRow{"Hybrid", 20, AddHybridMode, DelHybridMode},
-    ModeRow{"ZteTrunk", 19,
+    ModeRow{"Translation", BCM6838X_VLAN_MODE_TRANSLATION, AddTranslationMode, DelTranslationMode},
+    ModeRow{"SecondTranslation", BCM6838X_VLAN_MODE_TRANSLATION_2, AddTranslationMode,
+            DelTranslationMode},
+    ModeRow{"Trunk", BCM6838X_VLAN_MODE_TRUNK, AddHybridMode, DelHybridMode},
+    ModeRow{"Hybrid", BCM6838X_VLAN_MODE_HYBRID, AddHybridMode, DelHybridMode},
+    ModeRow{"ZteTrunk", BCM6838X_VLAN_MODE_ZTE_TRUNK,
             [](std::uint32_t port, const PortVlanInfo& info) {
               BCM6838X_AddUsZTETrunk(port, info.trunkList);
             },
             [](std::uint32_t port, const PortVlanInfo& info) {
               BCM6838X_DelUsZTETrunk(port, info.trunkList);
             }},
-    ModeRow{"ZteStacking", 160,
+    ModeRow{"ZteStacking", BCM6838X_VLAN_MODE_ZTE_STACKING,
             [](std::uint32_t port, const PortVlanInfo& info) {
               BCM6838X_AddUsZTEStacking(port, info.pvid, info.priority);
             },
             [](std::uint32_t port, const PortVlanInfo& info) {
               BCM6838X_DelUsZTEStacking(port, info.pvid, info.priority);
             }},
-    ModeRow{"BdcomStacking", 253,
+    ModeRow{"BdcomStacking", BCM6838X_VLAN_MODE_BDCOM_STACKING,
             [](std::uint32_t port, const PortVlanInfo& info) {
               BCM6838X_AddUsBDCOMStacking(port, info.pvid, info.priority, info.stackingList);
             },
             [](std::uint32_t port, const PortVlanInfo& info) {
               BCM6838X_DelUsBDCOMStacking(port, info.pvid, info.priority, info.stackingList);
             }},
-    ModeRow{"None", 255, Nothing, Nothing},
+    ModeRow{"None", BCM6838X_VLAN_MODE_NONE, Nothing, Nothing},
     ModeRow{"Unknown5", 5, Nothing, Nothing},
     ModeRow{"Unknown256", 256, Nothing, Nothing},
     ModeRow{"UnknownWord", 0x04000000, Nothing, Nothing},

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <bcm6838x_vlan.h>
@@ -19,6 +20,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Pair;
 
 const std::string kPlace = "log 1 hal/switch/bcm6838x/src/bcm6838x_vlan_pvid.cpp ";
 
@@ -265,23 +267,43 @@ TEST_F(PortPvidTest, CtcMode_UnknownCodeOutOfRange_SendsTheLowByteOfThePortAndLo
   EXPECT_THAT(left(), ElementsAre(Sent("CTC_MODE_A", 0, WireRecord(1).u8(0, 0x21))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Codes, CtcModeTest,
-                         testing::Values(CtcCase{0, "SetVlanTransparent", 0, "CTC_MODE_B"},
-                                         CtcCase{1, "SetVlanTag", 1, "CTC_MODE_A"},
-                                         CtcCase{2, "SetVlanTranslation", 2, "CTC_MODE_A"},
-                                         CtcCase{3, "SetVlanTranslation", 2, "CTC_MODE_A"},
-                                         CtcCase{4, "SetVlanTrunk", 4, "CTC_MODE_A"},
-                                         CtcCase{20, "SetVlanTrunk", 4, "CTC_MODE_A"},
-                                         CtcCase{19, "SetZteVlanTrunk", 19, "CTC_MODE_A"},
-                                         CtcCase{160, "SetZteStacking", 160, "CTC_MODE_B"},
-                                         CtcCase{253, "SetBdcomStacking", 253, "CTC_MODE_A"},
-                                         CtcCase{7, nullptr, 255, "CTC_MODE_A"},
-                                         CtcCase{255, nullptr, 255, "CTC_MODE_A"},
-                                         CtcCase{0x100, nullptr, 255, "CTC_MODE_A"},
-                                         CtcCase{0xFFFFFFFF, nullptr, 255, "CTC_MODE_A"}),
-                         [](const testing::TestParamInfo<CtcCase>& test) {
-                           return "Code" + std::to_string(test.param.code);
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Codes, CtcModeTest,
+    testing::Values(
+        CtcCase{BCM6838X_VLAN_MODE_TRANSPARENT, "SetVlanTransparent",
+                BCM6838X_VLAN_MODE_TRANSPARENT, "CTC_MODE_B"},
+        CtcCase{BCM6838X_VLAN_MODE_TAG, "SetVlanTag", BCM6838X_VLAN_MODE_TAG, "CTC_MODE_A"},
+        CtcCase{BCM6838X_VLAN_MODE_TRANSLATION, "SetVlanTranslation",
+                BCM6838X_VLAN_MODE_TRANSLATION, "CTC_MODE_A"},
+        CtcCase{BCM6838X_VLAN_MODE_TRANSLATION_2, "SetVlanTranslation",
+                BCM6838X_VLAN_MODE_TRANSLATION, "CTC_MODE_A"},
+        CtcCase{BCM6838X_VLAN_MODE_TRUNK, "SetVlanTrunk", BCM6838X_VLAN_MODE_TRUNK, "CTC_MODE_A"},
+        CtcCase{BCM6838X_VLAN_MODE_HYBRID, "SetVlanTrunk", BCM6838X_VLAN_MODE_TRUNK, "CTC_MODE_A"},
+        CtcCase{BCM6838X_VLAN_MODE_ZTE_TRUNK, "SetZteVlanTrunk", BCM6838X_VLAN_MODE_ZTE_TRUNK,
+                "CTC_MODE_A"},
+        CtcCase{BCM6838X_VLAN_MODE_ZTE_STACKING, "SetZteStacking", BCM6838X_VLAN_MODE_ZTE_STACKING,
+                "CTC_MODE_B"},
+        CtcCase{BCM6838X_VLAN_MODE_BDCOM_STACKING, "SetBdcomStacking",
+                BCM6838X_VLAN_MODE_BDCOM_STACKING, "CTC_MODE_A"},
+        CtcCase{7, nullptr, BCM6838X_VLAN_MODE_NONE, "CTC_MODE_A"},
+        CtcCase{BCM6838X_VLAN_MODE_NONE, nullptr, BCM6838X_VLAN_MODE_NONE, "CTC_MODE_A"},
+        CtcCase{0x100, nullptr, BCM6838X_VLAN_MODE_NONE, "CTC_MODE_A"},
+        CtcCase{0xFFFFFFFF, nullptr, BCM6838X_VLAN_MODE_NONE, "CTC_MODE_A"}),
+    [](const testing::TestParamInfo<CtcCase>& test) {
+      return "Code" + std::to_string(test.param.code);
+    });
+
+// The other cases name the modes; this one holds their numbers, which the driver knows too.
+TEST(PortCtcMode, Modes_HaveTheirNumbers) {
+  std::vector<std::pair<std::string, std::uint32_t>> codes;
+#define NOTE_MODE(code, name, text) codes.emplace_back(#name, BCM6838X_VLAN_MODE_##name);
+  BCM6838X_VLAN_MODE_LIST(NOTE_MODE)
+#undef NOTE_MODE
+  EXPECT_THAT(codes, ElementsAre(Pair("TRANSPARENT", 0), Pair("TAG", 1), Pair("TRANSLATION", 2),
+                                 Pair("TRANSLATION_2", 3), Pair("TRUNK", 4), Pair("ZTE_TRUNK", 19),
+                                 Pair("HYBRID", 20), Pair("ZTE_STACKING", 160),
+                                 Pair("BDCOM_STACKING", 253), Pair("NONE", 255)));
+}
 
 TEST_F(PortPvidTest, CtcMode_TwentyThenFour_RebuildsOnce) {
   EXPECT_EQ(BCM6838X_SetPortCtcMode(2, 20), 0U);

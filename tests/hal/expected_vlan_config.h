@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string>
 
+#include <bcm6838x_vlan_port.h>
+
 #include "support/wire_record.h"
 
 namespace hal_test {
@@ -15,14 +17,14 @@ namespace hal_test {
 /// places in the lists from 0.
 class ExpectedVlanConfig {
  public:
-  static constexpr std::uint32_t kTransparent = 0;
-  static constexpr std::uint32_t kTag = 1;
-  static constexpr std::uint32_t kTranslation = 2;
-  static constexpr std::uint32_t kTrunk = 4;
-  static constexpr std::uint32_t kZteTrunk = 19;
-  static constexpr std::uint32_t kZteStacking = 160;
-  static constexpr std::uint32_t kBdcomStacking = 253;
-  static constexpr std::uint32_t kNone = 255;
+  static constexpr std::uint32_t kTransparent = BCM6838X_VLAN_MODE_TRANSPARENT;
+  static constexpr std::uint32_t kTag = BCM6838X_VLAN_MODE_TAG;
+  static constexpr std::uint32_t kTranslation = BCM6838X_VLAN_MODE_TRANSLATION;
+  static constexpr std::uint32_t kTrunk = BCM6838X_VLAN_MODE_TRUNK;
+  static constexpr std::uint32_t kZteTrunk = BCM6838X_VLAN_MODE_ZTE_TRUNK;
+  static constexpr std::uint32_t kZteStacking = BCM6838X_VLAN_MODE_ZTE_STACKING;
+  static constexpr std::uint32_t kBdcomStacking = BCM6838X_VLAN_MODE_BDCOM_STACKING;
+  static constexpr std::uint32_t kNone = BCM6838X_VLAN_MODE_NONE;
 
   /// As after the start of a unit with that number of ports.
   explicit ExpectedVlanConfig(std::uint32_t ethPorts = 4);

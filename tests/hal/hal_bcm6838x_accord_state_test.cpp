@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include <bcm6838x_vlan_port.h>
 #include <hal_bcm6838x.h>
 
 #include "packet_bytes.h"
@@ -126,23 +127,23 @@ const TagBytes kLast = {0x8100, 0x0014};   ///< VID 20, the last of every list
 TEST_F(AccordTest, Upstream_Transparent) {
   for (const Tags& tags :
        {Tags{}, Tags{kOther}, Tags{kOther, kFirst}, Tags{kServiceTag}, Tags{kServiceTag, kOther}}) {
-    up(0, tags, tags);
+    up(BCM6838X_VLAN_MODE_TRANSPARENT, tags, tags);
   }
   EXPECT_EQ(rows_, 5U);
 }
 
 TEST_F(AccordTest, Upstream_Tag) {
-  up(1, {}, Tags{kOwnTag});
-  up(1, {kServiceTag}, Tags{kOwnTag, kServiceTag});
-  up(1, {kOther}, kDropped);
-  up(1, {kOwnTag}, kDropped);
-  up(1, {{0x8100, 0}}, kDropped);
-  up(1, {kServiceTag, kOther}, kDropped);
+  up(BCM6838X_VLAN_MODE_TAG, {}, Tags{kOwnTag});
+  up(BCM6838X_VLAN_MODE_TAG, {kServiceTag}, Tags{kOwnTag, kServiceTag});
+  up(BCM6838X_VLAN_MODE_TAG, {kOther}, kDropped);
+  up(BCM6838X_VLAN_MODE_TAG, {kOwnTag}, kDropped);
+  up(BCM6838X_VLAN_MODE_TAG, {{0x8100, 0}}, kDropped);
+  up(BCM6838X_VLAN_MODE_TAG, {kServiceTag, kOther}, kDropped);
   EXPECT_THAT(left(), IsEmpty()) << "frames are dropped silently";
 }
 
 TEST_F(AccordTest, Upstream_TrunkAndHybrid) {
-  for (const std::uint32_t mode : {4U, 20U}) {
+  for (const std::uint32_t mode : {BCM6838X_VLAN_MODE_TRUNK, BCM6838X_VLAN_MODE_HYBRID}) {
     up(mode, {}, Tags{kOwnTag});
     up(mode, {kServiceTag}, Tags{kOwnTag, kServiceTag});
     up(mode, {kFirst}, Tags{kFirst});
@@ -156,28 +157,29 @@ TEST_F(AccordTest, Upstream_TrunkAndHybrid) {
     up(mode, {{0x8100, 0xE000}}, kDropped);
   }
   config_.trunkList[300] = {};
-  up(4, {{0x8100, 0xE000}}, Tags{{0x8100, 0xE000}});
-  up(4, {}, Tags{kOwnTag});
+  up(BCM6838X_VLAN_MODE_TRUNK, {{0x8100, 0xE000}}, Tags{{0x8100, 0xE000}});
+  up(BCM6838X_VLAN_MODE_TRUNK, {}, Tags{kOwnTag});
   EXPECT_EQ(rows_, 24U);
 }
 
 TEST_F(AccordTest, Upstream_ZteTrunk) {
-  up(19, {}, kDropped);
-  up(19, {kServiceTag}, kDropped);
-  up(19, {kFirst}, Tags{kFirst});
-  up(19, {kLast}, Tags{kLast});
-  up(19, {kOther}, kDropped);
+  up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {}, kDropped);
+  up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kServiceTag}, kDropped);
+  up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kFirst}, Tags{kFirst});
+  up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kLast}, Tags{kLast});
+  up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kOther}, kDropped);
   for (const std::size_t place : {std::size_t{0}, std::size_t{511}}) {
     FillLists(config_);
     config_.trunkList[place] = {};
-    up(19, {}, Tags{});
-    up(19, {kServiceTag}, Tags{kServiceTag});
+    up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {}, Tags{});
+    up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kServiceTag}, Tags{kServiceTag});
   }
   EXPECT_EQ(rows_, 9U);
 }
 
 TEST_F(AccordTest, Upstream_Translation) {
-  for (const std::uint32_t mode : {2U, 3U}) {
+  for (const std::uint32_t mode :
+       {BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2}) {
     up(mode, {}, Tags{kOwnTag});
     up(mode, {kServiceTag}, Tags{kOwnTag, kServiceTag});
     up(mode, {kFirst}, Tags{{0x8100, 0xC000 | 200}});
@@ -193,27 +195,28 @@ TEST_F(AccordTest, Upstream_Translation) {
 }
 
 TEST_F(AccordTest, Upstream_ZteStacking) {
-  up(160, {}, Tags{kOwnTag});
-  up(160, {kServiceTag}, Tags{kOwnTag, kServiceTag});
-  up(160, {kOther}, Tags{kOwnTag, kOther});
-  up(160, {kOwnTag}, Tags{kOwnTag, kOwnTag});
-  up(160, {kServiceTag, kOther}, Tags{kOwnTag, kServiceTag, kOther});
-  up(160, {kOther, kFirst}, Tags{kOwnTag, kOther, kFirst});
+  up(BCM6838X_VLAN_MODE_ZTE_STACKING, {}, Tags{kOwnTag});
+  up(BCM6838X_VLAN_MODE_ZTE_STACKING, {kServiceTag}, Tags{kOwnTag, kServiceTag});
+  up(BCM6838X_VLAN_MODE_ZTE_STACKING, {kOther}, Tags{kOwnTag, kOther});
+  up(BCM6838X_VLAN_MODE_ZTE_STACKING, {kOwnTag}, Tags{kOwnTag, kOwnTag});
+  up(BCM6838X_VLAN_MODE_ZTE_STACKING, {kServiceTag, kOther}, Tags{kOwnTag, kServiceTag, kOther});
+  up(BCM6838X_VLAN_MODE_ZTE_STACKING, {kOther, kFirst}, Tags{kOwnTag, kOther, kFirst});
 }
 
 TEST_F(AccordTest, Upstream_BdcomStacking) {
-  up(253, {}, Tags{kOwnTag});
-  up(253, {kServiceTag}, Tags{kOwnTag, kServiceTag});
-  up(253, {kFirst}, Tags{{0x8100, 300}, kFirst});
-  up(253, {kLast}, Tags{{0x8100, 320}, kLast});
-  up(253, {{0x8100, 30}}, Tags{{0x8100, 302}, {0x8100, 30}});
-  up(253, {{0x8100, 40}}, kDropped);
-  up(253, {kOther}, kDropped);
-  up(253, {{0x8100, 300}}, kDropped);
-  up(253, {kServiceTag, kOther}, Tags{{0x8100, 300}, kServiceTag, kOther});
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {}, Tags{kOwnTag});
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kServiceTag}, Tags{kOwnTag, kServiceTag});
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kFirst}, Tags{{0x8100, 300}, kFirst});
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kLast}, Tags{{0x8100, 320}, kLast});
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0x8100, 30}}, Tags{{0x8100, 302}, {0x8100, 30}});
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0x8100, 40}}, kDropped);
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kOther}, kDropped);
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0x8100, 300}}, kDropped);
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kServiceTag, kOther},
+     Tags{{0x8100, 300}, kServiceTag, kOther});
   config_.stackingList[0].cvid = 0x1000 | 10;
   config_.stackingList[256].cvid = 0x10000 | 10;
-  up(253, {kFirst}, kDropped);
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kFirst}, kDropped);
 }
 
 TEST_F(AccordTest, OtherModes_DropWithALogLine) {
@@ -232,13 +235,13 @@ TEST_F(AccordTest, OtherModes_DropWithALogLine) {
 
 TEST_F(AccordTest, Downstream_Transparent) {
   for (const Tags& tags : {Tags{}, Tags{kOther}, Tags{kOwnTag}, Tags{kServiceTag, kOther}}) {
-    down(0, tags, tags);
+    down(BCM6838X_VLAN_MODE_TRANSPARENT, tags, tags);
   }
   EXPECT_EQ(rows_, 4U);
 }
 
 TEST_F(AccordTest, Downstream_TagAndZteStacking) {
-  for (const std::uint32_t mode : {1U, 160U}) {
+  for (const std::uint32_t mode : {BCM6838X_VLAN_MODE_TAG, BCM6838X_VLAN_MODE_ZTE_STACKING}) {
     down(mode, {kOwnTag}, Tags{});
     down(mode, {{0x8100, 0xF000 | kPvid}}, Tags{});
     down(mode, {kOwnTag, kOther}, Tags{kOther});
@@ -254,7 +257,7 @@ TEST_F(AccordTest, Downstream_TagAndZteStacking) {
 }
 
 TEST_F(AccordTest, Downstream_TrunkAndHybrid) {
-  for (const std::uint32_t mode : {4U, 20U}) {
+  for (const std::uint32_t mode : {BCM6838X_VLAN_MODE_TRUNK, BCM6838X_VLAN_MODE_HYBRID}) {
     FillLists(config_);
     down(mode, {kOwnTag}, Tags{});
     down(mode, {kOwnTag, kOther}, Tags{kOther});
@@ -274,19 +277,20 @@ TEST_F(AccordTest, Downstream_TrunkAndHybrid) {
 }
 
 TEST_F(AccordTest, Downstream_ZteTrunk) {
-  down(19, {kFirst}, Tags{kFirst});
-  down(19, {kLast}, Tags{kLast});
-  down(19, {kOwnTag}, kDropped);
-  down(19, {kOther}, kDropped);
-  down(19, {}, kDropped);
+  down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kFirst}, Tags{kFirst});
+  down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kLast}, Tags{kLast});
+  down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kOwnTag}, kDropped);
+  down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kOther}, kDropped);
+  down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {}, kDropped);
   config_.trunkList[0] = {};
-  down(19, {}, Tags{});
+  down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {}, Tags{});
   config_.trunkList[1].vid = kPvid;
-  down(19, {kOwnTag}, Tags{kOwnTag});
+  down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kOwnTag}, Tags{kOwnTag});
 }
 
 TEST_F(AccordTest, Downstream_Translation) {
-  for (const std::uint32_t mode : {2U, 3U}) {
+  for (const std::uint32_t mode :
+       {BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2}) {
     FillLists(config_);
     down(mode, {kOwnTag}, Tags{});
     down(mode, {{0x8100, 200}}, Tags{{0x8100, 0x2000 | 10}});
@@ -307,18 +311,18 @@ TEST_F(AccordTest, Downstream_Translation) {
 }
 
 TEST_F(AccordTest, Downstream_BdcomStacking) {
-  down(253, {kOwnTag, kFirst}, Tags{kFirst});
-  down(253, {{0x8100, 300}, kFirst}, Tags{kFirst});
-  down(253, {{0x8100, 0xE000 | 320}}, Tags{});
-  down(253, {{0x8100, 301}}, Tags{});
-  down(253, {{0x8100, 303}}, Tags{});
-  down(253, {{0x88A8, 300}, kFirst}, Tags{{0x88A8, 300}, kFirst});
-  down(253, {kFirst}, kDropped);
-  down(253, {kOther}, kDropped);
-  down(253, {}, kDropped);
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kOwnTag, kFirst}, Tags{kFirst});
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0x8100, 300}, kFirst}, Tags{kFirst});
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0x8100, 0xE000 | 320}}, Tags{});
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0x8100, 301}}, Tags{});
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0x8100, 303}}, Tags{});
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {{0x88A8, 300}, kFirst}, Tags{{0x88A8, 300}, kFirst});
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kFirst}, kDropped);
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kOther}, kDropped);
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {}, kDropped);
   config_.stackingList[0] = {};
-  down(253, {}, Tags{});
-  down(253, {kServiceTag}, Tags{kServiceTag});
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {}, Tags{});
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kServiceTag}, Tags{kServiceTag});
   EXPECT_EQ(rows_, 11U);
 }
 
@@ -326,31 +330,37 @@ TEST_F(AccordTest, Downstream_BdcomStacking) {
 const TagBytes kPriorityTag = {0x8100, 0xE000};
 
 TEST_F(AccordTest, FreeEntries_MatchPriorityTagsToo) {
-  for (const std::uint32_t mode : {2U, 3U}) {
+  for (const std::uint32_t mode :
+       {BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2}) {
     up(mode, {kPriorityTag}, kDropped);
     down(mode, {kPriorityTag}, kDropped);
   }
-  up(253, {kPriorityTag}, kDropped);
-  down(253, {kPriorityTag}, kDropped);
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kPriorityTag}, kDropped);
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kPriorityTag}, kDropped);
   config_.trunkList[511] = {};
   config_.translationList[511] = {};
   config_.stackingList[511] = {};
-  up(19, {kPriorityTag}, Tags{kPriorityTag});
-  for (const std::uint32_t mode : {4U, 19U, 20U}) {
+  up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kPriorityTag}, Tags{kPriorityTag});
+  for (const std::uint32_t mode :
+       {BCM6838X_VLAN_MODE_TRUNK, BCM6838X_VLAN_MODE_ZTE_TRUNK, BCM6838X_VLAN_MODE_HYBRID}) {
     down(mode, {kPriorityTag}, Tags{kPriorityTag});
   }
-  for (const std::uint32_t mode : {2U, 3U}) {
+  for (const std::uint32_t mode :
+       {BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2}) {
     up(mode, {kPriorityTag}, Tags{{0x8100, 0}});
     down(mode, {kPriorityTag, kOther}, Tags{{0x8100, 0}, kOther});
   }
-  up(253, {kPriorityTag}, kDropped);  // a free entry does not stack
-  down(253, {kPriorityTag, kOther}, Tags{kOther});
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kPriorityTag}, kDropped);  // a free entry does not stack
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {kPriorityTag, kOther}, Tags{kOther});
   EXPECT_EQ(rows_, 16U);
 }
 
 TEST_F(AccordTest, Downstream_PvidZero_IsThatOfPriorityTagsAndNotOfUntaggedFrames) {
   config_.pvid = 0;
-  for (const std::uint32_t mode : {1U, 160U, 4U, 20U, 2U, 3U, 253U}) {
+  for (const std::uint32_t mode :
+       {BCM6838X_VLAN_MODE_TAG, BCM6838X_VLAN_MODE_ZTE_STACKING, BCM6838X_VLAN_MODE_TRUNK,
+        BCM6838X_VLAN_MODE_HYBRID, BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2,
+        BCM6838X_VLAN_MODE_BDCOM_STACKING}) {
     down(mode, {kPriorityTag}, Tags{});
     down(mode, {}, kDropped);
     down(mode, {kServiceTag}, kDropped);
@@ -364,13 +374,17 @@ TEST_F(AccordTest, Lists_OfAnUnusedPort_MatchUntaggedFramesAlone) {
     config_.translationList[i] = {};
     config_.stackingList[i] = {};
   }
-  up(19, {}, Tags{});
-  up(19, {kFirst}, kDropped);
-  for (const std::uint32_t mode : {2U, 3U, 4U, 20U, 253U}) {
+  up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {}, Tags{});
+  up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kFirst}, kDropped);
+  for (const std::uint32_t mode :
+       {BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2, BCM6838X_VLAN_MODE_TRUNK,
+        BCM6838X_VLAN_MODE_HYBRID, BCM6838X_VLAN_MODE_BDCOM_STACKING}) {
     up(mode, {}, Tags{kOwnTag});
     up(mode, {kFirst}, kDropped);
   }
-  for (const std::uint32_t mode : {2U, 3U, 4U, 19U, 20U, 253U}) {
+  for (const std::uint32_t mode : {BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2,
+                                   BCM6838X_VLAN_MODE_TRUNK, BCM6838X_VLAN_MODE_ZTE_TRUNK,
+                                   BCM6838X_VLAN_MODE_HYBRID, BCM6838X_VLAN_MODE_BDCOM_STACKING}) {
     down(mode, {}, Tags{});
     down(mode, {kFirst}, kDropped);
   }
@@ -386,29 +400,29 @@ TEST_F(AccordTest, Lists_EveryPlaceIsFound) {
     config_.trunkList[i] = {0, 0, kWanted};
     config_.translationList[i] = {0, 0, 1, kWanted, 2, kWanted};
     config_.stackingList[i] = {0, {}, 2, kWanted, 0, kWanted};
-    up(4, {wanted}, Tags{wanted});
-    up(2, {wanted}, Tags{{0x8100, 0x4000 | kWanted}});
-    up(253, {wanted}, Tags{wanted, wanted});
-    down(19, {wanted}, Tags{wanted});
-    down(3, {wanted}, Tags{{0x8100, 0x2000 | kWanted}});
-    down(253, {wanted}, Tags{});
+    up(BCM6838X_VLAN_MODE_TRUNK, {wanted}, Tags{wanted});
+    up(BCM6838X_VLAN_MODE_TRANSLATION, {wanted}, Tags{{0x8100, 0x4000 | kWanted}});
+    up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {wanted}, Tags{wanted, wanted});
+    down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {wanted}, Tags{wanted});
+    down(BCM6838X_VLAN_MODE_TRANSLATION_2, {wanted}, Tags{{0x8100, 0x2000 | kWanted}});
+    down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {wanted}, Tags{});
     ++places;
   }
   EXPECT_EQ(places, 512U);
   FillLists(config_);
-  up(4, {wanted}, kDropped);
-  up(2, {wanted}, kDropped);
-  up(253, {wanted}, kDropped);
-  down(19, {wanted}, kDropped);
-  down(3, {wanted}, kDropped);
-  down(253, {wanted}, kDropped);
+  up(BCM6838X_VLAN_MODE_TRUNK, {wanted}, kDropped);
+  up(BCM6838X_VLAN_MODE_TRANSLATION, {wanted}, kDropped);
+  up(BCM6838X_VLAN_MODE_BDCOM_STACKING, {wanted}, kDropped);
+  down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {wanted}, kDropped);
+  down(BCM6838X_VLAN_MODE_TRANSLATION_2, {wanted}, kDropped);
+  down(BCM6838X_VLAN_MODE_BDCOM_STACKING, {wanted}, kDropped);
 }
 
 TEST_F(AccordTest, Lists_OfOtherPorts_DoNotCount) {
-  config_.vlanMode = 4;
-  g_PortVlanInfo[0].vlanMode = 4;
+  config_.vlanMode = BCM6838X_VLAN_MODE_TRUNK;
+  g_PortVlanInfo[0].vlanMode = BCM6838X_VLAN_MODE_TRUNK;
   g_PortVlanInfo[0].trunkList[0].vid = 5;
-  g_PortVlanInfo[2].vlanMode = 4;
+  g_PortVlanInfo[2].vlanMode = BCM6838X_VLAN_MODE_TRUNK;
   g_PortVlanInfo[2].trunkList[0].vid = 5;
   const Bytes frame = FrameWith({kOther});
   EXPECT_EQ(judge(frame, 1, 0).result, 0U);
@@ -432,17 +446,17 @@ TEST_F(AccordTest, Ports_TheUnitDoesNotHave_DropSilently) {
 }
 
 TEST_F(AccordTest, Ports_BothGiven_TheSourcesRuleApplies) {
-  config_.vlanMode = 1;
+  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
   EXPECT_EQ(judge(FrameWith({}), 2, 1).frame, FrameWith({kOwnTag}));
   EXPECT_EQ(judge(FrameWith({kOwnTag}), 1, 2).frame, FrameWith({kOwnTag})) << "mode 0 of port 1";
-  g_PortVlanInfo[4].vlanMode = 1;
+  g_PortVlanInfo[4].vlanMode = BCM6838X_VLAN_MODE_TAG;
   EXPECT_EQ(judge(FrameWith({kOther}), 5, 2).result, 1U);
   EXPECT_EQ(judge(FrameWith({}), 5, 2).result, 0U);
   EXPECT_THAT(left(), IsEmpty());
 }
 
 TEST_F(AccordTest, Ports_OnlyTheLow8BitsCount) {
-  config_.vlanMode = 1;
+  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
   EXPECT_EQ(judge(FrameWith({}), 0x102, 0x300).frame, FrameWith({kOwnTag}));
   EXPECT_EQ(judge(FrameWith({kOwnTag}), 0xFFFFFF00, 0xABCDEF02).frame, FrameWith({}));
 }
@@ -483,7 +497,7 @@ struct GuardedPacket {
 };
 
 TEST_F(AccordTest, Lengths_AFrameGainsItsTagInsideTheDataField) {
-  config_.vlanMode = 1;
+  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
   for (const std::uint32_t size : {12U, 13U, 14U, 60U, 2043U, 2044U}) {
     const GuardedPacket guarded(size);
     EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, 2, 0), 0U) << size;
@@ -494,7 +508,7 @@ TEST_F(AccordTest, Lengths_AFrameGainsItsTagInsideTheDataField) {
 
 TEST_F(AccordTest, Lengths_AFrameThatCannotGainItsTag_IsDroppedWithALogLine) {
   std::size_t checked = 0;
-  for (const std::uint32_t mode : {1U, 160U}) {
+  for (const std::uint32_t mode : {BCM6838X_VLAN_MODE_TAG, BCM6838X_VLAN_MODE_ZTE_STACKING}) {
     config_.vlanMode = mode;
     for (const std::uint32_t size : {0U, 11U, 2045U, 2046U, 2048U}) {
       forget();
@@ -511,12 +525,12 @@ TEST_F(AccordTest, Lengths_AFrameThatCannotGainItsTag_IsDroppedWithALogLine) {
 
 TEST_F(AccordTest, Lengths_OtherTreatments_TakeUpTo2048Bytes) {
   for (const std::uint32_t size : {0U, 1U, 2047U, 2048U}) {
-    config_.vlanMode = 0;
+    config_.vlanMode = BCM6838X_VLAN_MODE_TRANSPARENT;
     const GuardedPacket guarded(size);
     EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, 2, 0), 0U) << size;
     EXPECT_EQ(guarded.packet->size, size);
   }
-  config_.vlanMode = 1;
+  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
   const GuardedPacket guarded(2048, {kOwnTag});
   EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, 0, 2), 0U);
   EXPECT_EQ(guarded.packet->size, 2044U);
@@ -524,7 +538,11 @@ TEST_F(AccordTest, Lengths_OtherTreatments_TakeUpTo2048Bytes) {
 
 TEST_F(AccordTest, Lengths_MoreThan2048Bytes_AreDroppedWithALogLine) {
   std::size_t checked = 0;
-  for (const std::uint32_t mode : {0U, 1U, 2U, 3U, 4U, 19U, 20U, 160U, 253U, 255U}) {
+  for (const std::uint32_t mode :
+       {BCM6838X_VLAN_MODE_TRANSPARENT, BCM6838X_VLAN_MODE_TAG, BCM6838X_VLAN_MODE_TRANSLATION,
+        BCM6838X_VLAN_MODE_TRANSLATION_2, BCM6838X_VLAN_MODE_TRUNK, BCM6838X_VLAN_MODE_ZTE_TRUNK,
+        BCM6838X_VLAN_MODE_HYBRID, BCM6838X_VLAN_MODE_ZTE_STACKING,
+        BCM6838X_VLAN_MODE_BDCOM_STACKING, BCM6838X_VLAN_MODE_NONE}) {
     config_.vlanMode = mode;
     for (const std::uint32_t size : {2049U, 0x80000000U, 0xFFFFFFFFU}) {
       for (const bool upstream : {true, false}) {
@@ -544,7 +562,7 @@ TEST_F(AccordTest, Lengths_MoreThan2048Bytes_AreDroppedWithALogLine) {
 }
 
 TEST_F(AccordTest, Lengths_TagsBehindTheEnd_DoNotCount) {
-  config_.vlanMode = 1;
+  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
   // 16 bytes hold one tag; the type field of a second one ends at 18.
   for (const std::uint32_t size : {12U, 14U, 15U}) {
     const GuardedPacket guarded(size, {kOther});
@@ -560,7 +578,7 @@ TEST_F(AccordTest, Lengths_TagsBehindTheEnd_DoNotCount) {
 }
 
 TEST_F(AccordTest, OnlyTheFirstWordOfTheDescriptorIsUsed) {
-  config_.vlanMode = 1;
+  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
   Bytes frame = FrameWith({});
   const auto size = static_cast<std::uint32_t>(frame.size());
   frame.resize(frame.size() + 4);

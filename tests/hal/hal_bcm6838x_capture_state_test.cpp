@@ -11,6 +11,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include <bcm6838x_vlan_port.h>
 #include <hal_bcm6838x.h>
 
 #include "packet_bytes.h"
@@ -329,7 +330,7 @@ TEST_F(CaptureTest, MulticastIn_MldBehindOutermostTags_ReachesNobody) {
 }
 
 TEST_F(CaptureTest, MulticastIn_ThePortsRuleComesFirst) {
-  g_PortVlanInfo[1].vlanMode = 1;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_TAG;
   FrameDraft tagged = IgmpFrame();
   Bytes expected = tagged.bytes();
   const Bytes tag = {0x81, 0x00, 0x60, 0x64};
@@ -344,7 +345,7 @@ TEST_F(CaptureTest, MulticastIn_ThePortsRuleComesFirst) {
 
 TEST_F(CaptureTest, MulticastIn_WithoutAPort_NoRuleApplies) {
   for (VlanConfig& config : g_PortVlanInfo) {
-    config.vlanMode = 255;
+    config.vlanMode = BCM6838X_VLAN_MODE_NONE;
   }
   const Bytes frame = IgmpFrame().bytes();
   EXPECT_EQ(capture({.port = 0, .frame = frame}), 0U);
@@ -394,7 +395,7 @@ TEST_F(CaptureTest, MulticastIn_TheLongestFrame_ReachesItsClient) {
 }
 
 TEST_F(CaptureTest, MulticastIn_AFrameWithoutRoomForItsTag_IsDropped) {
-  g_PortVlanInfo[0].vlanMode = 1;
+  g_PortVlanInfo[0].vlanMode = BCM6838X_VLAN_MODE_TAG;
   FrameDraft draft = IgmpFrame();
   draft.size = 2044;
   EXPECT_EQ(capture({.frame = draft.bytes()}), 0U);
@@ -458,14 +459,14 @@ TEST_F(CaptureTest, Bpdu_UpTo100BytesAreSent) {
 }
 
 TEST_F(CaptureTest, Bpdu_NoRuleApplies) {
-  g_PortVlanInfo[1].vlanMode = 255;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_NONE;
   EXPECT_EQ(capture({.type = 3, .port = 2, .frame = Bytes(60), .frameOffset = 22}), 0U);
   EXPECT_EQ(capture({.type = 3, .port = 77, .frame = Bytes(60), .frameOffset = 22}), 0U);
   EXPECT_THAT(left(), ElementsAre(Bpdu(2, Bytes(60)), Bpdu(77, Bytes(60))));
 }
 
 TEST_F(CaptureTest, MulticastOut_OfAPort_IsSentWithItsUpstreamRule) {
-  g_PortVlanInfo[1].vlanMode = 1;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_TAG;
   Bytes expected = IgmpFrame().bytes();
   const Bytes tag = {0x81, 0x00, 0x60, 0x64};
   expected.insert(expected.begin() + 12, tag.begin(), tag.end());
@@ -480,10 +481,10 @@ TEST_F(CaptureTest, MulticastOut_OfAPort_IsSentWithItsUpstreamRule) {
 }
 
 TEST_F(CaptureTest, MulticastOut_OfNoPort_IsSentToEachByItsDownstreamRule) {
-  g_PortVlanInfo[0].vlanMode = 1;
-  g_PortVlanInfo[1].vlanMode = 19;
+  g_PortVlanInfo[0].vlanMode = BCM6838X_VLAN_MODE_TAG;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_ZTE_TRUNK;
   g_PortVlanInfo[1].trunkList[9].vid = 7;
-  g_PortVlanInfo[2].vlanMode = 2;
+  g_PortVlanInfo[2].vlanMode = BCM6838X_VLAN_MODE_TRANSLATION;
   g_PortVlanInfo[2].pvid = 5;
   g_PortVlanInfo[2].translationList[3] = {3, 0, 2, 40, 1, 100};
   FrameDraft draft = IgmpFrame();

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include <bcm6838x_vlan_port.h>
 #include <hal_bcm6838x.h>
 
 #include "packet_bytes.h"
@@ -106,7 +107,7 @@ TEST_P(RelayTest, Off_PutsTheFrameBack) {
 }
 
 TEST_P(RelayTest, Off_TagMode_PutsTheFrameBackTagged) {
-  g_PortVlanInfo[1].vlanMode = 1;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_TAG;
   const Bytes frame = relay_.frame.bytes();
   EXPECT_EQ(handle(frame), 0U);
   EXPECT_THAT(left(), ElementsAre(sent(2, WithTag(frame, kOwnTag))));
@@ -137,7 +138,7 @@ TEST_P(RelayTest, On_ReturnsTheClientsResult) {
 
 TEST_P(RelayTest, On_TheRuleAppliesFirst) {
   relay_.setTrap(1);
-  g_PortVlanInfo[1].vlanMode = 1;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_TAG;
   forget();
   const Bytes frame = relay_.frame.bytes();
   EXPECT_EQ(handle(frame), 0U);
@@ -175,7 +176,7 @@ TEST_P(RelayTest, OnlyTheStatusOneIsOn) {
 
 TEST_P(RelayTest, Drop_OfTheRule_IsLogged) {
   const std::string line = "log 1 " + kFile + "Deal with vlan failed!\r\n";
-  g_PortVlanInfo[1].vlanMode = 1;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_TAG;
   EXPECT_EQ(handle(WithTag(relay_.frame.bytes(), kOwnTag)), 1U);
   EXPECT_THAT(left(), ElementsAre(line));
   forget();
@@ -187,7 +188,7 @@ TEST_P(RelayTest, Drop_OfTheRule_IsLogged) {
 }
 
 TEST_P(RelayTest, ThePort_ItsLowByteHasTheRule) {
-  g_PortVlanInfo[1].vlanMode = 1;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_TAG;
   const Bytes frame = relay_.frame.bytes();
   EXPECT_EQ(handle(frame, 0x01020302), 0U);
   EXPECT_THAT(left(), ElementsAre(sent(0x01020302, WithTag(frame, kOwnTag))));
@@ -239,7 +240,7 @@ TEST_P(RelayTest, Lengths_FieldsBehindTheEnd_DoNotCount) {
 }
 
 TEST_P(RelayTest, Lengths_AFrameThatItsTagMakesTooLong_IsRefusedByTheTransmit) {
-  g_PortVlanInfo[1].vlanMode = 1;
+  g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_TAG;
   relay_.frame.size = 1696;
   EXPECT_EQ(handle(relay_.frame.bytes()), 0U);
   EXPECT_THAT(left(), ElementsAre(sent(2, WithTag(relay_.frame.bytes(), kOwnTag))));

@@ -137,8 +137,8 @@ TEST_F(ChannelTest, Ioctl_ReadBack_LeavesTheDriversIndexInTheRecord) {
 
 TEST_F(ChannelTest, Ioctl_EveryNamedCode_ReachesTheDriverUnderItsNumber) {
   std::vector<std::uint32_t> sent;
-#define SEND_AND_NOTE(code, name, length, flag, purpose) \
-  BCM6838X_Ioctl(BRMGR_CMD_##name, nullptr, 0, 0);       \
+#define SEND_AND_NOTE(code, name, ...)             \
+  BCM6838X_Ioctl(BRMGR_CMD_##name, nullptr, 0, 0); \
   sent.push_back(BRMGR_CMD_##name);
   BRMGR_COMMAND_LIST(SEND_AND_NOTE)
 #undef SEND_AND_NOTE

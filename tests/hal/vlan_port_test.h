@@ -36,13 +36,13 @@ inline void PrintTo(const ModeSetter& setter, std::ostream* out) {
 }
 
 inline constexpr ModeSetter kModeSetters[] = {
-    {"BCM6838X_SetVlanTransparent", BCM6838X_SetVlanTransparent, 0},
-    {"BCM6838X_SetVlanTag", BCM6838X_SetVlanTag, 1},
-    {"BCM6838X_SetVlanTranslation", BCM6838X_SetVlanTranslation, 2},
-    {"BCM6838X_SetVlanTrunk", BCM6838X_SetVlanTrunk, 4},
-    {"BCM6838X_SetZteVlanTrunk", BCM6838X_SetZteVlanTrunk, 19},
-    {"BCM6838X_SetZteStacking", BCM6838X_SetZteStacking, 160},
-    {"BCM6838X_SetBdcomStacking", BCM6838X_SetBdcomStacking, 253},
+    {"BCM6838X_SetVlanTransparent", BCM6838X_SetVlanTransparent, BCM6838X_VLAN_MODE_TRANSPARENT},
+    {"BCM6838X_SetVlanTag", BCM6838X_SetVlanTag, BCM6838X_VLAN_MODE_TAG},
+    {"BCM6838X_SetVlanTranslation", BCM6838X_SetVlanTranslation, BCM6838X_VLAN_MODE_TRANSLATION},
+    {"BCM6838X_SetVlanTrunk", BCM6838X_SetVlanTrunk, BCM6838X_VLAN_MODE_TRUNK},
+    {"BCM6838X_SetZteVlanTrunk", BCM6838X_SetZteVlanTrunk, BCM6838X_VLAN_MODE_ZTE_TRUNK},
+    {"BCM6838X_SetZteStacking", BCM6838X_SetZteStacking, BCM6838X_VLAN_MODE_ZTE_STACKING},
+    {"BCM6838X_SetBdcomStacking", BCM6838X_SetBdcomStacking, BCM6838X_VLAN_MODE_BDCOM_STACKING},
 };
 
 /// Port numbers as the requests hold them.

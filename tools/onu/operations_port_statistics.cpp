@@ -23,20 +23,15 @@ struct EntryField {
   const char* name;
 };
 
-#define ENTRY_FIELD(name) \
-  { &PortStatisticsEntry::name, #name }
+#define FIELD(name) {&PortStatisticsEntry::name, #name},
+#define ENTRY_FIELD(name, type, logName, entryField, ...) FIELD(entryField)
 constexpr std::array kEntryFields = std::to_array<EntryField>({
-    ENTRY_FIELD(rxOctets),     ENTRY_FIELD(rxUnicast),   ENTRY_FIELD(rxMulticast),
-    ENTRY_FIELD(rxBroadcast),  ENTRY_FIELD(rxErrors),    ENTRY_FIELD(rxDiscards),
-    ENTRY_FIELD(rx64),         ENTRY_FIELD(rx65to127),   ENTRY_FIELD(rx128to255),
-    ENTRY_FIELD(rx256to511),   ENTRY_FIELD(rx512to1023), ENTRY_FIELD(rx1024to1518),
-    ENTRY_FIELD(rxWord22),     ENTRY_FIELD(txOctets),    ENTRY_FIELD(txUnicast),
-    ENTRY_FIELD(txMulticast),  ENTRY_FIELD(txBroadcast), ENTRY_FIELD(txErrors),
-    ENTRY_FIELD(txDiscards),   ENTRY_FIELD(tx64),        ENTRY_FIELD(tx65to127),
-    ENTRY_FIELD(tx128to255),   ENTRY_FIELD(tx256to511),  ENTRY_FIELD(tx512to1023),
-    ENTRY_FIELD(tx1024to1518),
+    BCM6838X_RX_COUNTER_LIST(ENTRY_FIELD)  //
+    FIELD(rxWord22)                        //
+    BCM6838X_TX_COUNTER_LIST(ENTRY_FIELD)  //
 });
 #undef ENTRY_FIELD
+#undef FIELD
 
 /// Binds the table of all ports: one line an entry.
 Binding BindTable() {
@@ -69,9 +64,9 @@ Operation Getter(std::string_view name, std::uint32_t (*function)(std::uint32_t,
   return {{name, {kUniPort}, text, {example}}, Status, BindReading(function, "count")};
 }
 
-#define GETTER(name, text)                                                           \
+#define GETTER(name, type, logName, entryField, text, ...)                           \
   Getter("BCM6838X_GetPortStatistics" #name, BCM6838X_GetPortStatistics##name, text, \
-         "InitDrv\nGetPortStatistics" #name " 1")
+         "InitDrv\nGetPortStatistics" #name " 1"),
 
 const std::vector<Operation> kRows = {
     {{"BCM6838X_GetPortStatistics",
@@ -92,30 +87,7 @@ const std::vector<Operation> kRows = {
     {{"BCM6838X_SetPortStatisticsSync", {}, "does nothing", {"SetPortStatisticsSync"}},
      Status,
      Bind(BCM6838X_SetPortStatisticsSync)},
-    GETTER(RxOctets, "received octets since the last clear"),
-    GETTER(RxUnicastPackets, "received unicast frames since the last clear"),
-    GETTER(RxMulticastPackets, "received multicast frames since the last clear"),
-    GETTER(RxBroadcastPackets, "received broadcast frames since the last clear"),
-    GETTER(RxErrorPackets, "receive errors, discards included, since the last clear"),
-    GETTER(RxDiscardPackets, "received frames that were discarded since the last clear"),
-    GETTER(Rx64Octets, "received frames of 64 octets since the last clear"),
-    GETTER(Rx65to127Octets, "received frames of 65 to 127 octets since the last clear"),
-    GETTER(Rx128to255Octets, "received frames of 128 to 255 octets since the last clear"),
-    GETTER(Rx256to511Octets, "received frames of 256 to 511 octets since the last clear"),
-    GETTER(Rx512to1023Octets, "received frames of 512 to 1023 octets since the last clear"),
-    GETTER(Rx1024to1518Octets, "received frames of 1024 to 1518 octets since the last clear"),
-    GETTER(TxOctets, "transmitted octets since the last clear"),
-    GETTER(TxUnicastPackets, "transmitted unicast frames since the last clear"),
-    GETTER(TxMulticastPackets, "transmitted multicast frames since the last clear"),
-    GETTER(TxBroadcastPackets, "transmitted broadcast frames since the last clear"),
-    GETTER(TxErrorPackets, "transmit errors, discards included, since the last clear"),
-    GETTER(TxDiscardPackets, "frames to transmit that were discarded since the last clear"),
-    GETTER(Tx64Octets, "transmitted frames of 64 octets since the last clear"),
-    GETTER(Tx65to127Octets, "transmitted frames of 65 to 127 octets since the last clear"),
-    GETTER(Tx128to255Octets, "transmitted frames of 128 to 255 octets since the last clear"),
-    GETTER(Tx256to511Octets, "transmitted frames of 256 to 511 octets since the last clear"),
-    GETTER(Tx512to1023Octets, "transmitted frames of 512 to 1023 octets since the last clear"),
-    GETTER(Tx1024to1518Octets, "transmitted frames of 1024 to 1518 octets since the last clear"),
+    BCM6838X_COUNTER_LIST(GETTER)  //
 };
 
 #undef GETTER

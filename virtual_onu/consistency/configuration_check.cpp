@@ -6,6 +6,8 @@
 #include <set>
 #include <tuple>
 
+#include <bcm6838x_vlan_port.h>
+
 #include "consistency/consistency.h"
 #include "consistency/vlan_flows.h"
 #include "datapath/port_vlan_rule.h"
@@ -81,15 +83,15 @@ struct ModeRow {
 };
 
 constexpr std::array kModes = {
-    ModeRow{0, AnyFrame},
-    ModeRow{1, Untagged},
-    ModeRow{2, UntaggedAndTranslations},
-    ModeRow{3, UntaggedAndTranslations},
-    ModeRow{4, UntaggedAndTrunkList},
-    ModeRow{19, TrunkList},
-    ModeRow{20, UntaggedAndTrunkList},
-    ModeRow{160, UpToOneTag},
-    ModeRow{253, UntaggedAndCustomers},
+    ModeRow{BCM6838X_VLAN_MODE_TRANSPARENT, AnyFrame},
+    ModeRow{BCM6838X_VLAN_MODE_TAG, Untagged},
+    ModeRow{BCM6838X_VLAN_MODE_TRANSLATION, UntaggedAndTranslations},
+    ModeRow{BCM6838X_VLAN_MODE_TRANSLATION_2, UntaggedAndTranslations},
+    ModeRow{BCM6838X_VLAN_MODE_TRUNK, UntaggedAndTrunkList},
+    ModeRow{BCM6838X_VLAN_MODE_ZTE_TRUNK, TrunkList},
+    ModeRow{BCM6838X_VLAN_MODE_HYBRID, UntaggedAndTrunkList},
+    ModeRow{BCM6838X_VLAN_MODE_ZTE_STACKING, UpToOneTag},
+    ModeRow{BCM6838X_VLAN_MODE_BDCOM_STACKING, UntaggedAndCustomers},
 };
 
 AdmittedSet AdmittedByConfiguration(const PortVlanInfo& info, std::uint32_t uni) {

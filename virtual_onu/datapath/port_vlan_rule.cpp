@@ -7,6 +7,8 @@
 #include <iterator>
 #include <vector>
 
+#include <bcm6838x_vlan_port.h>
+
 namespace virtual_onu {
 namespace {
 
@@ -100,21 +102,20 @@ PortVlanRule NoMode(const Asked& /*asked*/) {
 
 struct ModeRow {
   std::uint32_t mode;
-  std::string_view name;
   PortVlanRule (*find)(const Asked& asked);
 };
 
 constexpr std::array kModes = {
-    ModeRow{0, "transparent", Transparent},
-    ModeRow{1, "tag", Access},
-    ModeRow{2, "translation", Translation},
-    ModeRow{3, "translation", Translation},
-    ModeRow{4, "trunk", Hybrid},
-    ModeRow{19, "ZTE trunk", InTrunkList},
-    ModeRow{20, "hybrid", Hybrid},
-    ModeRow{160, "ZTE stacking", ZteStacking},
-    ModeRow{253, "BDCOM stacking", BdcomStacking},
-    ModeRow{255, "none", NoMode},
+    ModeRow{BCM6838X_VLAN_MODE_TRANSPARENT, Transparent},
+    ModeRow{BCM6838X_VLAN_MODE_TAG, Access},
+    ModeRow{BCM6838X_VLAN_MODE_TRANSLATION, Translation},
+    ModeRow{BCM6838X_VLAN_MODE_TRANSLATION_2, Translation},
+    ModeRow{BCM6838X_VLAN_MODE_TRUNK, Hybrid},
+    ModeRow{BCM6838X_VLAN_MODE_ZTE_TRUNK, InTrunkList},
+    ModeRow{BCM6838X_VLAN_MODE_HYBRID, Hybrid},
+    ModeRow{BCM6838X_VLAN_MODE_ZTE_STACKING, ZteStacking},
+    ModeRow{BCM6838X_VLAN_MODE_BDCOM_STACKING, BdcomStacking},
+    ModeRow{BCM6838X_VLAN_MODE_NONE, NoMode},
 };
 
 const ModeRow* FindMode(std::uint32_t mode) {
@@ -124,10 +125,20 @@ const ModeRow* FindMode(std::uint32_t mode) {
 
 }  // namespace
 
+// A branch a mode: both of translation have one name.
+// NOLINTBEGIN(bugprone-branch-clone)
 std::string VlanModeName(std::uint32_t mode) {
-  const ModeRow* const row = FindMode(mode);
-  return row != nullptr ? std::string(row->name) : "mode " + std::to_string(mode);
+  switch (mode) {
+#define RETURN_NAME(code, name, text) \
+  case code:                          \
+    return text;
+    BCM6838X_VLAN_MODE_LIST(RETURN_NAME)
+#undef RETURN_NAME
+    default:
+      return "mode " + std::to_string(mode);
+  }
 }
+// NOLINTEND(bugprone-branch-clone)
 
 PortVlanRule FindPortVlanRule(const PortVlanInfo& info, std::uint32_t uni,
                               const FrameHeaders& headers) {

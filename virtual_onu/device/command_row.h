@@ -2,57 +2,50 @@
 /// How a command finds its handler: the rows of the tables of commands.
 #pragma once
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <span>
+#include <type_traits>
 
 #include <brmgr_cmd.h>
-#include <brmgr_record.h>
+#include <brmgr_traits.h>
 
 #include "device/commands.h"
 
 namespace virtual_onu {
 
-struct CommandSize {
-  std::uint32_t code;
-  std::size_t size;
-};
-
-#define MAKE_SIZE(command, record) CommandSize{BRMGR_CMD_##command, sizeof(record)},
-inline constexpr std::array kCommandSizes = {BRMGR_COMMAND_RECORD_LIST(MAKE_SIZE)};
-#undef MAKE_SIZE
-
-/// Size of the described record of a command; 0 where none is described. Of a record that ends with
-/// its frame it is the size of the longest.
-constexpr std::size_t RecordSize(std::uint32_t code) {
-  const auto* const found = std::ranges::find(kCommandSizes, code, &CommandSize::code);
-  return found == kCommandSizes.end() ? 0 : found->size;
-}
-
 // A branch a row of the table: rows may agree.
 // NOLINTBEGIN(bugprone-branch-clone)
-/// Whether a command's record ends with its frame.
-constexpr bool HasVariableLength(std::uint32_t code) {
+/// The bytes without which a command is refused: its record's; of one that ends with its frame, none.
+constexpr std::size_t RequiredSize(std::uint32_t code) {
   switch (code) {
-#define RETURN_VARIABLE(command, name, length, flag, purpose) \
-  case command:                                               \
-    return (length) == BRMGR_LENGTH_VARIABLE;
-    BRMGR_COMMAND_LIST(RETURN_VARIABLE)
-#undef RETURN_VARIABLE
+#define RETURN_SIZE(command, ...) \
+  case command:                   \
+    return brmgr::CommandTraits<command>::kFixedLength;
+    BRMGR_COMMAND_LIST(RETURN_SIZE)
+#undef RETURN_SIZE
     default:
-      return false;
+      return 0;
   }
 }
 // NOLINTEND(bugprone-branch-clone)
 
+template <typename Function>
+struct HandlerTraits;
+
+template <typename Taken>
+struct HandlerTraits<CommandResult (*)(DriverState&, Taken&)> {
+  using Record = Taken;
+};
+
 /// Runs a handler on a copy of the record, which need not be aligned in `bytes`. ExecuteCommand has
 /// checked the length.
-template <std::uint32_t kCode, typename Record, CommandResult (*kHandle)(DriverState&, Record&)>
+template <std::uint32_t kCode, auto kHandle>
 CommandResult Run(DriverState& state, std::span<std::uint8_t> bytes) {
-  static_assert(sizeof(Record) == RecordSize(kCode), "the handler takes another record");
+  using Record = brmgr::CommandRecord<kCode>;
+  static_assert(std::is_same_v<typename HandlerTraits<decltype(kHandle)>::Record, Record>,
+                "the handler takes another record");
   Record record;
   std::memcpy(&record, bytes.data(), sizeof(record));
   CommandResult result = kHandle(state, record);
@@ -67,7 +60,8 @@ struct CommandRow {
   CommandResult (*run)(DriverState& state, std::span<std::uint8_t> bytes);
 };
 
-template <std::uint32_t kCode, typename Record, CommandResult (*kHandle)(DriverState&, Record&)>
-constexpr CommandRow kRow = {kCode, Run<kCode, Record, kHandle>};
+/// The row of a command and its handler, which takes the record that the command carries.
+template <std::uint32_t kCode, auto kHandle>
+constexpr CommandRow kRow = {kCode, Run<kCode, kHandle>};
 
 }  // namespace virtual_onu

@@ -173,15 +173,15 @@ CommandResult DeleteAction(DriverState& state, VlanActionDel& record) {
 }
 
 constexpr std::array kChipCommands = {
-    kRow<BRMGR_CMD_INIT, DrvInitRecord, TellPorts>,
-    kRow<BRMGR_CMD_IC_CREATE, IngressClassCfg, CreateClass>,
-    kRow<BRMGR_CMD_IC_DEL, IngressClassDel, DeleteClass>,
-    kRow<BRMGR_CMD_FLOW_ADD, IngressFlowRule, AddFlow>,
-    kRow<BRMGR_CMD_FLOW_DEL, IngressFlowDel, DeleteFlow>,
-    kRow<BRMGR_CMD_VLAN_ACTION_ADD, VlanActionRule, CreateAction>,
-    kRow<BRMGR_CMD_VLAN_ACTION_DEL, VlanActionDel, DeleteAction>,
-    kRow<BRMGR_CMD_QUEUE_SCHEDULE, IngressFlowRule, ReadFlow>,
-    kRow<BRMGR_CMD_FEATURE, FeatureRecord, TellFeature>,
+    kRow<BRMGR_CMD_INIT, TellPorts>,
+    kRow<BRMGR_CMD_IC_CREATE, CreateClass>,
+    kRow<BRMGR_CMD_IC_DEL, DeleteClass>,
+    kRow<BRMGR_CMD_FLOW_ADD, AddFlow>,
+    kRow<BRMGR_CMD_FLOW_DEL, DeleteFlow>,
+    kRow<BRMGR_CMD_VLAN_ACTION_ADD, CreateAction>,
+    kRow<BRMGR_CMD_VLAN_ACTION_DEL, DeleteAction>,
+    kRow<BRMGR_CMD_QUEUE_SCHEDULE, ReadFlow>,
+    kRow<BRMGR_CMD_FEATURE, TellFeature>,
 };
 
 }  // namespace
@@ -208,7 +208,7 @@ CommandResult SetPortAction(DriverState& state, std::uint32_t icIndex, const Por
 
 CommandResult ExecuteCommand(DriverState& state, std::uint32_t code,
                              std::span<std::uint8_t> record) {
-  if (!HasVariableLength(code) && record.size() < RecordSize(code)) {
+  if (record.size() < RequiredSize(code)) {
     return {EINVAL, "short record"};
   }
   for (const std::span<const CommandRow> rows :

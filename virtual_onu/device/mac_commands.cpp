@@ -114,16 +114,16 @@ CommandResult SetAging(DriverState& state, MacAgingRecord& record) {
 }
 
 constexpr std::array kMacCommands = {
-    kRow<BRMGR_CMD_MAC_GET_NEXT, MacEntryRecord, ReadNext>,
-    kRow<BRMGR_CMD_MAC_BIND_ADD, MacFilterRecord, AddFilter<&MacTables::binds>>,
-    kRow<BRMGR_CMD_MAC_BIND_DEL, MacFilterRecord, DeleteFilter<&MacTables::binds>>,
-    kRow<BRMGR_CMD_MAC_FILTER_ADD, MacFilterRecord, AddFilter<&MacTables::filters>>,
-    kRow<BRMGR_CMD_MAC_FILTER_DEL, MacFilterRecord, DeleteFilter<&MacTables::filters>>,
-    kRow<BRMGR_CMD_MAC_STATIC_ADD, MacEntryRecord, AddEntry<kMacEntryStatic>>,
-    kRow<BRMGR_CMD_MAC_STATIC_DEL, MacEntryRecord, DeleteEntry<kMacEntryStatic>>,
-    kRow<BRMGR_CMD_MAC_DYNAMIC_ADD, MacEntryRecord, AddEntry<kMacEntryDynamic>>,
-    kRow<BRMGR_CMD_MAC_DYNAMIC_DEL, MacEntryRecord, DeleteEntry<kMacEntryDynamic>>,
-    kRow<BRMGR_CMD_MAC_AGING, MacAgingRecord, SetAging>,
+    kRow<BRMGR_CMD_MAC_GET_NEXT, ReadNext>,
+    kRow<BRMGR_CMD_MAC_BIND_ADD, AddFilter<&MacTables::binds>>,
+    kRow<BRMGR_CMD_MAC_BIND_DEL, DeleteFilter<&MacTables::binds>>,
+    kRow<BRMGR_CMD_MAC_FILTER_ADD, AddFilter<&MacTables::filters>>,
+    kRow<BRMGR_CMD_MAC_FILTER_DEL, DeleteFilter<&MacTables::filters>>,
+    kRow<BRMGR_CMD_MAC_STATIC_ADD, AddEntry<kMacEntryStatic>>,
+    kRow<BRMGR_CMD_MAC_STATIC_DEL, DeleteEntry<kMacEntryStatic>>,
+    kRow<BRMGR_CMD_MAC_DYNAMIC_ADD, AddEntry<kMacEntryDynamic>>,
+    kRow<BRMGR_CMD_MAC_DYNAMIC_DEL, DeleteEntry<kMacEntryDynamic>>,
+    kRow<BRMGR_CMD_MAC_AGING, SetAging>,
 };
 
 }  // namespace

@@ -38,8 +38,8 @@ CommandResult DeleteGroup(DriverState& state, McastGroupEntry& record) {
 }
 
 constexpr std::array kMcastCommands = {
-    kRow<BRMGR_CMD_MCAST_ADD, McastGroupEntry, AddGroup>,
-    kRow<BRMGR_CMD_MCAST_DEL, McastGroupEntry, DeleteGroup>,
+    kRow<BRMGR_CMD_MCAST_ADD, AddGroup>,
+    kRow<BRMGR_CMD_MCAST_DEL, DeleteGroup>,
 };
 
 }  // namespace

@@ -37,8 +37,9 @@ CommandResult SetPppoeTrap(DriverState& state, TrapEnableRecord& record) {
 
 /// Reads the record of a frame, which ends with the frame or behind it.
 /// @tparam kLengthOffset  where the frame's length stands
-template <std::uint32_t kCode, typename Record, std::size_t kLengthOffset>
+template <std::uint32_t kCode, std::size_t kLengthOffset>
 CommandResult Send(DriverState& state, std::span<std::uint8_t> bytes) {
+  using Record = brmgr::CommandRecord<kCode>;
   constexpr std::size_t kHeader = offsetof(Record, data);
   if (bytes.size() < kHeader) {
     return {EINVAL, "short record"};
@@ -60,15 +61,15 @@ CommandResult Send(DriverState& state, std::span<std::uint8_t> bytes) {
 }
 
 template <std::uint32_t kCode>
-constexpr CommandRow kRelayRow = {kCode, Send<kCode, RelayPkt, offsetof(RelayPkt, length)>};
+constexpr CommandRow kRelayRow = {kCode, Send<kCode, offsetof(RelayPkt, length)>};
 
 constexpr std::array kPacketCommands = {
-    kRow<BRMGR_CMD_DHCP_TRAP, TrapEnableRecord, SetDhcpTrap>,
-    kRow<BRMGR_CMD_PPPOE_TRAP, TrapEnableRecord, SetPppoeTrap>,
+    kRow<BRMGR_CMD_DHCP_TRAP, SetDhcpTrap>,
+    kRow<BRMGR_CMD_PPPOE_TRAP, SetPppoeTrap>,
     kRelayRow<BRMGR_CMD_SEND_BPDU>,
     kRelayRow<BRMGR_CMD_SEND_DHCP>,
     kRelayRow<BRMGR_CMD_SEND_PPPOE>,
-    CommandRow{BRMGR_CMD_SEND_PKT, Send<BRMGR_CMD_SEND_PKT, RdpaPkt, offsetof(RdpaPkt, size)>},
+    CommandRow{BRMGR_CMD_SEND_PKT, Send<BRMGR_CMD_SEND_PKT, offsetof(RdpaPkt, size)>},
 };
 
 }  // namespace

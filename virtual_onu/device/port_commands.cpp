@@ -102,15 +102,11 @@ CommandResult SetMacLearn(DriverState& state, MacLearnRecord& record) {
 }
 
 constexpr std::array kPortCommands = {
-    kRow<BRMGR_CMD_VLAN_REBUILD, PortVlanTable, SetVlans>,
-    kRow<BRMGR_CMD_PORT_ADMIN, PortAdminRecord, SetAdmin>,
-    kRow<BRMGR_CMD_PORT_LOOPBACK, PortLoopbackRecord, SetLoopback>,
-    kRow<BRMGR_CMD_PORT_ISOLATE, PortIsolateRecord, SetIsolation>,
-    kRow<BRMGR_CMD_PORT_STATS, PortStatsRecord, ReadCounters>,
-    kRow<BRMGR_CMD_PORT_STP, PortStpRecord, SetSpanningTree>,
-    kRow<BRMGR_CMD_PORT_MIRROR, PortMirrorRecord, SetMirror>,
-    kRow<BRMGR_CMD_MAC_LIMIT, MacLimitRecord, SetMacLimit>,
-    kRow<BRMGR_CMD_MAC_LEARN, MacLearnRecord, SetMacLearn>,
+    kRow<BRMGR_CMD_VLAN_REBUILD, SetVlans>,     kRow<BRMGR_CMD_PORT_ADMIN, SetAdmin>,
+    kRow<BRMGR_CMD_PORT_LOOPBACK, SetLoopback>, kRow<BRMGR_CMD_PORT_ISOLATE, SetIsolation>,
+    kRow<BRMGR_CMD_PORT_STATS, ReadCounters>,   kRow<BRMGR_CMD_PORT_STP, SetSpanningTree>,
+    kRow<BRMGR_CMD_PORT_MIRROR, SetMirror>,     kRow<BRMGR_CMD_MAC_LIMIT, SetMacLimit>,
+    kRow<BRMGR_CMD_MAC_LEARN, SetMacLearn>,
 };
 
 }  // namespace

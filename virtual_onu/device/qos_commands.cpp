@@ -73,11 +73,9 @@ CommandResult SetDscpMap(DriverState& state, DscpMapRecord& record) {
 }
 
 constexpr std::array kQosCommands = {
-    kRow<BRMGR_CMD_POLICER_ADD, PolicerCfg, AddPolicer>,
-    kRow<BRMGR_CMD_POLICER_DEL, PolicerDel, DeletePolicer>,
-    kRow<BRMGR_CMD_PORT_STATE, PortRateRecord, SetLineRate>,
-    kRow<BRMGR_CMD_DS_RATE_LIMIT, DsRateLimitRecord, SetDownstreamLimit>,
-    kRow<BRMGR_CMD_DSCP_MAP, DscpMapRecord, SetDscpMap>,
+    kRow<BRMGR_CMD_POLICER_ADD, AddPolicer>, kRow<BRMGR_CMD_POLICER_DEL, DeletePolicer>,
+    kRow<BRMGR_CMD_PORT_STATE, SetLineRate>, kRow<BRMGR_CMD_DS_RATE_LIMIT, SetDownstreamLimit>,
+    kRow<BRMGR_CMD_DSCP_MAP, SetDscpMap>,
 };
 
 }  // namespace

@@ -76,23 +76,10 @@ BRMGR_RECORD_LIST(DEFINE_FIELDS)
 #undef DEFINE_FIELDS
 #undef APPEND_FIELD
 
-struct CommandRecord {
-  std::uint32_t code;
-  const char* record;
-};
-
-#define MAKE_PAIR(command, record) CommandRecord{BRMGR_CMD_##command, #record},
-constexpr std::array kCommandRecords = {BRMGR_COMMAND_RECORD_LIST(MAKE_PAIR)};
-#undef MAKE_PAIR
-
-const RecordInfo* RecordOf(std::uint32_t code) {
-  const auto* const found = std::ranges::find(kCommandRecords, code, &CommandRecord::code);
-  return found == kCommandRecords.end() ? nullptr : FindRecord(found->record);
-}
-
-CommandInfo MakeCommand(std::uint32_t code, const char* name, std::uint32_t length,
-                        std::uint32_t flag, const char* text) {
-  CommandInfo command = {code, name, {}, flag, text, RecordOf(code)};
+/// @param[in] record  its name; that of a command without one is no record's
+CommandInfo MakeCommand(std::uint32_t code, const char* name, const char* record,
+                        std::uint32_t length, std::uint32_t flag, const char* text) {
+  CommandInfo command = {code, name, {}, flag, text, FindRecord(record)};
   if (length != BRMGR_LENGTH_VARIABLE) {
     command.length = length;
   }
@@ -122,8 +109,8 @@ const RecordInfo* FindRecord(std::string_view name) {
 }
 
 const std::vector<CommandInfo>& AllCommands() {
-#define MAKE_COMMAND(code, name, length, flag, text) \
-  MakeCommand(code, "BRMGR_CMD_" #name, length, BRMGR_FLAG_##flag, text),
+#define MAKE_COMMAND(code, name, record, length, flag, otherFlag, text) \
+  MakeCommand(code, "BRMGR_CMD_" #name, #record, length, BRMGR_FLAG_##flag, text),
   static const std::vector<CommandInfo> commands = {BRMGR_COMMAND_LIST(MAKE_COMMAND)};
 #undef MAKE_COMMAND
   return commands;

@@ -41,6 +41,9 @@
 /// Marks an operation that the shared object exports; everything else in it is hidden.
 #define BCM6838X_EXPORT __attribute__((visibility("default")))
 
+/// UNI ports for which the library keeps tables, whatever number the unit has.
+#define BCM6838X_UNI_PORTS 32U
+
 /// Result codes of the operations. Operations that return an index or the result of their last
 /// command say so.
 enum {

@@ -9,7 +9,7 @@
 /// operations on groups take their ports as a mask, of which the bits of the Ethernet ports (at
 /// most 32) count, and refuse none.
 ///
-/// In multicast VLAN mode 1, unless the port's VLAN mode is transparent (0) or ZTE stacking (160),
+/// In multicast VLAN mode 1, unless the port's VLAN mode is transparent or ZTE stacking,
 /// the multicast VLANs of a port are **members of its VLAN objects**: they are added with
 /// BCM6838X_AddWanVlan and BCM6838X_AddLanVlan, and removed with BCM6838X_DelWanVlan and
 /// BCM6838X_DelLanVlan. The table of groups has 1024 slots, one for each group and port.

@@ -349,6 +349,46 @@ BRMGR_STATIC_ASSERT(offsetof(PortStatisticsEntry, rxWord22) == 52, "rxWord22 is 
 BRMGR_STATIC_ASSERT(offsetof(PortStatisticsEntry, notWritten) == 108, "notWritten is misplaced");
 /// @endcond
 
+// clang-format off
+/// The counters of a port, which are those of the getters: X(name of the getter behind
+/// "BCM6838X_GetPortStatistics", its result, name in its log line, field of PortStatisticsEntry, what
+/// the getter tells, fields of PortStatsRecord that are added up). That "TxOctet" has no "s" is
+/// intended.
+#define BCM6838X_RX_COUNTER_LIST(X) \
+  X(RxOctets,           Counter64, "RxOctets",           rxOctets,     "received octets since the last clear", rxOctets) \
+  X(RxUnicastPackets,   uint32_t,  "RxUnicast",          rxUnicast,    "received unicast frames since the last clear", rxUnicast) \
+  X(RxMulticastPackets, uint32_t,  "RxMulticast",        rxMulticast,  "received multicast frames since the last clear", rxMulticast) \
+  X(RxBroadcastPackets, uint32_t,  "RxBroadcast",        rxBroadcast,  "received broadcast frames since the last clear", rxBroadcast) \
+  X(RxErrorPackets,     uint32_t,  "RxErrorPackets",     rxErrors,     "receive errors, discards included, since the last clear", rxError23, rxDiscard, rxError24) \
+  X(RxDiscardPackets,   uint32_t,  "RxDiscard",          rxDiscards,   "received frames that were discarded since the last clear", rxDiscard) \
+  X(Rx64Octets,         uint32_t,  "Rx64Octets",         rx64,         "received frames of 64 octets since the last clear", rx64) \
+  X(Rx65to127Octets,    uint32_t,  "Rx65to127Octets",    rx65to127,    "received frames of 65 to 127 octets since the last clear", rx65to127) \
+  X(Rx128to255Octets,   uint32_t,  "Rx128to255Octets",   rx128to255,   "received frames of 128 to 255 octets since the last clear", rx128to255) \
+  X(Rx256to511Octets,   uint32_t,  "Rx256to511Octets",   rx256to511,   "received frames of 256 to 511 octets since the last clear", rx256to511) \
+  X(Rx512to1023Octets,  uint32_t,  "Rx512to1023Octets",  rx512to1023,  "received frames of 512 to 1023 octets since the last clear", rx512to1023) \
+  X(Rx1024to1518Octets, uint32_t,  "Rx1024to1518Octets", rx1024to1518, "received frames of 1024 to 1518 octets since the last clear", rx1024to1518)
+
+/// The same of what a port transmits.
+#define BCM6838X_TX_COUNTER_LIST(X) \
+  X(TxOctets,           Counter64, "TxOctet",            txOctets,     "transmitted octets since the last clear", txOctets) \
+  X(TxUnicastPackets,   uint32_t,  "TxUnicast",          txUnicast,    "transmitted unicast frames since the last clear", txUnicast) \
+  X(TxMulticastPackets, uint32_t,  "TxMulticast",        txMulticast,  "transmitted multicast frames since the last clear", txMulticast) \
+  X(TxBroadcastPackets, uint32_t,  "TxBroadcast",        txBroadcast,  "transmitted broadcast frames since the last clear", txBroadcast) \
+  X(TxErrorPackets,     uint32_t,  "TxErrorPackets",     txErrors,     "transmit errors, discards included, since the last clear", txError51, txDiscard, txError47) \
+  X(TxDiscardPackets,   uint32_t,  "TxDiscard",          txDiscards,   "frames to transmit that were discarded since the last clear", txDiscard) \
+  X(Tx64Octets,         uint32_t,  "Tx64Octets",         tx64,         "transmitted frames of 64 octets since the last clear", tx64) \
+  X(Tx65to127Octets,    uint32_t,  "Tx65to127Octets",    tx65to127,    "transmitted frames of 65 to 127 octets since the last clear", tx65to127) \
+  X(Tx128to255Octets,   uint32_t,  "Tx128to255Octets",   tx128to255,   "transmitted frames of 128 to 255 octets since the last clear", tx128to255) \
+  X(Tx256to511Octets,   uint32_t,  "Tx256to511Octets",   tx256to511,   "transmitted frames of 256 to 511 octets since the last clear", tx256to511) \
+  X(Tx512to1023Octets,  uint32_t,  "Tx512to1023Octets",  tx512to1023,  "transmitted frames of 512 to 1023 octets since the last clear", tx512to1023) \
+  X(Tx1024to1518Octets, uint32_t,  "Tx1024to1518Octets", tx1024to1518, "transmitted frames of 1024 to 1518 octets since the last clear", tx1024to1518)
+
+/// The counters of both directions.
+#define BCM6838X_COUNTER_LIST(X)   \
+  BCM6838X_RX_COUNTER_LIST(X)      \
+  BCM6838X_TX_COUNTER_LIST(X)
+// clang-format on
+
 /// Fills a table of the raw counters of all ports. Clears do not count here. An entry whose command
 /// fails is filled from what its record then holds: zeros, and what the driver wrote.
 ///

@@ -76,7 +76,6 @@ enum {
 #undef BCM6838X_DECLARE_QOS_FIELD
 #undef BCM6838X_DECLARE_QOS_OPERATOR
   /// @endcond
-  BCM6838X_QOS_PORTS = 32,      ///< UNI ports for which rules and policers are kept
   BCM6838X_QOS_RULES = 8,       ///< rules of a set, and precedences of a port
   BCM6838X_QOS_CONDITIONS = 8,  ///< conditions of a rule
   BCM6838X_QOS_VALUE_SIZE = 16  ///< bytes of a condition's value

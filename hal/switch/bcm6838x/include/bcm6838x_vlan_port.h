@@ -23,6 +23,32 @@
 
 BCM6838X_BEGIN_DECLS
 
+// clang-format off
+/// What a port does with VLAN tags, which are also the mode codes of BCM6838X_SetPortCtcMode:
+/// X(code, NAME, name in words). The second translation mode is handled like the first and hybrid
+/// like trunk; no operation stores either. NONE is that of a port after start-up.
+#define BCM6838X_VLAN_MODE_LIST(X)                \
+  X(0,   TRANSPARENT,    "transparent")           \
+  X(1,   TAG,            "tag")                   \
+  X(2,   TRANSLATION,    "translation")           \
+  X(3,   TRANSLATION_2,  "translation")           \
+  X(4,   TRUNK,          "trunk")                 \
+  X(19,  ZTE_TRUNK,      "ZTE trunk")             \
+  X(20,  HYBRID,         "hybrid")                \
+  X(160, ZTE_STACKING,   "ZTE stacking")          \
+  X(253, BDCOM_STACKING, "BDCOM stacking")        \
+  X(255, NONE,           "none")
+// clang-format on
+
+/// BCM6838X_VLAN_MODE_TAG and its siblings.
+enum {
+/// @cond
+#define BCM6838X_DECLARE_VLAN_MODE(code, name, text) BCM6838X_VLAN_MODE_##name = (code),
+  BCM6838X_VLAN_MODE_LIST(BCM6838X_DECLARE_VLAN_MODE)
+#undef BCM6838X_DECLARE_VLAN_MODE
+  /// @endcond
+};
+
 /// A range of customer VLANs to put into a port's stacking list or to take out of it. Customer VIDs
 /// are words here and in the list; the rules of BDCOM stacking mode use their low 12 bits as the
 /// VID.
@@ -55,7 +81,7 @@ BRMGR_STATIC_ASSERT(sizeof(PortVlanStackRange) == 16, "PortVlanStackRange has an
 /// @return BCM6838X_OK
 BCM6838X_EXPORT uint32_t BCM6838X_InitVlan(void);
 
-/// Switches a port to transparent mode (0): removes the rules of the applied configuration
+/// Switches a port to transparent mode: removes the rules of the applied configuration
 /// (BCM6838X_ClearVlanRule), stores the mode, creates the rules of the current configuration
 /// (BCM6838X_RebuildVlanRule) and commits. The rules of transparent mode are those of
 /// BCM6838X_AddUsTransparent, in performance mode those of BCM6838X_AddUsTransparent_Perf. A port
@@ -70,7 +96,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_InitVlan(void);
 /// @return BCM6838X_OK, or BCM6838X_FAILED when the port is out of range
 BCM6838X_EXPORT uint32_t BCM6838X_SetVlanTransparent(uint32_t port);
 
-/// Switches a port to tag mode (1), as BCM6838X_SetVlanTransparent does to transparent mode.
+/// Switches a port to tag mode, as BCM6838X_SetVlanTransparent does to transparent mode.
 ///
 /// @par Sends
 /// What the builders of the old and of the new mode send; BRMGR_CMD_VLAN_REBUILD.
@@ -81,7 +107,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_SetVlanTransparent(uint32_t port);
 /// @return BCM6838X_OK, or BCM6838X_FAILED when the port is out of range
 BCM6838X_EXPORT uint32_t BCM6838X_SetVlanTag(uint32_t port);
 
-/// Switches a port to translation mode (2), as BCM6838X_SetVlanTransparent does to transparent
+/// Switches a port to translation mode, as BCM6838X_SetVlanTransparent does to transparent
 /// mode.
 ///
 /// @par Sends
@@ -93,7 +119,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_SetVlanTag(uint32_t port);
 /// @return BCM6838X_OK, or BCM6838X_FAILED when the port is out of range
 BCM6838X_EXPORT uint32_t BCM6838X_SetVlanTranslation(uint32_t port);
 
-/// Switches a port to trunk mode (4), as BCM6838X_SetVlanTransparent does to transparent mode. Its
+/// Switches a port to trunk mode, as BCM6838X_SetVlanTransparent does to transparent mode. Its
 /// rules are those of hybrid mode.
 ///
 /// @par Sends
@@ -105,7 +131,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_SetVlanTranslation(uint32_t port);
 /// @return BCM6838X_OK, or BCM6838X_FAILED when the port is out of range
 BCM6838X_EXPORT uint32_t BCM6838X_SetVlanTrunk(uint32_t port);
 
-/// Switches a port to ZTE trunk mode (19), as BCM6838X_SetVlanTransparent does to transparent mode.
+/// Switches a port to ZTE trunk mode, as BCM6838X_SetVlanTransparent does to transparent mode.
 ///
 /// @par Sends
 /// What the builders of the old and of the new mode send; BRMGR_CMD_VLAN_REBUILD.
@@ -116,7 +142,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_SetVlanTrunk(uint32_t port);
 /// @return BCM6838X_OK, or BCM6838X_FAILED when the port is out of range
 BCM6838X_EXPORT uint32_t BCM6838X_SetZteVlanTrunk(uint32_t port);
 
-/// Switches a port to ZTE stacking mode (160), as BCM6838X_SetVlanTransparent does to transparent
+/// Switches a port to ZTE stacking mode, as BCM6838X_SetVlanTransparent does to transparent
 /// mode.
 ///
 /// @par Sends
@@ -128,7 +154,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_SetZteVlanTrunk(uint32_t port);
 /// @return BCM6838X_OK, or BCM6838X_FAILED when the port is out of range
 BCM6838X_EXPORT uint32_t BCM6838X_SetZteStacking(uint32_t port);
 
-/// Switches a port to BDCOM stacking mode (253), as BCM6838X_SetVlanTransparent does to transparent
+/// Switches a port to BDCOM stacking mode, as BCM6838X_SetVlanTransparent does to transparent
 /// mode.
 ///
 /// @par Sends
@@ -332,14 +358,14 @@ BCM6838X_EXPORT uint32_t BCM6838X_SetPortPriority(uint32_t port, uint32_t priori
 /// A code that names no mode changes no configuration and refuses no port.
 ///
 /// @par Sends
-/// What the mode setter sends; then BRMGR_CMD_CTC_MODE_B for the codes 0 and 160,
-/// BRMGR_CMD_CTC_MODE_A for any other, with the low 8 bits of the port.
+/// What the mode setter sends; then BRMGR_CMD_CTC_MODE_B for transparent and ZTE
+/// stacking mode, BRMGR_CMD_CTC_MODE_A for any other code, with the low 8 bits of the port.
 /// @par Logs
 /// The port line, for a code that names a mode.
 ///
 /// @param[in] port UNI port, 1..32
-/// @param[in] mode 0 transparent, 1 tag, 2 and 3 translation, 4 and 20 trunk, 19 ZTE trunk, 160 ZTE
-///   stacking, 253 BDCOM stacking. Further arguments are not used.
+/// @param[in] mode a mode of BCM6838X_VLAN_MODE_LIST; NONE counts as a code that names no mode.
+///   Further arguments are not used.
 /// @return the result of the command that names the port (codes of BCM6838X_Ioctl), or
 ///   BCM6838X_FAILED, without a command, when the code names a mode and the port is out of range
 BCM6838X_EXPORT uint32_t BCM6838X_SetPortCtcMode(uint32_t port, uint32_t mode, ...);

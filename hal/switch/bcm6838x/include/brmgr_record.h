@@ -87,16 +87,16 @@ enum {
 // as zero).
 /// @cond
 // clang-format off
-#define DRV_INIT_RECORD_FIELDS(FIELD, R)                                                              \
+#define BRMGR_DRV_INIT_RECORD_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   uint32_t, reserved0,       ,     RESERVED, NOBODY, "zero")                            \
   FIELD(R, 4,   uint32_t, fePortNum,       ,     DEC,      CALLER, "number of Fast-Ethernet ports")   \
   FIELD(R, 8,   uint32_t, gePortNum,       ,     DEC,      CALLER, "number of Gigabit-Ethernet ports") \
   FIELD(R, 12,  uint8_t,  reserved12,      [20], RESERVED, NOBODY, "zero")
 
-#define FEATURE_RECORD_FIELDS(FIELD, R)                                                               \
+#define BRMGR_FEATURE_RECORD_FIELDS(FIELD, R)                                                         \
   FIELD(R, 0,   uint32_t, value,           ,     DEC,      CALLER, "value of the platform's feature switch 27")
 
-#define INGRESS_CLASS_CFG_FIELDS(FIELD, R)                                                            \
+#define BRMGR_INGRESS_CLASS_CFG_FIELDS(FIELD, R)                                                      \
   FIELD(R, 0,   uint32_t, type,            ,     DEC,      CALLER, "always 2")                        \
   FIELD(R, 4,   uint32_t, fieldMask,       ,     KEYS,     CALLER, "key fields that the class compares") \
   FIELD(R, 8,   uint32_t, priority,        ,     DEC,      CALLER, "order among the classes of one direction: 1 to 5 upstream and 1 to 3 downstream at start-up, 6 and 3 in performance mode, from 7 on in QoS rules") \
@@ -104,11 +104,11 @@ enum {
   FIELD(R, 24,  uint32_t, dir,             ,     DIR,      CALLER, "1 upstream, 0 downstream")        \
   FIELD(R, 28,  uint32_t, icIndex,         ,     INDEX,    BOTH,   "the class's index: the caller's choice, or another that the driver returns")
 
-#define INGRESS_CLASS_DEL_FIELDS(FIELD, R)                                                            \
+#define BRMGR_INGRESS_CLASS_DEL_FIELDS(FIELD, R)                                                      \
   FIELD(R, 0,   uint32_t, dir,             ,     DIR,      CALLER, "1 upstream, 0 downstream")        \
   FIELD(R, 4,   uint32_t, icIndex,         ,     INDEX,    CALLER, "the class to delete")
 
-#define INGRESS_FLOW_RULE_FIELDS(FIELD, R)                                                            \
+#define BRMGR_INGRESS_FLOW_RULE_FIELDS(FIELD, R)                                                      \
   FIELD(R, 0,   uint32_t, srcIpVersion,    ,     DEC,      CALLER, "source address: 0 IPv4, 1 IPv6")  \
   FIELD(R, 4,   uint8_t,  srcIp,           [16], IP,       CALLER, "source IP address in network order; IPv4 in the first four bytes") \
   FIELD(R, 20,  uint32_t, dstIpVersion,    ,     DEC,      CALLER, "destination address: 0 IPv4, 1 IPv6") \
@@ -150,56 +150,56 @@ enum {
   FIELD(R, 156, uint32_t, policer,         ,     INDEX,    CALLER, "UNI port whose policer applies, or none") \
   FIELD(R, 160, uint32_t, refCount,        ,     DEC,      NOBODY, "sent as zero and ignored by the driver; references in the library's tables")
 
-#define INGRESS_FLOW_DEL_FIELDS(FIELD, R)                                                             \
+#define BRMGR_INGRESS_FLOW_DEL_FIELDS(FIELD, R)                                                       \
   FIELD(R, 0,   uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, 1 upstream")        \
   FIELD(R, 4,   uint32_t, icIndex,         ,     INDEX,    CALLER, "the flow's class")                \
   FIELD(R, 8,   uint32_t, flowIndex,       ,     INDEX,    CALLER, "the flow to delete")
 
-#define VLAN_TAG_SPEC_FIELDS(FIELD, R)                                                                \
+#define BRMGR_VLAN_TAG_SPEC_FIELDS(FIELD, R)                                                          \
   FIELD(R, 0,   uint16_t, vid,             ,     DEC,      CALLER, "VLAN identifier, 0..4095")        \
   FIELD(R, 2,   uint8_t,  pbit,            ,     DEC,      CALLER, "priority code point, 0..7")       \
   FIELD(R, 3,   uint8_t,  reserved3,       ,     RESERVED, NOBODY, "zero")                            \
   FIELD(R, 4,   uint16_t, tpid,            ,     HEX,      CALLER, "tag protocol identifier")
 
-#define VLAN_ACTION_RULE_FIELDS(FIELD, R)                                                             \
+#define BRMGR_VLAN_ACTION_RULE_FIELDS(FIELD, R)                                                       \
   FIELD(R, 0,   uint32_t, cmd,             ,     TAG_OPS,  CALLER, "tag operations: 0x1 push tag[0], 0x4 pop, 0x8 replace the VID, 0x100 replace the priority") \
   FIELD(R, 4,   VlanTagSpec, tag,          [2],  TAG,      CALLER, "tag contents; tag[1] is zero in every action built here") \
   FIELD(R, 16,  uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, any other value upstream") \
   FIELD(R, 20,  uint32_t, vlanActionIndex, ,     INDEX,    DRIVER, "sent as none, or as 0 by the QoS classification; the driver returns the new action's index")
 
-#define VLAN_ACTION_DEL_FIELDS(FIELD, R)                                                              \
+#define BRMGR_VLAN_ACTION_DEL_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   uint32_t, dir,             ,     DIR,      CALLER, "0 downstream, any other value upstream") \
   FIELD(R, 4,   uint32_t, vlanActionIndex, ,     INDEX,    CALLER, "the action to delete")
 
-#define PORT_ADMIN_RECORD_FIELDS(FIELD, R)                                                            \
+#define BRMGR_PORT_ADMIN_RECORD_FIELDS(FIELD, R)                                                      \
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port: the UNI port number plus 1") \
   FIELD(R, 4,   uint8_t,  reserved4,       [40], RESERVED, NOBODY, "zero")                            \
   FIELD(R, 44,  uint8_t,  enable,          ,     DEC,      CALLER, "1 administratively up, 0 down")   \
   FIELD(R, 45,  uint8_t,  reserved45,      [3],  RESERVED, NOBODY, "zero")
 
-#define PORT_LOOPBACK_RECORD_FIELDS(FIELD, R)                                                         \
+#define BRMGR_PORT_LOOPBACK_RECORD_FIELDS(FIELD, R)                                                   \
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port: the UNI port number plus 1") \
   FIELD(R, 4,   uint8_t,  enable,          ,     DEC,      CALLER, "1 loopback on, 0 off")            \
   FIELD(R, 5,   uint8_t,  reserved5,       [43], RESERVED, NOBODY, "zero")
 
-#define PORT_ISOLATE_RECORD_FIELDS(FIELD, R)                                                          \
+#define BRMGR_PORT_ISOLATE_RECORD_FIELDS(FIELD, R)                                                    \
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port being configured")    \
   FIELD(R, 4,   uint32_t, peerPort,        ,     DEC,      CALLER, "peer device port, 2..5")          \
   FIELD(R, 8,   uint32_t, isolate,         ,     DEC,      CALLER, "1 the two ports may not exchange traffic, 0 they may") \
   FIELD(R, 12,  uint32_t, word12,          ,     DEC,      CALLER, "always 2")
 
-#define PORT_STP_RECORD_FIELDS(FIELD, R)                                                              \
+#define BRMGR_PORT_STP_RECORD_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   uint32_t, portIndex,       ,     DEC,      CALLER, "port index, from 0")              \
   FIELD(R, 4,   uint32_t, enable,          ,     DEC,      CALLER, "spanning tree on the port, as the caller gave it") \
   FIELD(R, 8,   uint32_t, reserved8,       ,     RESERVED, NOBODY, "zero")
 
-#define PORT_MIRROR_RECORD_FIELDS(FIELD, R)                                                           \
+#define BRMGR_PORT_MIRROR_RECORD_FIELDS(FIELD, R)                                                     \
   FIELD(R, 0,   uint32_t, selector,        ,     DEC,      CALLER, "mirrored port selector, 0")       \
   FIELD(R, 4,   uint32_t, destinationPort, ,     DEC,      CALLER, "device port that receives the copies, 2..5") \
   FIELD(R, 8,   uint32_t, enable,          ,     DEC,      CALLER, "mirroring, as the caller gave it") \
   FIELD(R, 12,  uint32_t, direction,       ,     DEC,      CALLER, "0, 1 or 2 for the modes 2, 1 and 3")
 
-#define MCAST_GROUP_ENTRY_FIELDS(FIELD, R)                                                            \
+#define BRMGR_MCAST_GROUP_ENTRY_FIELDS(FIELD, R)                                                      \
   FIELD(R, 0,   uint32_t, vlanActionIndex, ,     INDEX,    CALLER, "downstream VLAN action for the port's copies, or none") \
   FIELD(R, 4,   uint32_t, channelIndex,    ,     INDEX,    BOTH,   "create: sent as none, or as the index of a port that was removed before in the same call, and the driver returns the entry's index; delete: the entry to delete") \
   FIELD(R, 8,   uint32_t, port,            ,     DEC,      CALLER, "UNI port number")                 \
@@ -211,7 +211,7 @@ enum {
   FIELD(R, 34,  uint8_t,  groupIpv6,       [16], IP,       CALLER, "IPv6 group address")              \
   FIELD(R, 50,  uint8_t,  reserved50,      [2],  RESERVED, NOBODY, "zero")
 
-#define PORT_STATS_RECORD_FIELDS(FIELD, R)                                                            \
+#define BRMGR_PORT_STATS_RECORD_FIELDS(FIELD, R)                                                      \
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "port whose counters are read: a getter counts it from 1, the table of all ports from 0, a clear sends what the driver left there") \
   FIELD(R, 4,   uint32_t, rxOctets,        ,     DEC,      DRIVER, "received octets")                 \
   FIELD(R, 8,   uint32_t, word2,           ,     DEC,      DRIVER, "not read")                        \
@@ -251,7 +251,7 @@ enum {
   FIELD(R, 204, uint32_t, txError51,       ,     DEC,      DRIVER, "third term of the transmit errors") \
   FIELD(R, 208, uint32_t, word52,          [2],  DEC,      DRIVER, "not read")
 
-#define MAC_ENTRY_RECORD_FIELDS(FIELD, R)                                                             \
+#define BRMGR_MAC_ENTRY_RECORD_FIELDS(FIELD, R)                                                       \
   FIELD(R, 0,   uint8_t,  mac,             [6],  MAC,      BOTH,   "the entry's address; in a read the address after which to look, then that of the entry found") \
   FIELD(R, 6,   uint16_t, reserved6,       ,     RESERVED, NOBODY, "zero")                            \
   FIELD(R, 8,   uint32_t, port,            ,     DEC,      BOTH,   "UNI port number; a read sends zero") \
@@ -260,7 +260,7 @@ enum {
   FIELD(R, 16,  uint32_t, entryType,       ,     DEC,      DRIVER, "sent as zero; a read returns the kind of the entry") \
   FIELD(R, 20,  uint32_t, reserved20,      ,     RESERVED, NOBODY, "zero")
 
-#define MAC_FILTER_RECORD_FIELDS(FIELD, R)                                                            \
+#define BRMGR_MAC_FILTER_RECORD_FIELDS(FIELD, R)                                                      \
   FIELD(R, 0,   uint32_t, reserved0,       ,     RESERVED, NOBODY, "zero")                            \
   FIELD(R, 4,   uint8_t,  mac,             [6],  MAC,      CALLER, "MAC address")                     \
   FIELD(R, 10,  uint16_t, reserved10,      ,     RESERVED, NOBODY, "zero")                            \
@@ -268,16 +268,16 @@ enum {
   FIELD(R, 16,  uint16_t, vid,             ,     DEC,      CALLER, "VLAN identifier")                 \
   FIELD(R, 18,  uint16_t, reserved18,      ,     RESERVED, NOBODY, "zero")
 
-#define MAC_AGING_RECORD_FIELDS(FIELD, R)                                                             \
+#define BRMGR_MAC_AGING_RECORD_FIELDS(FIELD, R)                                                       \
   FIELD(R, 0,   uint16_t, ageTime,         ,     DEC,      CALLER, "aging time of learned entries")
 
-#define MAC_LIMIT_RECORD_FIELDS(FIELD, R)                                                             \
+#define BRMGR_MAC_LIMIT_RECORD_FIELDS(FIELD, R)                                                       \
   FIELD(R, 0,   uint16_t, limit,           ,     DEC,      CALLER, "number of MAC addresses that may be learned")
 
-#define MAC_LEARN_RECORD_FIELDS(FIELD, R)                                                             \
+#define BRMGR_MAC_LEARN_RECORD_FIELDS(FIELD, R)                                                       \
   FIELD(R, 0,   uint32_t, value,           ,     DEC,      CALLER, "learning switch or clear value, as the caller gave it")
 
-#define POLICER_CFG_FIELDS(FIELD, R)                                                                  \
+#define BRMGR_POLICER_CFG_FIELDS(FIELD, R)                                                            \
   FIELD(R, 0,   uint32_t, word0,           ,     DEC,      CALLER, "always 0")                        \
   FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "committed rate in bit/s")         \
   FIELD(R, 8,   uint32_t, burst,           ,     DEC,      CALLER, "burst size; always 501536")       \
@@ -285,28 +285,28 @@ enum {
   FIELD(R, 16,  uint32_t, word16,          ,     DEC,      CALLER, "always 1")                        \
   FIELD(R, 20,  uint32_t, port,            ,     DEC,      CALLER, "UNI port number")
 
-#define POLICER_DEL_FIELDS(FIELD, R)                                                                  \
+#define BRMGR_POLICER_DEL_FIELDS(FIELD, R)                                                            \
   FIELD(R, 0,   uint32_t, word0,           ,     DEC,      CALLER, "always 1")                        \
   FIELD(R, 4,   uint32_t, port,            ,     DEC,      CALLER, "UNI port number")
 
-#define PORT_RATE_RECORD_FIELDS(FIELD, R)                                                             \
+#define BRMGR_PORT_RATE_RECORD_FIELDS(FIELD, R)                                                       \
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "device port: the UNI port number plus 1; 0 for a port that has none") \
   FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "line rate in bit/s; 0 when it is not known")
 
-#define DS_RATE_LIMIT_RECORD_FIELDS(FIELD, R)                                                         \
+#define BRMGR_DS_RATE_LIMIT_RECORD_FIELDS(FIELD, R)                                                   \
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "the caller's port index, which counts from 0, plus 1") \
   FIELD(R, 4,   uint32_t, rate,            ,     DEC,      CALLER, "downstream limit in bit/s")
 
-#define DSCP_MAP_RECORD_FIELDS(FIELD, R)                                                              \
+#define BRMGR_DSCP_MAP_RECORD_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   uint32_t, port,            ,     DEC,      CALLER, "data-path port of the UNI")       \
   FIELD(R, 4,   uint8_t,  priority,        [64], BYTES,    CALLER, "priority given to each DSCP")
 
-#define PORT_VLAN_TRUNK_ENTRY_FIELDS(FIELD, R)                                                        \
+#define BRMGR_PORT_VLAN_TRUNK_ENTRY_FIELDS(FIELD, R)                                                  \
   FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
   FIELD(R, 1,   uint8_t,  reserved1,       ,     RESERVED, NOBODY, "zero")                            \
   FIELD(R, 2,   uint16_t, vid,             ,     DEC,      CALLER, "VID, 1..4095; not checked, and the rules skip 0")
 
-#define PORT_VLAN_TRANS_ENTRY_FIELDS(FIELD, R)                                                        \
+#define BRMGR_PORT_VLAN_TRANS_ENTRY_FIELDS(FIELD, R)                                                  \
   FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
   FIELD(R, 1,   uint8_t,  reserved1,       ,     RESERVED, NOBODY, "zero")                            \
   FIELD(R, 2,   uint16_t, dsPriority,      ,     DEC,      CALLER, "priority written into the downstream action, 0..7; not checked") \
@@ -314,7 +314,7 @@ enum {
   FIELD(R, 6,   uint16_t, usPriority,      ,     DEC,      CALLER, "priority written into the upstream action, 0..7; not checked") \
   FIELD(R, 8,   uint16_t, netVid,          ,     DEC,      CALLER, "VID on the network side, 1..4095; not checked, and the rules skip an entry with 0")
 
-#define PORT_VLAN_STACK_ENTRY_FIELDS(FIELD, R)                                                        \
+#define BRMGR_PORT_VLAN_STACK_ENTRY_FIELDS(FIELD, R)                                                  \
   FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32")                 \
   FIELD(R, 1,   uint8_t,  reserved1,       [3],  RESERVED, NOBODY, "zero")                            \
   FIELD(R, 4,   uint32_t, stackParam,      ,     DEC,      CALLER, "2 in the entries that BDCOM stacking builds") \
@@ -322,7 +322,7 @@ enum {
   FIELD(R, 12,  uint16_t, reserved12,      ,     RESERVED, NOBODY, "zero")                            \
   FIELD(R, 14,  uint16_t, svid,            ,     DEC,      CALLER, "service VID, 1..4095")
 
-#define PORT_VLAN_INFO_FIELDS(FIELD, R)                                                               \
+#define BRMGR_PORT_VLAN_INFO_FIELDS(FIELD, R)                                                         \
   FIELD(R, 0,   uint16_t, pvid,            ,     DEC,      CALLER, "port VID, 1..4095; not checked, and 0 before it was set") \
   FIELD(R, 2,   uint16_t, priority,        ,     DEC,      CALLER, "default priority of the port, 0..7; of any value the low 8 bits are kept") \
   FIELD(R, 4,   uint16_t, tpid,            ,     HEX,      CALLER, "tag protocol identifier of the port VID's tag; 0x8100 once a port VID was set") \
@@ -333,26 +333,26 @@ enum {
   FIELD(R, 2064, PortVlanTransEntry, translationList, [512], LIST, CALLER, "pairs of translation mode") \
   FIELD(R, 7184, PortVlanStackEntry, stackingList, [512], LIST, CALLER, "customer and service VLANs of BDCOM stacking mode")
 
-#define PORT_VLAN_TABLE_FIELDS(FIELD, R)                                                              \
+#define BRMGR_PORT_VLAN_TABLE_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   PortVlanInfo, port,        [32], LIST,     CALLER, "configuration of each UNI port; port 1 is the first")
 
-#define IPHOST_VLAN_RECORD_FIELDS(FIELD, R)                                                           \
+#define BRMGR_IPHOST_VLAN_RECORD_FIELDS(FIELD, R)                                                     \
   FIELD(R, 0,   uint16_t, tci,             ,     HEX,      CALLER, "tag control information: priority 7 and the VID") \
   FIELD(R, 2,   uint16_t, reserved2,       ,     RESERVED, NOBODY, "zero")
 
-#define CTC_MODE_RECORD_FIELDS(FIELD, R)                                                              \
+#define BRMGR_CTC_MODE_RECORD_FIELDS(FIELD, R)                                                        \
   FIELD(R, 0,   uint8_t,  port,            ,     DEC,      CALLER, "UNI port, 1..32; any number with a code that names no mode")
 
-#define TRAP_ENABLE_RECORD_FIELDS(FIELD, R)                                                           \
+#define BRMGR_TRAP_ENABLE_RECORD_FIELDS(FIELD, R)                                                     \
   FIELD(R, 0,   uint32_t, portIndex,       ,     DEC,      CALLER, "port index, from 0")              \
   FIELD(R, 4,   uint32_t, enable,          ,     DEC,      CALLER, "trap of the port, as the caller gave it")
 
-#define RELAY_PKT_FIELDS(FIELD, R)                                                                    \
+#define BRMGR_RELAY_PKT_FIELDS(FIELD, R)                                                              \
   FIELD(R, 0,   uint32_t, desPort,         ,     DEC,      CALLER, "UNI port that the frame concerns") \
   FIELD(R, 4,   uint32_t, length,          ,     DEC,      CALLER, "frame length in bytes; the record ends behind the frame") \
   FIELD(R, 8,   uint8_t,  data,            [1700], BYTES,  CALLER, "the frame")
 
-#define RDPA_PKT_FIELDS(FIELD, R)                                                                     \
+#define BRMGR_RDPA_PKT_FIELDS(FIELD, R)                                                               \
   FIELD(R, 0,   uint32_t, size,            ,     DEC,      CALLER, "frame length in bytes; the record ends two bytes behind the frame") \
   FIELD(R, 4,   uint32_t, desPort,         ,     DEC,      CALLER, "destination UNI port, 0 for none") \
   FIELD(R, 8,   uint32_t, srcPort,         ,     DEC,      CALLER, "source UNI port, 0 for none")     \
@@ -369,91 +369,43 @@ enum {
 
 /// Every record, and those nested in others: X(record, FIELD TABLE, size in bytes, what it is).
 #define BRMGR_RECORD_LIST(X)                                                                          \
-  X(DrvInitRecord,   DRV_INIT_RECORD_FIELDS,   32,  "Port counts handed over at start-up.")           \
-  X(FeatureRecord,   FEATURE_RECORD_FIELDS,    4,   "Feature switch handed over at start-up.")        \
-  X(IngressClassCfg, INGRESS_CLASS_CFG_FIELDS, 32,  "An ingress class: which key fields its flows compare.") \
-  X(IngressClassDel, INGRESS_CLASS_DEL_FIELDS, 8,   "Names an ingress class to delete.")              \
-  X(IngressFlowRule, INGRESS_FLOW_RULE_FIELDS, 164, "A flow of an ingress class: key values, then the result for matching frames.") \
-  X(IngressFlowDel,  INGRESS_FLOW_DEL_FIELDS,  12,  "Names a flow to delete.")                        \
-  X(VlanTagSpec,     VLAN_TAG_SPEC_FIELDS,     6,   "One VLAN tag inside a VLAN action.")             \
-  X(VlanActionRule,  VLAN_ACTION_RULE_FIELDS,  24,  "A VLAN action: how the tags of a matching frame are edited.") \
-  X(VlanActionDel,   VLAN_ACTION_DEL_FIELDS,   8,   "Names a VLAN action to delete.")                 \
-  X(PortAdminRecord, PORT_ADMIN_RECORD_FIELDS, 48,  "Administrative state of a port.")                \
-  X(PortLoopbackRecord, PORT_LOOPBACK_RECORD_FIELDS, 48, "Loopback of a port.")                       \
-  X(PortIsolateRecord, PORT_ISOLATE_RECORD_FIELDS, 16, "Isolation of two ports from each other.")     \
-  X(PortStpRecord,   PORT_STP_RECORD_FIELDS,   12,  "Spanning tree of a port.")                       \
-  X(PortMirrorRecord, PORT_MIRROR_RECORD_FIELDS, 16, "Port mirroring.")                               \
-  X(McastGroupEntry, MCAST_GROUP_ENTRY_FIELDS, 52,  "A multicast group that is forwarded to one port.") \
-  X(PortStatsRecord, PORT_STATS_RECORD_FIELDS, 216, "Counters of a port.")                            \
-  X(MacEntryRecord,  MAC_ENTRY_RECORD_FIELDS,  24,  "An entry of the MAC table.")                    \
-  X(MacFilterRecord, MAC_FILTER_RECORD_FIELDS, 20,  "A MAC address that is blocked, or bound to a port.") \
-  X(MacAgingRecord,  MAC_AGING_RECORD_FIELDS,  2,   "Aging time of the MAC table.")                  \
-  X(MacLimitRecord,  MAC_LIMIT_RECORD_FIELDS,  2,   "Learning limit of the MAC table.")               \
-  X(MacLearnRecord,  MAC_LEARN_RECORD_FIELDS,  4,   "Learning switch of the MAC table.")             \
-  X(PolicerCfg,      POLICER_CFG_FIELDS,       24,  "Upstream policer of a port.")                    \
-  X(PolicerDel,      POLICER_DEL_FIELDS,       8,   "Names the port whose policer to delete.")        \
-  X(PortRateRecord,  PORT_RATE_RECORD_FIELDS,  8,   "Line rate of a port.")                           \
-  X(DsRateLimitRecord, DS_RATE_LIMIT_RECORD_FIELDS, 8, "Downstream rate limit of a port.")            \
-  X(DscpMapRecord,   DSCP_MAP_RECORD_FIELDS,   68,  "Map of a port from DSCP to priority.")                \
-  X(PortVlanTrunkEntry, PORT_VLAN_TRUNK_ENTRY_FIELDS, 4, "A VLAN of a port's trunk list.")            \
-  X(PortVlanTransEntry, PORT_VLAN_TRANS_ENTRY_FIELDS, 10, "A pair of a port's translation list.")     \
-  X(PortVlanStackEntry, PORT_VLAN_STACK_ENTRY_FIELDS, 16, "A customer VLAN of a port's stacking list and the service VLAN around it.") \
-  X(PortVlanInfo,    PORT_VLAN_INFO_FIELDS,    15376, "VLAN configuration of a UNI port.")            \
-  X(PortVlanTable,   PORT_VLAN_TABLE_FIELDS,   492032, "VLAN configuration of all UNI ports.")        \
-  X(IphostVlanRecord, IPHOST_VLAN_RECORD_FIELDS, 4, "VLAN tag of the unit's own IP traffic.")         \
-  X(CtcModeRecord,   CTC_MODE_RECORD_FIELDS,   1,   "Names a port whose VLAN mode was set by its code.") \
-  X(TrapEnableRecord, TRAP_ENABLE_RECORD_FIELDS, 8, "Trap of a protocol on a port.")                  \
-  X(RelayPkt,        RELAY_PKT_FIELDS,         1708, "A BPDU, DHCP or PPPoE frame to send.")          \
-  X(RdpaPkt,         RDPA_PKT_FIELDS,          2064, "A frame to send, and the descriptor of a trapped one.") \
+  X(DrvInitRecord,   BRMGR_DRV_INIT_RECORD_FIELDS,   32,  "Port counts handed over at start-up.")           \
+  X(FeatureRecord,   BRMGR_FEATURE_RECORD_FIELDS,    4,   "Feature switch handed over at start-up.")        \
+  X(IngressClassCfg, BRMGR_INGRESS_CLASS_CFG_FIELDS, 32,  "An ingress class: which key fields its flows compare.") \
+  X(IngressClassDel, BRMGR_INGRESS_CLASS_DEL_FIELDS, 8,   "Names an ingress class to delete.")              \
+  X(IngressFlowRule, BRMGR_INGRESS_FLOW_RULE_FIELDS, 164, "A flow of an ingress class: key values, then the result for matching frames.") \
+  X(IngressFlowDel,  BRMGR_INGRESS_FLOW_DEL_FIELDS,  12,  "Names a flow to delete.")                        \
+  X(VlanTagSpec,     BRMGR_VLAN_TAG_SPEC_FIELDS,     6,   "One VLAN tag inside a VLAN action.")             \
+  X(VlanActionRule,  BRMGR_VLAN_ACTION_RULE_FIELDS,  24,  "A VLAN action: how the tags of a matching frame are edited.") \
+  X(VlanActionDel,   BRMGR_VLAN_ACTION_DEL_FIELDS,   8,   "Names a VLAN action to delete.")                 \
+  X(PortAdminRecord, BRMGR_PORT_ADMIN_RECORD_FIELDS, 48,  "Administrative state of a port.")                \
+  X(PortLoopbackRecord, BRMGR_PORT_LOOPBACK_RECORD_FIELDS, 48, "Loopback of a port.")                       \
+  X(PortIsolateRecord, BRMGR_PORT_ISOLATE_RECORD_FIELDS, 16, "Isolation of two ports from each other.")     \
+  X(PortStpRecord,   BRMGR_PORT_STP_RECORD_FIELDS,   12,  "Spanning tree of a port.")                       \
+  X(PortMirrorRecord, BRMGR_PORT_MIRROR_RECORD_FIELDS, 16, "Port mirroring.")                               \
+  X(McastGroupEntry, BRMGR_MCAST_GROUP_ENTRY_FIELDS, 52,  "A multicast group that is forwarded to one port.") \
+  X(PortStatsRecord, BRMGR_PORT_STATS_RECORD_FIELDS, 216, "Counters of a port.")                            \
+  X(MacEntryRecord,  BRMGR_MAC_ENTRY_RECORD_FIELDS,  24,  "An entry of the MAC table.")                    \
+  X(MacFilterRecord, BRMGR_MAC_FILTER_RECORD_FIELDS, 20,  "A MAC address that is blocked, or bound to a port.") \
+  X(MacAgingRecord,  BRMGR_MAC_AGING_RECORD_FIELDS,  2,   "Aging time of the MAC table.")                  \
+  X(MacLimitRecord,  BRMGR_MAC_LIMIT_RECORD_FIELDS,  2,   "Learning limit of the MAC table.")               \
+  X(MacLearnRecord,  BRMGR_MAC_LEARN_RECORD_FIELDS,  4,   "Learning switch of the MAC table.")             \
+  X(PolicerCfg,      BRMGR_POLICER_CFG_FIELDS,       24,  "Upstream policer of a port.")                    \
+  X(PolicerDel,      BRMGR_POLICER_DEL_FIELDS,       8,   "Names the port whose policer to delete.")        \
+  X(PortRateRecord,  BRMGR_PORT_RATE_RECORD_FIELDS,  8,   "Line rate of a port.")                           \
+  X(DsRateLimitRecord, BRMGR_DS_RATE_LIMIT_RECORD_FIELDS, 8, "Downstream rate limit of a port.")            \
+  X(DscpMapRecord,   BRMGR_DSCP_MAP_RECORD_FIELDS,   68,  "Map of a port from DSCP to priority.")                \
+  X(PortVlanTrunkEntry, BRMGR_PORT_VLAN_TRUNK_ENTRY_FIELDS, 4, "A VLAN of a port's trunk list.")            \
+  X(PortVlanTransEntry, BRMGR_PORT_VLAN_TRANS_ENTRY_FIELDS, 10, "A pair of a port's translation list.")     \
+  X(PortVlanStackEntry, BRMGR_PORT_VLAN_STACK_ENTRY_FIELDS, 16, "A customer VLAN of a port's stacking list and the service VLAN around it.") \
+  X(PortVlanInfo,    BRMGR_PORT_VLAN_INFO_FIELDS,    15376, "VLAN configuration of a UNI port.")            \
+  X(PortVlanTable,   BRMGR_PORT_VLAN_TABLE_FIELDS,   492032, "VLAN configuration of all UNI ports.")        \
+  X(IphostVlanRecord, BRMGR_IPHOST_VLAN_RECORD_FIELDS, 4, "VLAN tag of the unit's own IP traffic.")         \
+  X(CtcModeRecord,   BRMGR_CTC_MODE_RECORD_FIELDS,   1,   "Names a port whose VLAN mode was set by its code.") \
+  X(TrapEnableRecord, BRMGR_TRAP_ENABLE_RECORD_FIELDS, 8, "Trap of a protocol on a port.")                  \
+  X(RelayPkt,        BRMGR_RELAY_PKT_FIELDS,         1708, "A BPDU, DHCP or PPPoE frame to send.")          \
+  X(RdpaPkt,         BRMGR_RDPA_PKT_FIELDS,          2064, "A frame to send, and the descriptor of a trapped one.") \
   X(BrmgrEvent,      BRMGR_EVENT_FIELDS,       2068, "An event read from the device: a trapped frame.")
-
-/// Which record a command carries: X(command NAME, record).
-#define BRMGR_COMMAND_RECORD_LIST(X)       \
-  X(INIT,            DrvInitRecord)        \
-  X(IC_CREATE,       IngressClassCfg)      \
-  X(IC_DEL,          IngressClassDel)      \
-  X(FLOW_ADD,        IngressFlowRule)      \
-  X(FLOW_DEL,        IngressFlowDel)       \
-  X(VLAN_ACTION_ADD, VlanActionRule)       \
-  X(VLAN_ACTION_DEL, VlanActionDel)        \
-  X(QUEUE_SCHEDULE,  IngressFlowRule)      \
-  X(FEATURE,         FeatureRecord)        \
-  X(PORT_ADMIN,      PortAdminRecord)      \
-  X(PORT_LOOPBACK,   PortLoopbackRecord)   \
-  X(PORT_ISOLATE,    PortIsolateRecord)    \
-  X(PORT_STP,        PortStpRecord)        \
-  X(PORT_MIRROR,     PortMirrorRecord)     \
-  X(MCAST_ADD,       McastGroupEntry)      \
-  X(MCAST_DEL,       McastGroupEntry)      \
-  X(PORT_STATS,      PortStatsRecord)      \
-  X(MAC_GET_NEXT,    MacEntryRecord)       \
-  X(MAC_BIND_ADD,    MacFilterRecord)      \
-  X(MAC_BIND_DEL,    MacFilterRecord)      \
-  X(MAC_FILTER_ADD,  MacFilterRecord)      \
-  X(MAC_FILTER_DEL,  MacFilterRecord)      \
-  X(MAC_STATIC_ADD,  MacEntryRecord)       \
-  X(MAC_STATIC_DEL,  MacEntryRecord)       \
-  X(MAC_DYNAMIC_ADD, MacEntryRecord)       \
-  X(MAC_DYNAMIC_DEL, MacEntryRecord)       \
-  X(MAC_AGING,       MacAgingRecord)       \
-  X(MAC_LIMIT,       MacLimitRecord)       \
-  X(MAC_LEARN,       MacLearnRecord)       \
-  X(POLICER_ADD,     PolicerCfg)           \
-  X(POLICER_DEL,     PolicerDel)           \
-  X(PORT_STATE,      PortRateRecord)       \
-  X(DS_RATE_LIMIT,   DsRateLimitRecord)    \
-  X(DSCP_MAP,        DscpMapRecord)        \
-  X(IPHOST_VLAN_ADD, IphostVlanRecord)     \
-  X(IPHOST_VLAN_DEL, IphostVlanRecord)     \
-  X(CTC_MODE_A,      CtcModeRecord)        \
-  X(CTC_MODE_B,      CtcModeRecord)        \
-  X(VLAN_REBUILD,    PortVlanTable) \
-  X(DHCP_TRAP,       TrapEnableRecord)     \
-  X(PPPOE_TRAP,      TrapEnableRecord)     \
-  X(SEND_BPDU,       RelayPkt)             \
-  X(SEND_DHCP,       RelayPkt)             \
-  X(SEND_PPPOE,      RelayPkt)             \
-  X(SEND_PKT,        RdpaPkt)
 // clang-format on
 
 #define BRMGR_DECLARE_FIELD(record, offset, type, name, array, format, access, text) \

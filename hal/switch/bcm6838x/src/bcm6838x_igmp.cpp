@@ -8,13 +8,16 @@
 #include <brmgr_record.h>
 
 #include "bcm6838x_igmp_internal.h"
+#include "hal_bcm6838x_ports.h"
 
-McastUniPortInfo g_mcastUniPortInfo[kMcastUniPorts] = {};
-McastChannelInfo g_mcastChannelInfo[kMcastChannels] = {};
+using namespace hal;
+
+McastUniPortInfo hal::g_mcastUniPortInfo[kUniPorts] = {};
+McastChannelInfo hal::g_mcastChannelInfo[kMcastChannels] = {};
 
 uint32_t BCM6838X_InitIgmp(void) {
   memset(g_mcastChannelInfo, 0, sizeof(g_mcastChannelInfo));
-  for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
+  for (const uint32_t uni : EthPortsInTables()) {
     McastUniPortInfo& info = g_mcastUniPortInfo[uni - 1];
     info.mcastVlanMode = kMcastVlanKeep;
     info.stripActionIndex = BRMGR_INDEX_NONE;

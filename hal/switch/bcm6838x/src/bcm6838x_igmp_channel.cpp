@@ -13,7 +13,11 @@
 
 #include "bcm6838x_igmp_internal.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -64,6 +68,11 @@ uint16_t FindSlot(const McastGroupRequest& request, uint32_t uni) {
   return BCM6838X_FindTargetMcastChanSlot(request.groupIpv4, request.groupIpv6, uni);
 }
 
+/// The slot of a channel; none for null.
+uint16_t SlotOf(const McastChannelInfo* channel) {
+  return channel == nullptr ? kNoSlot : static_cast<uint16_t>(channel - g_mcastChannelInfo);
+}
+
 /// Directs the entry to a port, with the VLAN action that the port's multicast frames need. Without
 /// a matching translation rule the entry keeps the action that it has.
 void DirectTo(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& entry) {
@@ -89,7 +98,7 @@ void FillSlot(uint16_t slot, const McastGroupRequest& request, const McastGroupE
 /// entry then has the index that the slot has: the one that the driver returned, or none.
 uint32_t CreateInSlot(uint16_t slot, const McastGroupRequest& request, McastGroupEntry& entry) {
   McastGroupEntry record = entry;
-  const uint32_t result = SendCommand(BRMGR_CMD_MCAST_ADD, record, BRMGR_FLAG_READ_BACK);
+  const uint32_t result = Send<BRMGR_CMD_MCAST_ADD>(record);
   entry.channelIndex = result == BCM6838X_OK ? record.channelIndex : BRMGR_INDEX_NONE;
   FillSlot(slot, request, entry);
   return result;
@@ -101,7 +110,7 @@ void RemoveFrom(uint32_t uni, uint16_t slot, const McastGroupRequest& request,
   DirectTo(uni, request, entry);
   entry.channelIndex = g_mcastChannelInfo[slot].channelIndex;
   McastGroupEntry record = entry;
-  SendCommand(BRMGR_CMD_MCAST_DEL, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_MCAST_DEL>(record);
   g_mcastChannelInfo[slot] = {};
   LogDel(entry, slot);
 }
@@ -121,7 +130,7 @@ void AddIfRoom(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& 
 
 /// The first Ethernet port of the mask, or 0.
 uint32_t FirstPortOf(const McastGroupRequest& request) {
-  for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
+  for (const uint32_t uni : EthPortsInTables()) {
     if (IsInMask(request, uni)) {
       return uni;
     }
@@ -132,28 +141,20 @@ uint32_t FirstPortOf(const McastGroupRequest& request) {
 }  // namespace
 
 uint16_t BCM6838X_FindUnuseMcastChanSlot(void) {
-  for (uint16_t slot = 0; slot < kMcastChannels; ++slot) {
-    if (g_mcastChannelInfo[slot].inUse == 0) {
-      return slot;
-    }
-  }
-  return kNoSlot;
+  return SlotOf(FirstOf(g_mcastChannelInfo,
+                        [](const McastChannelInfo& channel) { return channel.inUse == 0; }));
 }
 
 uint16_t BCM6838X_FindTargetMcastChanSlot(const uint8_t* ipv4, const uint8_t* ipv6, uint32_t port) {
-  if (ipv4 == nullptr || ipv6 == nullptr) {
+  if (IsAnyNull(ipv4, ipv6)) {
     return kNoSlot;
   }
-  const uint32_t uni = McastPort(port);
+  const uint32_t uni = UniPort(port);
   const bool isIpv6 = memcmp(ipv4, kNoIpv4, sizeof(kNoIpv4)) == 0;
-  for (uint16_t slot = 0; slot < kMcastChannels; ++slot) {
-    const McastChannelInfo& channel = g_mcastChannelInfo[slot];
-    if (channel.port == uni && (isIpv6 ? memcmp(channel.ipv6, ipv6, sizeof(channel.ipv6)) == 0
-                                       : memcmp(channel.ipv4, ipv4, sizeof(channel.ipv4)) == 0)) {
-      return slot;
-    }
-  }
-  return kNoSlot;
+  return SlotOf(FirstOf(g_mcastChannelInfo, [&](const McastChannelInfo& channel) {
+    return channel.port == uni && (isIpv6 ? memcmp(channel.ipv6, ipv6, sizeof(channel.ipv6)) == 0
+                                          : memcmp(channel.ipv4, ipv4, sizeof(channel.ipv4)) == 0);
+  }));
 }
 
 uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
@@ -184,7 +185,7 @@ uint32_t BCM6838X_ModifyMulticastMacAddr(const McastGroupRequest* request) {
   // One record serves the whole walk: the index of a delete is sent with the creates after it, and
   // a port without a matching rule gets the action of the port before it. This is intended.
   McastGroupEntry entry = MakeEntry(*request);
-  for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
+  for (const uint32_t uni : EthPortsInTables()) {
     const uint16_t slot = FindSlot(*request, uni);
     const bool wanted = IsInMask(*request, uni);
     if (!wanted && slot != kNoSlot) {
@@ -205,7 +206,7 @@ uint32_t BCM6838X_DelMulticastMacAddr(const McastGroupRequest* request) {
     return BCM6838X_INVALID;
   }
   McastGroupEntry entry = MakeEntry(*request);
-  for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
+  for (const uint32_t uni : EthPortsInTables()) {
     const uint16_t slot = IsInMask(*request, uni) ? FindSlot(*request, uni) : kNoSlot;
     if (slot != kNoSlot) {
       RemoveFrom(uni, slot, *request, entry);

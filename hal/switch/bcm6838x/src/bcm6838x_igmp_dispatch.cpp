@@ -8,19 +8,21 @@
 #include <platform_log.h>
 
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 uint32_t BCM6838X_DispatchIgmpPacket(const uint8_t* packet, uint32_t length, uint32_t vlan,
                                      uint32_t port) {
-  if (packet == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(packet)) {
     return BCM6838X_OK;
   }
-  const uint32_t from = port & 0xFF;
+  const uint32_t from = UniPort(port);
   if (from <= HC_GetEthPortNum()) {
     BCM6838X_SendPacket(packet, length, vlan, from, HC_GetUplinkPortNo());
     return BCM6838X_OK;
   }
-  for (uint32_t uni = 1; uni <= HC_GetEthPortNum(); ++uni) {
+  for (const uint32_t uni : EthPorts()) {
     BCM6838X_SendPacket(packet, length, vlan, HC_GetUplinkPortNo(), uni);
   }
   return BCM6838X_OK;

@@ -7,6 +7,8 @@
 
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kRowBytes = 16;

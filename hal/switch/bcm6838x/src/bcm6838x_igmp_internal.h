@@ -6,9 +6,11 @@
 #include <cstddef>
 #include <cstdint>
 
-#include <platform_config.h>
+#include "hal_bcm6838x_find.h"
+#include "hal_bcm6838x_ports.h"
 
-constexpr size_t kMcastUniPorts = 32;
+namespace hal {
+
 constexpr size_t kMcastVlansPerPort = 8;
 constexpr size_t kMcastChannels = 1024;
 
@@ -48,34 +50,22 @@ struct McastChannelInfo {
 static_assert(sizeof(McastChannelInfo) == 28);
 
 extern "C" {
-extern McastUniPortInfo g_mcastUniPortInfo[kMcastUniPorts];
+extern McastUniPortInfo g_mcastUniPortInfo[kUniPorts];
 extern McastChannelInfo g_mcastChannelInfo[kMcastChannels];
-}
-
-/// The UNI port number that a port argument names.
-constexpr uint32_t McastPort(uint32_t port) {
-  return port & 0xFF;
-}
-
-/// The last UNI port over which the multicast operations loop.
-inline uint32_t LastMcastPort() {
-  const uint32_t ports = HC_GetEthPortNum();
-  return ports < kMcastUniPorts ? ports : kMcastUniPorts;
 }
 
 /// The settings of a UNI port, or null when there is no such port.
 inline McastUniPortInfo* FindMcastPort(uint32_t uni) {
-  return uni >= 1 && uni <= kMcastUniPorts ? &g_mcastUniPortInfo[uni - 1] : nullptr;
+  return IsInTables(uni) ? &g_mcastUniPortInfo[uni - 1] : nullptr;
 }
 
 /// The first translation rule of a multicast VLAN, or null; a free rule is none.
 inline McastVlanTrans* FindMcastRule(McastUniPortInfo& info, uint16_t mvlan) {
-  for (McastVlanTrans& rule : info.mcastVlanTrans) {
-    if (rule.mvlan == mvlan && mvlan != kNoMcastVlan) {
-      return &rule;
-    }
-  }
-  return nullptr;
+  return FirstOf(info.mcastVlanTrans, [mvlan](const McastVlanTrans& rule) {
+    return rule.mvlan == mvlan && mvlan != kNoMcastVlan;
+  });
 }
+
+}  // namespace hal
 
 #endif

@@ -11,9 +11,14 @@
 #include <platform_log.h>
 
 #include "bcm6838x_igmp_internal.h"
-#include "bcm6838x_vlan_config.h"
+#include "bcm6838x_vlan_mcast.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_object.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -28,12 +33,7 @@ McastUniPortInfo* FindPortOrLog(const char* function, uint32_t uni) {
 
 /// The first place that holds `vid`, or null; kNoMcastVlan finds an empty place.
 uint16_t* FindPlace(McastUniPortInfo& info, uint16_t vid) {
-  for (uint16_t& place : info.mcastVlan) {
-    if (place == vid) {
-      return &place;
-    }
-  }
-  return nullptr;
+  return FirstOf(info.mcastVlan, [vid](uint16_t place) { return place == vid; });
 }
 
 /// What the operations on translation rules are called with.
@@ -45,7 +45,7 @@ struct TransCall {
 
 /// Takes the bits that count, and logs them under the operation's name.
 TransCall ReadAndLogTrans(const char* function, uint32_t port, uint32_t mvlan, uint32_t iptvVlan) {
-  const TransCall call = {McastPort(port), static_cast<uint16_t>(mvlan),
+  const TransCall call = {UniPort(port), static_cast<uint16_t>(mvlan),
                           static_cast<uint16_t>(iptvVlan)};
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "###### %s,%d, port=%d mvlan=%lu, iptvVlan=%lu\r\n",
              AsInt(call.uni), AsUnsignedLong(call.mvlan), AsUnsignedLong(call.iptvVlan));
@@ -53,19 +53,13 @@ TransCall ReadAndLogTrans(const char* function, uint32_t port, uint32_t mvlan, u
 }
 
 McastVlanTrans* FindFreeRule(McastUniPortInfo& info) {
-  for (McastVlanTrans& rule : info.mcastVlanTrans) {
-    if (rule.mvlan == kNoMcastVlan) {
-      return &rule;
-    }
-  }
-  return nullptr;
+  return FirstOf(info.mcastVlanTrans,
+                 [](const McastVlanTrans& rule) { return rule.mvlan == kNoMcastVlan; });
 }
 
 /// Whether the multicast VLANs of a port are members of its VLAN objects.
 bool IsInVlanObjects(uint32_t uni, const McastUniPortInfo& info) {
-  const uint32_t vlanMode = g_PortVlanInfo[uni - 1].vlanMode;
-  return info.mcastVlanMode == kMcastVlanKeep && vlanMode != kVlanModeTransparent &&
-         vlanMode != kVlanModeZteStacking;
+  return info.mcastVlanMode == kMcastVlanKeep && !CarriesEveryVlan(uni);
 }
 
 void AddToVlanObjects(uint32_t uni, uint16_t vid) {
@@ -87,15 +81,20 @@ void ForEachVlan(uint32_t uni, const McastUniPortInfo& info, void (*change)(uint
   }
 }
 
+/// The same for a port that keeps their tags.
+void ForEachKeptVlan(uint32_t uni, void (*change)(uint32_t, uint16_t)) {
+  const McastUniPortInfo& info = g_mcastUniPortInfo[uni - 1];
+  if (info.mcastVlanMode == kMcastVlanKeep) {
+    ForEachVlan(uni, info, change);
+  }
+}
+
 /// Creates a downstream VLAN action outside the pool. `index` is what the record then holds, none
 /// when the driver refused.
 uint32_t CreateAction(uint32_t cmd, uint16_t vid, uint32_t& index) {
-  VlanActionRule record = {};
-  record.cmd = cmd;
+  VlanActionRule record = BeginAction(BRMGR_DIR_DOWNSTREAM, cmd);
   record.tag[0].vid = vid;
-  record.dir = BRMGR_DIR_DOWNSTREAM;
-  record.vlanActionIndex = BRMGR_INDEX_NONE;
-  const uint32_t result = SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK);
+  const uint32_t result = Send<BRMGR_CMD_VLAN_ACTION_ADD>(record);
   index = record.vlanActionIndex;
   return result;
 }
@@ -103,7 +102,7 @@ uint32_t CreateAction(uint32_t cmd, uint16_t vid, uint32_t& index) {
 /// Deletes a VLAN action, whatever the driver answers, and forgets its index.
 void DeleteAction(uint32_t& index) {
   VlanActionDel record = {BRMGR_DIR_DOWNSTREAM, index};
-  SendCommand(BRMGR_CMD_VLAN_ACTION_DEL, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_VLAN_ACTION_DEL>(record);
   index = BRMGR_INDEX_NONE;
 }
 
@@ -135,8 +134,16 @@ uint32_t EnterMode(uint32_t uni, McastUniPortInfo& info) {
 
 }  // namespace
 
+void hal::WithdrawMcastVlans(uint32_t uni) {
+  ForEachKeptVlan(uni, RemoveFromVlanObjects);
+}
+
+void hal::RestoreMcastVlans(uint32_t uni) {
+  ForEachKeptVlan(uni, AddToVlanObjects);
+}
+
 uint32_t BCM6838X_AddIgmpVlan(uint32_t port, uint32_t vid) {
-  const uint32_t uni = McastPort(port);
+  const uint32_t uni = UniPort(port);
   const auto mcastVlan = static_cast<uint16_t>(vid);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s,%d, add igmp vlan  %u  vid=%lu\r\n", uni,
                AsUnsignedLong(mcastVlan));
@@ -156,7 +163,7 @@ uint32_t BCM6838X_AddIgmpVlan(uint32_t port, uint32_t vid) {
 }
 
 uint32_t BCM6838X_DelIgmpVlan(uint32_t port, uint32_t vid) {
-  const uint32_t uni = McastPort(port);
+  const uint32_t uni = UniPort(port);
   const auto mcastVlan = static_cast<uint16_t>(vid);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s,%d, del igmp vlan  %u  vid=%lu\r\n", uni,
                AsUnsignedLong(mcastVlan));
@@ -177,7 +184,7 @@ uint32_t BCM6838X_DelIgmpVlan(uint32_t port, uint32_t vid) {
 }
 
 uint32_t BCM6838X_SetMulticastVlanMode(uint32_t port, uint32_t mode) {
-  const uint32_t uni = McastPort(port);
+  const uint32_t uni = UniPort(port);
   const auto newMode = static_cast<uint16_t>(mode);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s,%d, set igmp vlan mode  %u  vlanMode=%lu\r\n", uni,
                AsUnsignedLong(newMode));

@@ -8,6 +8,9 @@
 #include <brmgr_record.h>
 
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_log.h"
+
+using namespace hal;
 
 namespace {
 
@@ -20,14 +23,13 @@ struct EntryOutput {
 };
 
 bool IsComplete(const EntryOutput& output) {
-  return output.port != nullptr && output.vid != nullptr && output.mac != nullptr &&
-         output.flag != nullptr;
+  return !IsAnyNull(output.port, output.vid, output.mac, output.flag);
 }
 
 /// Sends the record, which holds the address after which to look, and copies out what it then
 /// holds, also when the driver refused: the end of the table is the caller's to recognise.
 void ReadEntry(MacEntryRecord& record, const EntryOutput& output) {
-  SendCommand(BRMGR_CMD_MAC_GET_NEXT, record, BRMGR_FLAG_READ_BACK);
+  Send<BRMGR_CMD_MAC_GET_NEXT>(record);
   *output.port = record.port;
   *output.vid = record.vid;
   memcpy(output.mac, record.mac, sizeof(record.mac));

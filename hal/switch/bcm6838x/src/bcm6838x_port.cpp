@@ -9,24 +9,26 @@
 #include <brmgr_cmd.h>
 #include <brmgr_record.h>
 #include <platform_chip.h>
-#include <platform_config.h>
 #include <platform_log.h>
 #include <platform_vos.h>
 
 #include "bcm6838x_port_internal.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_platform.h"
+#include "hal_bcm6838x_ports.h"
 
-PortMirrorRecord g_mirror_cfg = {};
+using namespace hal;
+
+PortMirrorRecord hal::g_mirror_cfg = {};
 
 namespace {
 
 constexpr uint32_t kMaxPort = 5;        ///< highest port of administrative state and loopback
 constexpr uint32_t kMaxSwitchPort = 4;  ///< highest port of isolation and mirroring
-constexpr uint32_t kAdminStates = 32;
 
 /// Last administrative state given to each port, by UNI port number.
-uint32_t sg_portAdminState[kAdminStates] = {};
+uint32_t sg_portAdminState[kUniPorts] = {};
 
 bool IsPort(uint32_t uni, uint32_t max) {
   return uni >= 1 && uni <= max;
@@ -44,7 +46,7 @@ void SendIsolation(uint32_t uni, uint32_t peerPort, uint32_t isolate) {
   record.peerPort = peerPort;
   record.isolate = isolate;
   record.word12 = kWord12;
-  SendCommand(BRMGR_CMD_PORT_ISOLATE, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_ISOLATE>(record);
 }
 
 }  // namespace
@@ -54,8 +56,8 @@ uint32_t BCM6838X_InitPort(void) {
   for (uint32_t& state : sg_portAdminState) {
     state = 1;
   }
-  for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
-    const auto index = static_cast<uint8_t>(i);
+  for (const uint32_t uni : EthPorts()) {
+    const auto index = static_cast<uint8_t>(uni - 1);
     VOS_System("/bin/ethctl eth%hhu reg 24 0xf077 > /dev/null 2>&1", index);
     VOS_System("/bin/ethctl eth%hhu reg 28 0x9000 > /dev/null 2>&1", index);
   }
@@ -70,7 +72,7 @@ int32_t BCM6838X_SetPortAdminState(uint32_t port, uint32_t state) {
   PortAdminRecord record = {};
   record.port = DevicePort(uni);
   record.enable = state != 0 ? 1 : 0;
-  SendCommand(BRMGR_CMD_PORT_ADMIN, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_ADMIN>(record);
   const int32_t result = BCM6838X_PhyPowerDown(uni, state == 0 ? 1 : 0);
   sg_portAdminState[uni] = state;
   return result;
@@ -82,7 +84,7 @@ uint32_t BCM6838X_SetPortNegMode(uint32_t port, uint32_t mode) {
   }
   const uint32_t uni = UniPort(port);
   VOS_System("ethctl eth%d media-type %s", AsInt(uni) - 1, kMediaTypes[mode]);
-  if (uni < kAdminStates) {
+  if (uni < kUniPorts) {
     BCM6838X_SetPortAdminState(uni, sg_portAdminState[uni]);
   }
   return BCM6838X_OK;
@@ -96,7 +98,7 @@ uint32_t BCM6838X_SetPortLoopback(uint32_t port, uint32_t on) {
   PortLoopbackRecord record = {};
   record.port = DevicePort(uni);
   record.enable = on != 0 ? 1 : 0;
-  SendCommand(BRMGR_CMD_PORT_LOOPBACK, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_LOOPBACK>(record);
   return BCM6838X_OK;
 }
 
@@ -105,7 +107,7 @@ uint32_t BCM6838X_SetPortIsolateMask(uint32_t port, uint32_t mask) {
   if (!IsPort(uni, kMaxSwitchPort)) {
     return BCM6838X_FAILED;
   }
-  for (uint32_t peer = 1; peer <= kMaxSwitchPort; ++peer) {
+  for (const uint32_t peer : UniPorts{kMaxSwitchPort}) {
     const bool named = ((mask >> (peer - 1)) & 1U) != 0;
     // A mask of 0 releases the port from all others; any other mask only adds isolation, towards
     // the port itself too when it says so.
@@ -120,7 +122,7 @@ uint32_t BCM6838X_SetPortMacLearn(uint32_t /*port*/, uint32_t enable) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), enable=%d\r\n", AsInt(enable));
   MacLearnRecord record = {};
   record.value = enable;
-  SendCommand(BRMGR_CMD_MAC_LEARN, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_MAC_LEARN>(record);
   return BCM6838X_OK;
 }
 
@@ -128,19 +130,17 @@ uint32_t BCM6838X_SetPortLimitMacNum(uint32_t /*port*/, uint32_t limit) {
   MacLimitRecord record = {};
   record.limit = static_cast<uint16_t>(limit);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), limit=%d\r\n", record.limit);
-  SendCommand(BRMGR_CMD_MAC_LIMIT, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_MAC_LIMIT>(record);
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
-  constexpr uint32_t kStpModule = 0xA3C0;
-  constexpr uint32_t kStpEnableMessage = 0x1509;
-  for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
+  for (const uint32_t uni : EthPorts()) {
     PortStpRecord record = {};
-    record.portIndex = i;  // counted from 0 here, which is intended
+    record.portIndex = uni - 1;  // counted from 0 here, which is intended
     record.enable = enable;
-    VOS_MsgSend(kStpModule, kStpEnableMessage, &record, sizeof(record));
-    SendCommand(BRMGR_CMD_PORT_STP, record, BRMGR_FLAG_INPUT);
+    VOS_MsgSend(kStpModule, kStpEnable, &record, sizeof(record));
+    Send<BRMGR_CMD_PORT_STP>(record);
   }
   return BCM6838X_OK;
 }
@@ -148,7 +148,7 @@ uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
 uint32_t BCM6838X_SetPortStpState(uint32_t port, uint32_t stpState) {
   constexpr uint32_t kBlocking = 1;
   constexpr uint32_t kForwarding = 4;
-  if (SF_GetFeature(kCaptureFeature) != 1 || (stpState != kBlocking && stpState != kForwarding)) {
+  if (!IsCaptureEnabled() || (stpState != kBlocking && stpState != kForwarding)) {
     return BCM6838X_OK;
   }
   return static_cast<uint32_t>(BCM6838X_SetPortAdminState(port, stpState == kForwarding ? 1 : 0));
@@ -174,18 +174,18 @@ uint32_t BCM6838X_SetPortMirrorMode(const uint8_t* modes) {
   /// Direction word of the modes 1, 2 and 3.
   constexpr uint32_t kDirections[] = {1, 0, 2};
   constexpr size_t kModes = sizeof(kDirections) / sizeof(kDirections[0]);
-  if (modes == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(modes)) {
     return BCM6838X_FAILED;
   }
   // One record serves all ports, so the last one wins, which is intended.
-  for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
-    if (modes[i] == 0) {
+  for (const uint32_t uni : EthPorts()) {
+    const uint32_t mode = modes[uni - 1];
+    if (mode == 0) {
       continue;
     }
     g_mirror_cfg.selector = 0;
-    if (modes[i] <= kModes) {
-      g_mirror_cfg.direction = kDirections[modes[i] - 1];
+    if (mode <= kModes) {
+      g_mirror_cfg.direction = kDirections[mode - 1];
     }
   }
   return BCM6838X_OK;
@@ -193,7 +193,7 @@ uint32_t BCM6838X_SetPortMirrorMode(const uint8_t* modes) {
 
 uint32_t BCM6838X_SetPortMirrorEnable(uint32_t enable) {
   g_mirror_cfg.enable = enable;
-  SendCommand(BRMGR_CMD_PORT_MIRROR, g_mirror_cfg, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_MIRROR>(g_mirror_cfg);
   return BCM6838X_OK;
 }
 

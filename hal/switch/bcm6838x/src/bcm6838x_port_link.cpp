@@ -9,7 +9,11 @@
 
 #include "bcm6838x_port_internal.h"
 #include "bcm6838x_port_mii.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -58,20 +62,20 @@ void TypeByNegotiation(MiiPort& port, int32_t advertised, int32_t partner, uint3
   if ((partner & kMiiAcknowledge) == 0) {
     return;
   }
-  for (const TypeOfBit& ability : kCommonAbilities) {
-    if ((advertised & partner & ability.bit) != 0) {
-      type = ability.type;
-      return;
-    }
+  const TypeOfBit* const common = FirstOf(kCommonAbilities, [&](const TypeOfBit& ability) {
+    return (advertised & partner & ability.bit) != 0;
+  });
+  if (common != nullptr) {
+    type = common->type;
   }
 }
 
 void TypeByForcedMode(int32_t control, uint32_t& type) {
-  for (const TypeOfBit& mode : kForcedModes) {
-    if ((control & (kMiiSpeed100 | kMiiFullDuplex)) == mode.bit) {
-      type = mode.type;
-      return;
-    }
+  const TypeOfBit* const forced = FirstOf(kForcedModes, [control](const TypeOfBit& mode) {
+    return (control & (kMiiSpeed100 | kMiiFullDuplex)) == mode.bit;
+  });
+  if (forced != nullptr) {
+    type = forced->type;
   }
 }
 
@@ -93,8 +97,7 @@ bool Negotiates(const MiiPort& port) {
 }  // namespace
 
 uint32_t BCM6838X_GetMediaType(uint32_t port, uint32_t* type) {
-  if (type == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(type)) {
     return BCM6838X_FAILED;
   }
   MiiPort mii;
@@ -116,8 +119,7 @@ uint32_t BCM6838X_GetMediaType(uint32_t port, uint32_t* type) {
 }
 
 uint32_t BCM6838X_GetPortLinkState(uint32_t port, uint32_t* state) {
-  if (state == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(state)) {
     return BCM6838X_OK;
   }
   // A PHY that cannot be read counts as link down.
@@ -128,8 +130,7 @@ uint32_t BCM6838X_GetPortLinkState(uint32_t port, uint32_t* state) {
 }
 
 uint32_t BCM6838X_GetPortNegResult(uint32_t port, uint32_t* result) {
-  if (result == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(result)) {
     return BCM6838X_FAILED;
   }
   uint32_t type = kMediaTypeUnknown;
@@ -158,8 +159,7 @@ uint32_t BCM6838X_PauseAbilitySet(uint32_t port, uint32_t mode) {
 }
 
 uint32_t BCM6838X_PauseAbilityGet(uint32_t port, uint32_t* mode) {
-  if (mode == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(mode)) {
     return BCM6838X_FAILED;
   }
   MiiPort mii;

@@ -18,6 +18,8 @@
 
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// Linux interface of each UNI port, from 1.
@@ -66,8 +68,7 @@ void PrintFailure(const char* request, const ifreq& interface) {
 }  // namespace
 
 int32_t et_get_phyid(int32_t socket, ifreq* ifr) {
-  if (ifr == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(ifr)) {
     return -1;
   }
   mii_ioctl_data mii = LoadMii(*ifr);
@@ -81,8 +82,7 @@ int32_t et_get_phyid(int32_t socket, ifreq* ifr) {
 
 int32_t mdio_read(int32_t socket, ifreq* ifr, int32_t phy, int32_t reg) {
   constexpr int32_t kFlagShift = 24;
-  if (ifr == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(ifr)) {
     return 0;
   }
   mii_ioctl_data mii = LoadMii(*ifr);
@@ -98,7 +98,7 @@ int32_t mdio_read(int32_t socket, ifreq* ifr, int32_t phy, int32_t reg) {
   return LoadMii(*ifr).val_out;
 }
 
-MiiOpening OpenMii(uint32_t uni, MiiPort& port) {
+MiiOpening hal::OpenMii(uint32_t uni, MiiPort& port) {
   if (!OpenInterface(uni, port)) {
     return MiiOpening::kNoInterface;
   }
@@ -111,15 +111,15 @@ MiiOpening OpenMii(uint32_t uni, MiiPort& port) {
   return MiiOpening::kDone;
 }
 
-void CloseMii(const MiiPort& port) {
+void hal::CloseMii(const MiiPort& port) {
   close(port.socket);
 }
 
-int32_t ReadMii(MiiPort& port, int32_t reg) {
+int32_t hal::ReadMii(MiiPort& port, int32_t reg) {
   return mdio_read(port.socket, &port.request, port.phy, reg);
 }
 
-void WriteMii(MiiPort& port, int32_t reg, uint16_t value) {
+void hal::WriteMii(MiiPort& port, int32_t reg, uint16_t value) {
   mii_ioctl_data mii = LoadMii(port.request);
   mii.phy_id = static_cast<uint16_t>(port.phy);
   mii.reg_num = static_cast<uint16_t>(reg);

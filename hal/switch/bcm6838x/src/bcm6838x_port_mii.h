@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <net/if.h>
 
+namespace hal {
+
 /// MII registers, IEEE 802.3 table 22-6.
 enum {
   kMiiControl = 0,
@@ -63,5 +65,7 @@ int32_t ReadMii(MiiPort& port, int32_t reg);
 
 /// Writes a register; a failure is printed to standard error and otherwise ignored.
 void WriteMii(MiiPort& port, int32_t reg, uint16_t value);
+
+}  // namespace hal
 
 #endif

@@ -7,11 +7,13 @@
 
 #include "bcm6838x_qos_internal.h"
 
-uint32_t g_portPolicerCfg[kPolicerPorts] = {};
+using namespace hal;
 
-int32_t sg_QosClassificationVlanEntry[kQosRules] = {};
-int32_t sg_QosClassificationICEntry[kQosRules] = {};
-int32_t sg_QosClassificationFlowEntry[kQosRules] = {};
+uint32_t hal::g_portPolicerCfg[kUniPorts] = {};
+
+int32_t hal::sg_QosClassificationVlanEntry[kQosRules] = {};
+int32_t hal::sg_QosClassificationICEntry[kQosRules] = {};
+int32_t hal::sg_QosClassificationFlowEntry[kQosRules] = {};
 
 uint32_t BCM6838X_InitQoS(void) {
   for (size_t entry = 0; entry < kQosRules; ++entry) {

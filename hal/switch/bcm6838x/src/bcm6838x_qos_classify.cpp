@@ -14,12 +14,16 @@
 #include "bcm6838x_qos_internal.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_object.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
 /// Whether the tables have room for the rule and its conditions lie in the record.
 bool IsInstallable(const QosClassRule& rule) {
-  return IsQosPort(rule.port) && IsQosPrecedence(rule.precedence) && rule.fieldCount >= 1 &&
+  return IsInTables(rule.port) && IsQosPrecedence(rule.precedence) && rule.fieldCount >= 1 &&
          rule.fieldCount <= BCM6838X_QOS_CONDITIONS;
 }
 
@@ -33,26 +37,18 @@ size_t EntryOf(const QosClassRule& rule) {
 }
 
 IngressClassCfg MakeClass(const QosClassRule& rule) {
-  constexpr uint32_t kClassType = 2;
   constexpr uint32_t kLowestPriority = 7;
-  IngressClassCfg record = {};
-  record.type = kClassType;
-  record.fieldMask = BRMGR_KEY_INGRESS_PORT | BRMGR_KEY_VLAN_NUM;
   // The ranges of the ports follow each other; in a port, precedence 1 has the highest number.
-  record.priority =
+  const uint32_t priority =
       static_cast<uint32_t>(rule.port) * BCM6838X_QOS_RULES - rule.precedence + kLowestPriority;
-  record.dir = BRMGR_DIR_UPSTREAM;
-  return record;
+  return BeginClass(BRMGR_DIR_UPSTREAM, BRMGR_KEY_INGRESS_PORT | BRMGR_KEY_VLAN_NUM, priority);
 }
 
+/// A flow whose class and forwarding decision are not known yet.
 IngressFlowRule MakeFlow(const QosClassRule& rule) {
-  IngressFlowRule record = {};
+  IngressFlowRule record = BeginFlow(BRMGR_DIR_UPSTREAM, 0, 0);
   record.ingressPort = BCM6838X_StreamPortIndexUniToRdpa(rule.port);
   record.vlanNum = 1;
-  record.dir = BRMGR_DIR_UPSTREAM;
-  record.flowIndex = BRMGR_INDEX_NONE;
-  record.vlanActionIndex = BRMGR_INDEX_NONE;
-  record.policer = BRMGR_INDEX_NONE;
   return record;
 }
 
@@ -77,12 +73,11 @@ void AddKeys(const QosClassRule& rule, IngressClassCfg& ingressClass, IngressFlo
 }
 
 uint32_t CreateAction(const QosClassRule& rule) {
-  VlanActionRule record = {};
-  record.cmd = BRMGR_TAG_REPLACE_PRIORITY;
+  VlanActionRule record = BeginAction(BRMGR_DIR_UPSTREAM, BRMGR_TAG_REPLACE_PRIORITY);
   record.tag[0].pbit = rule.priority;
-  record.dir = BRMGR_DIR_UPSTREAM;
   // Sent with index 0 and not with none, which is intended.
-  const uint32_t result = SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK);
+  record.vlanActionIndex = 0;
+  const uint32_t result = Send<BRMGR_CMD_VLAN_ACTION_ADD>(record);
   if (result == BCM6838X_OK) {
     sg_QosClassificationVlanEntry[EntryOf(rule)] = AsInt(record.vlanActionIndex);
   } else {
@@ -111,20 +106,20 @@ uint32_t AddResult(const QosClassRule& rule, IngressFlowRule& flow) {
 uint32_t DeleteAction(size_t entry) {
   VlanActionDel record = {BRMGR_DIR_UPSTREAM,
                           static_cast<uint32_t>(sg_QosClassificationVlanEntry[entry])};
-  return SendCommand(BRMGR_CMD_VLAN_ACTION_DEL, record, BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_VLAN_ACTION_DEL, BRMGR_FLAG_READ_BACK>(record);
 }
 
 uint32_t DeleteClass(size_t entry) {
   IngressClassDel record = {BRMGR_DIR_UPSTREAM,
                             static_cast<uint32_t>(sg_QosClassificationICEntry[entry])};
-  return SendCommand(BRMGR_CMD_IC_DEL, record, BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_IC_DEL>(record);
 }
 
 uint32_t DeleteFlow(size_t entry) {
   IngressFlowDel record = {BRMGR_DIR_UPSTREAM,
                            static_cast<uint32_t>(sg_QosClassificationICEntry[entry]),
                            static_cast<uint32_t>(sg_QosClassificationFlowEntry[entry])};
-  return SendCommand(BRMGR_CMD_FLOW_DEL, record, BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_FLOW_DEL, BRMGR_FLAG_READ_BACK>(record);
 }
 
 /// Undoes the rule's VLAN action, if it has one. What the device does not delete stays on record.
@@ -155,7 +150,7 @@ uint32_t UndoClass(const QosClassRule& rule) {
 /// is intended.
 uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, IngressFlowRule& flow) {
   const size_t entry = EntryOf(rule);
-  uint32_t result = SendCommand(BRMGR_CMD_IC_CREATE, ingressClass, BRMGR_FLAG_READ_BACK);
+  uint32_t result = Send<BRMGR_CMD_IC_CREATE>(ingressClass);
   if (result != BCM6838X_OK) {
     result = UndoAction(rule, result);
     HAL_LOG(LOG_LEVEL_INVALID, "Failed to Add ICIndex %d\r\n", AsInt(ingressClass.icIndex));
@@ -163,7 +158,7 @@ uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, Ingres
   }
   sg_QosClassificationICEntry[entry] = AsInt(ingressClass.icIndex);
   flow.icIndex = ingressClass.icIndex;
-  if (SendCommand(BRMGR_CMD_FLOW_ADD, flow, BRMGR_FLAG_READ_BACK) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_FLOW_ADD>(flow) != BCM6838X_OK) {
     result = UndoClass(rule);
     HAL_LOG(LOG_LEVEL_INVALID, "Failed to Add flow %d\r\n", AsInt(flow.flowIndex));
     return result;
@@ -197,7 +192,7 @@ void RemoveRule(size_t entry) {
 }
 
 void RemoveRules(uint32_t port) {
-  if (!IsQosPort(port)) {
+  if (!IsInTables(port)) {
     HAL_LOG(LOG_LEVEL_INVALID, "Invalid parameter\r\n");
     return;
   }
@@ -221,8 +216,7 @@ uint32_t BCM6838X_AddQosClassificationRule(const QosClassRule* rule) {
 }
 
 uint32_t BCM6838X_ApplyQosClassification(const QosClassRuleSet* set) {
-  if (set == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(set)) {
     return BCM6838X_OK;
   }
   ListQosRules(*set);

@@ -8,6 +8,10 @@
 
 #include <bcm6838x_qos.h>
 
+#include "hal_bcm6838x_find.h"
+
+using namespace hal;
+
 namespace {
 
 constexpr size_t kIpv4At = 2;
@@ -74,11 +78,6 @@ constexpr QosFieldKey kFieldKeys[] = {
 
 }  // namespace
 
-const QosFieldKey* FindQosFieldKey(uint32_t field) {
-  for (const QosFieldKey& key : kFieldKeys) {
-    if (key.field == field) {
-      return &key;
-    }
-  }
-  return nullptr;
+const QosFieldKey* hal::FindQosFieldKey(uint32_t field) {
+  return FirstOf(kFieldKeys, [field](const QosFieldKey& key) { return key.field == field; });
 }

@@ -7,6 +7,8 @@
 
 #include <brmgr_record.h>
 
+namespace hal {
+
 /// How a field is compared.
 struct QosFieldKey {
   uint32_t field;                                            ///< BCM6838X_QOS_FIELD_*
@@ -16,5 +18,7 @@ struct QosFieldKey {
 
 /// The row of a field, or null when the chip cannot compare it or there is no such field.
 const QosFieldKey* FindQosFieldKey(uint32_t field);
+
+}  // namespace hal
 
 #endif

@@ -9,24 +9,22 @@
 
 #include <bcm6838x_qos.h>
 
-constexpr size_t kPolicerPorts = BCM6838X_QOS_PORTS;
-constexpr size_t kQosRules = static_cast<size_t>(BCM6838X_QOS_PORTS) * BCM6838X_QOS_RULES;
+#include "hal_bcm6838x_ports.h"
+
+namespace hal {
+
+constexpr size_t kQosRules = static_cast<size_t>(kUniPorts) * BCM6838X_QOS_RULES;
 
 /// Entry of a rule that has no object of a kind.
 constexpr int32_t kNoQosObject = -1;
 
 extern "C" {
-extern uint32_t g_portPolicerCfg[kPolicerPorts];  ///< 1 where the port has a policer
+extern uint32_t g_portPolicerCfg[kUniPorts];  ///< 1 where the port has a policer
 
 // What each rule has in the device, by QosRuleEntry(); kNoQosObject where it has nothing.
 extern int32_t sg_QosClassificationVlanEntry[kQosRules];
 extern int32_t sg_QosClassificationICEntry[kQosRules];
 extern int32_t sg_QosClassificationFlowEntry[kQosRules];
-}
-
-/// Tells whether the tables have room for a UNI port.
-constexpr bool IsQosPort(uint32_t port) {
-  return port >= 1 && port <= BCM6838X_QOS_PORTS;
 }
 
 /// Tells whether a rule may have that precedence.
@@ -41,5 +39,7 @@ constexpr size_t QosRuleEntry(uint32_t port, uint32_t precedence) {
 
 /// Logs a rule set, line by line.
 void ListQosRules(const QosClassRuleSet& set);
+
+}  // namespace hal
 
 #endif

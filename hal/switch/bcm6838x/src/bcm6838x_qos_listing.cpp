@@ -10,6 +10,8 @@
 #include "bcm6838x_qos_internal.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 #define QOS_NAME(code, name, text) text,
@@ -88,7 +90,7 @@ void ListRule(const QosClassRule& rule) {
 
 }  // namespace
 
-void ListQosRules(const QosClassRuleSet& set) {
+void hal::ListQosRules(const QosClassRuleSet& set) {
   NumberText type = {};
   HAL_LOG(LOG_LEVEL_TRACE,
           "\r\n%u -------------------------------------------------------------\r\n", set.port);

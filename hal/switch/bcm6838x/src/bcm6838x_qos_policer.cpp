@@ -14,10 +14,12 @@
 #include <hal_bcm6838x.h>
 #include <platform_log.h>
 
-#include "bcm6838x_port_internal.h"
 #include "bcm6838x_qos_internal.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -41,12 +43,12 @@ void SendPolicer(uint32_t port, uint32_t cir) {
   record.word12 = 1;
   record.word16 = 1;
   record.port = port;
-  SendCommand(BRMGR_CMD_POLICER_ADD, record, BRMGR_FLAG_READ_BACK);
+  Send<BRMGR_CMD_POLICER_ADD>(record);
 }
 
 void SendPolicerDelete(uint32_t port) {
   PolicerDel record = {1, port};
-  SendCommand(BRMGR_CMD_POLICER_DEL, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_POLICER_DEL>(record);
 }
 
 /// Sets the policer, or removes it when `cir` is 0. One that is set is deleted in either case.
@@ -68,21 +70,20 @@ void ReportLineRate(uint32_t port) {
     return;
   }
   PortRateRecord record = {DevicePort(port), kLineRates[type]};
-  SendCommand(BRMGR_CMD_PORT_STATE, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_PORT_STATE>(record);
 }
 
 }  // namespace
 
 uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
-  if (cfg == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(cfg)) {
     return BCM6838X_OK;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d) port=%d, cir = %d, ebs = %d, cbs = %d\r\n",
                AsInt(cfg->port), AsInt(cfg->cir), AsInt(cfg->ebs), AsInt(cfg->cbs));
   if (!IsRateInRange(cfg->cir)) {
     printf("BCM6838X_SetQosUsPolicer(), error: cir[%d] is out of range!\r\n", AsInt(cfg->cir));
-  } else if (!IsQosPort(cfg->port)) {
+  } else if (!IsInTables(cfg->port)) {
     HAL_LOG_HERE(LOG_LEVEL_INVALID, "%s(%d), port=%d is out of range\r\n", AsInt(cfg->port));
   } else {
     SetPolicer(cfg->port, cfg->cir);
@@ -92,23 +93,21 @@ uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
 }
 
 uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg) {
-  if (cfg == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(cfg)) {
     return BCM6838X_OK;
   }
   DsRateLimitRecord record = {cfg->port + 1, cfg->rate * kBitsPerUnit};
-  SendCommand(BRMGR_CMD_DS_RATE_LIMIT, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_DS_RATE_LIMIT>(record);
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_StreamSetDscpMap(uint32_t port, const uint8_t* map) {
-  if (map == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(map)) {
     return BCM6838X_OK;
   }
   DscpMapRecord record = {};
   record.port = BCM6838X_StreamPortIndexUniToRdpa(port);
   memcpy(record.priority, map, sizeof(record.priority));
-  SendCommand(BRMGR_CMD_DSCP_MAP, record, BRMGR_FLAG_INPUT);
+  Send<BRMGR_CMD_DSCP_MAP>(record);
   return BCM6838X_OK;
 }

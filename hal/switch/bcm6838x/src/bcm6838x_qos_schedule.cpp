@@ -13,6 +13,9 @@
 #include "bcm6838x_qos_internal.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -34,8 +37,8 @@ bool TakeFlow(size_t entry, IngressFlowRule& flow) {
   flow.icIndex = static_cast<uint32_t>(sg_QosClassificationICEntry[entry]);
   flow.flowIndex = static_cast<uint32_t>(sg_QosClassificationFlowEntry[entry]);
   IngressFlowDel record = {flow.dir, flow.icIndex, flow.flowIndex};
-  return SendCommand(BRMGR_CMD_QUEUE_SCHEDULE, flow, BRMGR_FLAG_READ_BACK) == BCM6838X_OK &&
-         SendCommand(BRMGR_CMD_FLOW_DEL, record, BRMGR_FLAG_READ_BACK) == BCM6838X_OK;
+  return Send<BRMGR_CMD_QUEUE_SCHEDULE>(flow) == BCM6838X_OK &&
+         Send<BRMGR_CMD_FLOW_DEL, BRMGR_FLAG_READ_BACK>(record) == BCM6838X_OK;
 }
 
 /// Makes a flow that was read back ready to be added again; its keys stay.
@@ -62,7 +65,7 @@ void MoveFlow(uint32_t port, size_t entry, uint32_t delta) {
   sg_QosClassificationFlowEntry[entry] = kNoQosObject;
   flow.queue += delta;
   Prepare(flow, port, entry);
-  if (SendCommand(BRMGR_CMD_FLOW_ADD, flow, BRMGR_FLAG_READ_BACK) == BCM6838X_OK) {
+  if (Send<BRMGR_CMD_FLOW_ADD>(flow) == BCM6838X_OK) {
     sg_QosClassificationFlowEntry[entry] = AsInt(flow.flowIndex);
   }
 }
@@ -94,7 +97,7 @@ uint32_t BCM6838X_SetQosSchedule(uint32_t scheme) {
   }
   // Unsigned, so that the way back wraps to the queue 8 below.
   const uint32_t delta = scheme == 1 ? kQueuesOfBank : 0 - kQueuesOfBank;
-  for (uint32_t port = 1; IsQosPort(port); ++port) {
+  for (const uint32_t port : PortsInTables()) {
     for (uint32_t precedence = 1; IsQosPrecedence(precedence); ++precedence) {
       const size_t entry = QosRuleEntry(port, precedence);
       if (HasAllObjects(entry)) {

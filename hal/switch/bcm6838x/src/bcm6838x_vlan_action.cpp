@@ -10,9 +10,12 @@
 
 #include "bcm6838x_vlan_internal.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
 
-VlanActionEntry g_vlanAction[kVlanActions] = {};
+using namespace hal;
+
+VlanActionEntry hal::g_vlanAction[kVlanActions] = {};
 
 namespace {
 
@@ -32,23 +35,13 @@ bool SameContent(const VlanActionRule& a, const VlanActionRule& b) {
          SameTag(a.tag[1], b.tag[1]);
 }
 
-/// The first entry for which `accepts` holds, or null.
-template <typename Predicate>
-VlanActionEntry* FindEntry(Predicate accepts) {
-  for (VlanActionEntry& entry : g_vlanAction) {
-    if (accepts(entry)) {
-      return &entry;
-    }
-  }
-  return nullptr;
-}
-
 VlanActionEntry* FindContent(const VlanActionRule& rule) {
-  return FindEntry([&](const VlanActionEntry& entry) { return SameContent(entry.rule, rule); });
+  return FirstOf(g_vlanAction,
+                 [&](const VlanActionEntry& entry) { return SameContent(entry.rule, rule); });
 }
 
 VlanActionEntry* FindFree() {
-  return FindEntry([](const VlanActionEntry& entry) { return !HasTpid(entry.rule); });
+  return FirstOf(g_vlanAction, [](const VlanActionEntry& entry) { return !HasTpid(entry.rule); });
 }
 
 VlanTagSpec KeyOf(const VlanTagSpec& tag) {
@@ -64,7 +57,7 @@ void DeleteFromDevice(VlanActionEntry& entry, const char* function) {
   VlanActionDel record = {};
   record.dir = entry.rule.dir;
   record.vlanActionIndex = entry.rule.vlanActionIndex;
-  if (SendCommand(BRMGR_CMD_VLAN_ACTION_DEL, record, BRMGR_FLAG_INPUT) == BCM6838X_OK) {
+  if (Send<BRMGR_CMD_VLAN_ACTION_DEL>(record) == BCM6838X_OK) {
     entry = {};
     return;
   }
@@ -94,7 +87,7 @@ int32_t BCM6838X_AddVlanAction(VlanActionRule rule, uint32_t count) {
     return kNoAction;
   }
   VlanActionRule record = KeyOf(rule);
-  if (SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_VLAN_ACTION_ADD>(record) != BCM6838X_OK) {
     HAL_LOG(LOG_LEVEL_TRACE, "Create vlan action error\r\n");
     return kNoAction;
   }
@@ -117,7 +110,7 @@ uint32_t BCM6838X_DelVlanAction(VlanActionRule rule) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, del vlan action cmd %u vid[0]=%lu vid[1]=%lu  dir=%s\r\n",
                rule.cmd, AsUnsignedLong(rule.tag[0].vid), AsUnsignedLong(rule.tag[1].vid),
                DirectionName(rule.dir));
-  VlanActionEntry* entry = FindEntry([&](const VlanActionEntry& candidate) {
+  VlanActionEntry* entry = FirstOf(g_vlanAction, [&](const VlanActionEntry& candidate) {
     return candidate.rule.dir == rule.dir && candidate.rule.vlanActionIndex == rule.vlanActionIndex;
   });
   if (entry == nullptr) {

@@ -8,23 +8,24 @@
 
 #include <bcm6838x_vlan_port.h>
 #include <brmgr_cmd.h>
-#include <platform_config.h>
 #include <platform_log.h>
 
+#include "bcm6838x_vlan_mcast.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_object.h"
+#include "hal_bcm6838x_ports.h"
 
-PortVlanInfo g_PortVlanInfo[kUniPorts] = {};
-PortVlanInfo g_oldPortVlanInfo[kUniPorts] = {};
+using namespace hal;
+
+PortVlanInfo hal::g_PortVlanInfo[kUniPorts] = {};
+PortVlanInfo hal::g_oldPortVlanInfo[kUniPorts] = {};
 
 namespace {
 
 void CreateDefaultAction() {
-  VlanActionRule record = {};
-  record.cmd = BRMGR_TAG_POP;
-  record.dir = BRMGR_DIR_DOWNSTREAM;
-  record.vlanActionIndex = BRMGR_INDEX_NONE;
-  if (SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK) == BCM6838X_OK) {
+  VlanActionRule record = BeginAction(BRMGR_DIR_DOWNSTREAM, BRMGR_TAG_POP);
+  if (Send<BRMGR_CMD_VLAN_ACTION_ADD>(record) == BCM6838X_OK) {
     g_dsVlanAction = record.vlanActionIndex;
   }
 }
@@ -32,9 +33,9 @@ void CreateDefaultAction() {
 /// Records of ports that the unit does not have stay as they are: all zero,
 /// which is intended.
 void ResetConfig() {
-  for (uint32_t i = 0; i < HC_GetEthPortNum() && i < kUniPorts; ++i) {
-    g_PortVlanInfo[i] = {};
-    g_PortVlanInfo[i].vlanMode = kVlanModeNone;
+  for (const uint32_t uni : EthPortsInTables()) {
+    g_PortVlanInfo[uni - 1] = {};
+    g_PortVlanInfo[uni - 1].vlanMode = BCM6838X_VLAN_MODE_NONE;
   }
   CommitVlanConfig();
 }
@@ -49,15 +50,20 @@ void ClearChipTables() {
 
 }  // namespace
 
-PortVlanInfo* FindVlanInfo(const char* function, uint32_t port) {
-  if (!HasVlanInfo(port)) {
+PortVlanInfo* hal::FindVlanInfo(const char* function, uint32_t port) {
+  if (!IsInTables(port)) {
     HAL_LOG_AS(function, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", port);
     return nullptr;
   }
   return &g_PortVlanInfo[port - 1];
 }
 
-void CommitVlanConfig() {
+bool hal::CarriesEveryVlan(uint32_t uni) {
+  const uint32_t mode = g_PortVlanInfo[uni - 1].vlanMode;
+  return mode == BCM6838X_VLAN_MODE_TRANSPARENT || mode == BCM6838X_VLAN_MODE_ZTE_STACKING;
+}
+
+void hal::CommitVlanConfig() {
   memcpy(g_oldPortVlanInfo, g_PortVlanInfo, sizeof(g_PortVlanInfo));
 }
 

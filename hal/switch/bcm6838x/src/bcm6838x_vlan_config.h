@@ -7,39 +7,18 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <bcm6838x_vlan_port.h>
 #include <brmgr_record.h>
 
 #include "bcm6838x_vlan_internal.h"
 
-constexpr size_t kVlanListEntries = sizeof(PortVlanInfo::trunkList) / sizeof(PortVlanTrunkEntry);
+namespace hal {
 
-/// What a port does with VLAN tags; also the mode codes of BCM6838X_SetPortCtcMode.
-enum PortVlanMode : uint32_t {
-  kVlanModeTransparent = 0,
-  kVlanModeTag = 1,
-  kVlanModeTranslation = 2,
-  kVlanModeTranslation2 = 3,  ///< handled like 2; no operation stores it
-  kVlanModeTrunk = 4,
-  kVlanModeZteTrunk = 19,
-  kVlanModeHybrid = 20,  ///< handled like trunk; no operation stores it
-  kVlanModeZteStacking = 160,
-  kVlanModeBdcomStacking = 253,
-  kVlanModeNone = 255,  ///< after start-up
-};
+constexpr size_t kVlanListEntries = sizeof(PortVlanInfo::trunkList) / sizeof(PortVlanTrunkEntry);
 
 extern "C" {
 extern PortVlanInfo g_PortVlanInfo[kUniPorts];     ///< as last set
 extern PortVlanInfo g_oldPortVlanInfo[kUniPorts];  ///< as programmed; rules are removed by it
-}
-
-/// Whether the tables hold a record for a port.
-constexpr bool HasVlanInfo(uint32_t port) {
-  return port - 1 < kUniPorts;
-}
-
-/// The port that a port argument names.
-constexpr uint32_t VlanPort(uint32_t port) {
-  return port & 0xFF;
 }
 
 /// The current configuration of a port; null, with a log line under the operation's name, when the
@@ -48,5 +27,7 @@ PortVlanInfo* FindVlanInfo(const char* function, uint32_t port);
 
 /// Copies the whole configuration, all ports, over the applied one.
 void CommitVlanConfig();
+
+}  // namespace hal
 
 #endif

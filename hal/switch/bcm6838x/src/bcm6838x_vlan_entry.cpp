@@ -13,10 +13,13 @@
 
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
-VlanEntry g_vlanEntry[kVlanEntries] = {};
-uint16_t g_vlanEntryCnt = 0;
-uint16_t g_vlanEntryGetCnt = 0;
+using namespace hal;
+
+VlanEntry hal::g_vlanEntry[kVlanEntries] = {};
+uint16_t hal::g_vlanEntryCnt = 0;
+uint16_t hal::g_vlanEntryGetCnt = 0;
 
 namespace {
 
@@ -87,10 +90,10 @@ uint16_t IphostTci(uint32_t vid) {
   return static_cast<uint16_t>(vid | kHighestPriority);
 }
 
-uint32_t SendIphostTci(uint32_t cmd, uint16_t tci) {
+uint32_t SendIphostTci(Command<IphostVlanRecord> command, uint16_t tci) {
   IphostVlanRecord record = {};
   record.tci = tci;
-  return SendCommand(cmd, record, BRMGR_FLAG_INPUT);
+  return Send(command, record);
 }
 
 }  // namespace
@@ -100,14 +103,14 @@ uint32_t BCM6838X_SetVlanEntry(uint32_t port, uint32_t vid) {
   if (g_vlanEntryCnt >= kVlanEntries) {
     return BCM6838X_FAILED;
   }
-  const uint32_t portBit = PortBit(port & 0xFF);
+  const uint32_t portBit = PortBit(UniPort(port));
   LeaveVlan(portBit);
   JoinVlan(static_cast<uint16_t>(vid), portBit);
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_GetVlanPorts(uint32_t vid, uint32_t* portMask, uint32_t* extra) {
-  if (portMask == nullptr || extra == nullptr) {
+  if (IsAnyNull(portMask, extra)) {
     return BCM6838X_INVALID;
   }
   for (size_t i = 0; i < g_vlanEntryCnt; ++i) {
@@ -121,7 +124,7 @@ uint32_t BCM6838X_GetVlanPorts(uint32_t vid, uint32_t* portMask, uint32_t* extra
 }
 
 uint32_t BCM6838X_GetFirstVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
-  if (vid == nullptr || portMask == nullptr || attr == nullptr) {
+  if (IsAnyNull(vid, portMask, attr)) {
     return BCM6838X_INVALID;
   }
   if (g_vlanEntryCnt == 0) {
@@ -132,7 +135,7 @@ uint32_t BCM6838X_GetFirstVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t*
 }
 
 uint32_t BCM6838X_GetNextVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* attr) {
-  if (vid == nullptr || portMask == nullptr || attr == nullptr) {
+  if (IsAnyNull(vid, portMask, attr)) {
     return BCM6838X_INVALID;
   }
   ++g_vlanEntryGetCnt;
@@ -146,7 +149,7 @@ uint32_t BCM6838X_GetNextVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* 
 
 uint32_t BCM6838X_AddIphostVlan(uint32_t vid) {
   const uint16_t tci = IphostTci(vid);
-  const uint32_t result = SendIphostTci(BRMGR_CMD_IPHOST_VLAN_ADD, tci);
+  const uint32_t result = SendIphostTci(CommandOf<BRMGR_CMD_IPHOST_VLAN_ADD>(), tci);
   HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets Tci[%04x],ret = %lu \r\n", tci,
           AsUnsignedLong(result));
   return BCM6838X_OK;
@@ -154,7 +157,7 @@ uint32_t BCM6838X_AddIphostVlan(uint32_t vid) {
 
 uint32_t BCM6838X_DelIphostVlan(uint32_t vid) {
   const uint16_t tci = IphostTci(vid);
-  const uint32_t result = SendIphostTci(BRMGR_CMD_IPHOST_VLAN_DEL, tci);
+  const uint32_t result = SendIphostTci(CommandOf<BRMGR_CMD_IPHOST_VLAN_DEL>(), tci);
   HAL_LOG(LOG_LEVEL_TRACE, "Upstream ip host packets remove Tci[%04x],ret = %lu \r\n", tci,
           AsUnsignedLong(result));
   return BCM6838X_OK;

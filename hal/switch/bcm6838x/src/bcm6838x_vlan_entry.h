@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace hal {
+
 constexpr size_t kVlanEntries = 4096;
 
 /// A VLAN with its members.
@@ -22,5 +24,7 @@ extern VlanEntry g_vlanEntry[kVlanEntries];  ///< the first ones are in use, in 
 extern uint16_t g_vlanEntryCnt;              ///< how many are in use
 extern uint16_t g_vlanEntryGetCnt;           ///< the entry that a walk has reported last
 }
+
+}  // namespace hal
 
 #endif

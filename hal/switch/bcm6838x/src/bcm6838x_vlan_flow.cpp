@@ -11,10 +11,14 @@
 
 #include "bcm6838x_vlan_internal.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_object.h"
 
-IngressFlowEntry g_dsIngressClass[kFlowsPerTable] = {};
-IngressFlowEntry g_usIngressClass[kUniPorts][kFlowsPerTable] = {};
+using namespace hal;
+
+IngressFlowEntry hal::g_dsIngressClass[kFlowsPerTable] = {};
+IngressFlowEntry hal::g_usIngressClass[kUniPorts][kFlowsPerTable] = {};
 
 namespace {
 
@@ -39,20 +43,9 @@ bool HasKey(const IngressFlowEntry& entry, const FlowKey& key) {
   return entry.vlanNum == key.vlanNum && entry.outerVid == key.vid;
 }
 
-/// The first entry for which `accepts` holds, or null.
-template <typename Predicate>
-IngressFlowEntry* FindEntry(Predicate accepts) {
-  for (IngressFlowEntry& entry : g_dsIngressClass) {
-    if (accepts(entry)) {
-      return &entry;
-    }
-  }
-  return nullptr;
-}
-
 /// The entry of a key whose flow is in the device, or null.
 IngressFlowEntry* FindInDevice(const FlowKey& key) {
-  return FindEntry([&](const IngressFlowEntry& entry) {
+  return FirstOf(g_dsIngressClass, [&](const IngressFlowEntry& entry) {
     return HasKey(entry, key) && entry.flowIndex != BRMGR_INDEX_NONE;
   });
 }
@@ -67,17 +60,11 @@ constexpr ResultWords kNormalWords = {0, 0};
 constexpr ResultWords kPerformanceWords = {1, 2};
 
 IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
-  IngressFlowRule flow = {};
+  IngressFlowRule flow = BeginFlow(BRMGR_DIR_DOWNSTREAM, ClassOf(key), BRMGR_FORWARD_PASS);
   flow.outerVid = key.vid == kAnyVid ? 0 : key.vid;
   flow.vlanNum = key.vlanNum;
-  flow.forward = BRMGR_FORWARD_PASS;
   flow.result104 = words.word104;
   flow.result108 = words.word108;
-  flow.dir = BRMGR_DIR_DOWNSTREAM;
-  flow.icIndex = ClassOf(key);
-  flow.flowIndex = BRMGR_INDEX_NONE;
-  flow.vlanActionIndex = BRMGR_INDEX_NONE;
-  flow.policer = BRMGR_INDEX_NONE;
   return flow;
 }
 
@@ -85,8 +72,8 @@ IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
 /// Without a free entry the flow stays in the device unrecorded, which is
 /// intended.
 int32_t RecordFlow(const IngressFlowRule& flow, const FlowKey& key, uint16_t references) {
-  IngressFlowEntry* entry =
-      FindEntry([](const IngressFlowEntry& candidate) { return candidate.outerVid == 0; });
+  IngressFlowEntry* entry = FirstOf(
+      g_dsIngressClass, [](const IngressFlowEntry& candidate) { return candidate.outerVid == 0; });
   if (entry == nullptr) {
     return kNoFlow;
   }
@@ -112,14 +99,14 @@ int32_t AddFlow(const char* function, const FlowKey& key, uint16_t references,
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s,%d, add ds ingress class vid %u  vlanNum %u\r\n",
              key.vid, key.vlanNum);
   IngressFlowEntry* pooled =
-      FindEntry([&](const IngressFlowEntry& entry) { return HasKey(entry, key); });
+      FirstOf(g_dsIngressClass, [&](const IngressFlowEntry& entry) { return HasKey(entry, key); });
   if (pooled != nullptr) {
     pooled->refCount += references;
     HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s,%d, add IC num %d\r\n", AsInt(pooled->refCount));
     return AsInt(pooled->flowIndex);
   }
   IngressFlowRule flow = MakeFlow(key, words);
-  if (SendCommand(BRMGR_CMD_FLOW_ADD, flow, BRMGR_FLAG_READ_BACK) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_FLOW_ADD>(flow) != BCM6838X_OK) {
     HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s,%d, add ds icIndex=%ld flowIndex=%ld error\r\n",
                AsLong(flow.icIndex), AsLong(flow.flowIndex));
     return kNoFlow;
@@ -151,7 +138,7 @@ uint32_t BCM6838X_DelDsIngressClass(uint32_t vid, uint32_t vlanNum) {
     return BCM6838X_OK;
   }
   IngressFlowDel record = {BRMGR_DIR_DOWNSTREAM, ClassOf(key), entry->flowIndex};
-  if (SendCommand(BRMGR_CMD_FLOW_DEL, record, BRMGR_FLAG_INPUT) != BCM6838X_OK) {
+  if (Send<BRMGR_CMD_FLOW_DEL>(record) != BCM6838X_OK) {
     HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, delete ds icIndex=%ld flowIndex=%ld error\r\n",
                  AsLong(ClassOf(key)), AsLong(entry->flowIndex));
   }

@@ -10,7 +10,9 @@
 #include <brmgr_record.h>
 #include <platform_config.h>
 
-constexpr uint32_t kUniPorts = 32;  ///< UNI ports for which the tables have room
+#include "hal_bcm6838x_ports.h"
+
+namespace hal {
 
 constexpr size_t kVlanActions = 256;
 constexpr size_t kFlowsPerTable = 256;  ///< shared downstream flows, and upstream flows of a port
@@ -20,6 +22,9 @@ constexpr size_t kLanVlans = 256;
 
 /// VID that stands for any VID in the shared downstream flows, and for untagged on a LAN side.
 constexpr uint32_t kAnyVid = 4096;
+
+/// Tag protocol identifier of the tags that the rules push and rewrite.
+constexpr uint16_t kTpid = 0x8100;
 
 /// A VLAN action in the pool.
 struct VlanActionEntry {
@@ -67,5 +72,7 @@ inline uint32_t LanIndex(uint32_t port) {
 constexpr const char* DirectionName(uint32_t dir) {
   return dir == 0 ? "ds" : "us";
 }
+
+}  // namespace hal
 
 #endif

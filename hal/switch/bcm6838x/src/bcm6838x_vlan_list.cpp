@@ -8,7 +8,10 @@
 #include <platform_log.h>
 
 #include "bcm6838x_vlan_config.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+
+using namespace hal;
 
 namespace {
 
@@ -48,12 +51,7 @@ PortVlanTransEntry (&ListOf(PortVlanInfo& info,
 /// The first entry like `wanted`, or null; a free one is like an entry of zeros.
 template <typename Entry>
 Entry* Find(Entry (&list)[kVlanListEntries], const Entry& wanted) {
-  for (Entry& entry : list) {
-    if (Same(entry, wanted)) {
-      return &entry;
-    }
-  }
-  return nullptr;
+  return FirstOf(list, [&](const Entry& entry) { return Same(entry, wanted); });
 }
 
 /// Adds an entry, unless it is in the list, and commits, also when there is no room for it.
@@ -91,8 +89,7 @@ uint32_t Delete(const char* function, const Entry& req) {
 }  // namespace
 
 uint32_t BCM6838X_AddVlanTrunk(const PortVlanTrunkEntry* req) {
-  if (req == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(req)) {
     return BCM6838X_INVALID;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d), port=%u, vid=%d\r\n", req->port, req->vid);
@@ -100,8 +97,7 @@ uint32_t BCM6838X_AddVlanTrunk(const PortVlanTrunkEntry* req) {
 }
 
 uint32_t BCM6838X_DelVlanTrunk(const PortVlanTrunkEntry* req) {
-  if (req == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(req)) {
     return BCM6838X_INVALID;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d), port=%u, vid=%u\r\n", req->port, req->vid);
@@ -109,8 +105,7 @@ uint32_t BCM6838X_DelVlanTrunk(const PortVlanTrunkEntry* req) {
 }
 
 uint32_t BCM6838X_AddZteVlanTrunk(const PortVlanTrunkEntry* req) {
-  if (req == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(req)) {
     return BCM6838X_INVALID;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%d, vid=%d\r\n", req->port, req->vid);
@@ -118,8 +113,7 @@ uint32_t BCM6838X_AddZteVlanTrunk(const PortVlanTrunkEntry* req) {
 }
 
 uint32_t BCM6838X_DelZteVlanTrunk(const PortVlanTrunkEntry* req) {
-  if (req == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(req)) {
     return BCM6838X_INVALID;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%d, vid=%d\r\n", req->port, req->vid);
@@ -127,8 +121,7 @@ uint32_t BCM6838X_DelZteVlanTrunk(const PortVlanTrunkEntry* req) {
 }
 
 uint32_t BCM6838X_AddVlanTranslation(const PortVlanTransEntry* req) {
-  if (req == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(req)) {
     return BCM6838X_INVALID;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%d, vid(%d->%d)\r\n", req->port, req->localVid,
@@ -137,8 +130,7 @@ uint32_t BCM6838X_AddVlanTranslation(const PortVlanTransEntry* req) {
 }
 
 uint32_t BCM6838X_DelVlanTranslation(const PortVlanTransEntry* req) {
-  if (req == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(req)) {
     return BCM6838X_INVALID;
   }
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%d, vid(%d->%d)\r\n", req->port, req->localVid,

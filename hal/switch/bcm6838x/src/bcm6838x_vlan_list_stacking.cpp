@@ -10,7 +10,10 @@
 #include <platform_config.h>
 
 #include "bcm6838x_vlan_config.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+
+using namespace hal;
 
 namespace {
 
@@ -90,12 +93,11 @@ void AddRange(PortVlanInfo& info, const PortVlanStackRange& req) {
 /// Whether no earlier entry of the list is the request's with the same VID.
 bool StandsFirst(const PortVlanInfo& info, const PortVlanStackEntry& entry,
                  const PortVlanStackRange& req) {
-  for (const PortVlanStackEntry& earlier : info.stackingList) {
-    if (earlier.cvid == entry.cvid && IsOfRequest(earlier, req)) {
-      return &earlier == &entry;
-    }
-  }
-  return false;
+  const PortVlanStackEntry* const first =
+      FirstOf(info.stackingList, [&](const PortVlanStackEntry& each) {
+        return each.cvid == entry.cvid && IsOfRequest(each, req);
+      });
+  return first == &entry;
 }
 
 /// Takes each VID of the range out of the list where it stands first. Runs from the end, so that
@@ -113,12 +115,9 @@ void DeleteRange(PortVlanInfo& info, const PortVlanStackRange& req) {
   }
 }
 
-size_t CountUsed(const PortVlanInfo& info) {
-  size_t used = 0;
-  for (const PortVlanStackEntry& entry : info.stackingList) {
-    used += entry.port != 0 ? 1 : 0;
-  }
-  return used;
+bool IsEmpty(const PortVlanInfo& info) {
+  return FirstOf(info.stackingList,
+                 [](const PortVlanStackEntry& entry) { return entry.port != 0; }) == nullptr;
 }
 
 /// Whether an add may be done at all: port and service VID.
@@ -146,8 +145,7 @@ uint32_t BCM6838X_AddVlanStacking(PortVlanStackRange* req) {
 }
 
 uint32_t BCM6838X_DelVlanStacking(PortVlanStackRange* req) {
-  if (req == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(req)) {
     return BCM6838X_INVALID;
   }
   PortVlanInfo* info = FindVlanInfo(__func__, req->port);
@@ -158,7 +156,7 @@ uint32_t BCM6838X_DelVlanStacking(PortVlanStackRange* req) {
   DeleteRange(*info, *req);
   req->cvidStart += RangeToDelete(*req).last + 1;
   BCM6838X_RebuildVlanRule(req->port);
-  if (CountUsed(*info) == 0) {
+  if (IsEmpty(*info)) {
     info->stackingEnable = 0;
   }
   CommitVlanConfig();

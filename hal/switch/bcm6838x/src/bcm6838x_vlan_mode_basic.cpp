@@ -7,15 +7,12 @@
 
 #include "bcm6838x_vlan_us.h"
 
+using namespace hal;
+
 namespace {
 
 bool IsRecorded(const IngressFlowEntry& slot) {
   return IsUsed(slot) && HasFlow(slot);
-}
-
-void OpenPort(const UsCall& call) {
-  SetPortTransparent(call, true);
-  WithdrawMcastVlans(call);
 }
 
 /// The flows of tagged frames, by their priority, with their references on the downstream flow.
@@ -31,9 +28,8 @@ void AddTaggedFlows(UsCall& call, uint8_t vlanNum) {
 }  // namespace
 
 int32_t BCM6838X_AddUsTransparent(uint32_t port) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (!IsAccepted(call)) {
+  UsCall call = BeginCall(__func__, port);
+  if (!call.isAccepted) {
     return call.result;
   }
   OpenPort(call);
@@ -46,9 +42,8 @@ int32_t BCM6838X_AddUsTransparent(uint32_t port) {
 }
 
 int32_t BCM6838X_AddUsTransparent_Perf(uint32_t port) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (!IsAccepted(call)) {
+  UsCall call = BeginCall(__func__, port);
+  if (!call.isAccepted) {
     return call.result;
   }
   OpenPort(call);
@@ -60,13 +55,11 @@ int32_t BCM6838X_AddUsTransparent_Perf(uint32_t port) {
 }
 
 int32_t BCM6838X_DelUsTransparent(uint32_t port) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (!IsAccepted(call)) {
+  UsCall call = BeginCall(__func__, port);
+  if (!call.isAccepted) {
     return call.result;
   }
-  call.result = SetPortTransparent(call, false);
-  RestoreMcastVlans(call);
+  ClosePort(call);
   ForEachSlot(call, IsRecorded, [&](const IngressFlowEntry& slot) {
     if (DelUsFlow(call, slot)) {
       BCM6838X_DelDsIngressClass(kAnyVid, slot.vlanNum);
@@ -77,9 +70,8 @@ int32_t BCM6838X_DelUsTransparent(uint32_t port) {
 }
 
 int32_t BCM6838X_AddUsTag(uint32_t port, uint32_t vid, uint32_t pbit) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (!IsAccepted(call)) {
+  UsCall call = BeginCall(__func__, port);
+  if (!call.isAccepted) {
     return call.result;
   }
   BCM6838X_AddWanVlan(call.port, vid, kAnyVid);
@@ -94,9 +86,8 @@ int32_t BCM6838X_AddUsTag(uint32_t port, uint32_t vid, uint32_t pbit) {
 }
 
 int32_t BCM6838X_DelUsTag(uint32_t port, uint32_t vid, uint32_t /*pbit*/) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (!IsAccepted(call)) {
+  UsCall call = BeginCall(__func__, port);
+  if (!call.isAccepted) {
     return call.result;
   }
   if (const IngressFlowEntry* slot = FindSlot(call, IsUsed)) {

@@ -8,6 +8,8 @@
 
 #include "bcm6838x_vlan_us.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kBuiltStackParam = 2;
@@ -82,13 +84,10 @@ void DelStackedVlan(UsCall& call, uint16_t cvid, uint16_t svid) {
 }  // namespace
 
 int32_t BCM6838X_AddUsZTEStacking(uint32_t port, uint32_t pvid, uint32_t priority) {
-  UsCall call = MakeUsCall(__func__, port);
-  if (!IsAccepted(call)) {
+  UsCall call = BeginOpeningCall(__func__, port);
+  if (!call.isAccepted) {
     return call.result;
   }
-  SetPortTransparent(call, true);
-  WithdrawMcastVlans(call);
-  LogEntry(call);
   StripAtPort(call, AddPvidFlow(call, pvid, priority));
   const VlanActionRule push =
       MakeVlanAction(kPushTagWithPriority, BRMGR_DIR_UPSTREAM, pvid, priority);
@@ -102,13 +101,10 @@ int32_t BCM6838X_AddUsZTEStacking(uint32_t port, uint32_t pvid, uint32_t priorit
 }
 
 int32_t BCM6838X_DelUsZTEStacking(uint32_t port, uint32_t pvid, uint32_t /*priority*/) {
-  UsCall call = MakeUsCall(__func__, port);
-  if (!IsAccepted(call)) {
+  UsCall call = BeginClosingCall(__func__, port);
+  if (!call.isAccepted) {
     return call.result;
   }
-  call.result = SetPortTransparent(call, false);
-  RestoreMcastVlans(call);
-  LogEntry(call);
   if (const IngressFlowEntry* slot = FindUntaggedSlot(call)) {
     DelZteFlow(call, *slot, pvid, 1);
   }
@@ -124,9 +120,8 @@ int32_t BCM6838X_DelUsZTEStacking(uint32_t port, uint32_t pvid, uint32_t /*prior
 
 int32_t BCM6838X_AddUsBDCOMStacking(uint32_t port, uint32_t pvid, uint32_t priority,
                                     const PortVlanStackEntry* list) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (IsAccepted(call, list)) {
+  UsCall call = BeginCall(__func__, port, list);
+  if (call.isAccepted) {
     AddPvidFlow(call, pvid, priority);
     ForEachBuiltEntry(call, list, [&](const PortVlanStackEntry& entry) {
       AddStackedVlan(call, CustomerVid(entry), entry.svid);
@@ -137,9 +132,8 @@ int32_t BCM6838X_AddUsBDCOMStacking(uint32_t port, uint32_t pvid, uint32_t prior
 
 int32_t BCM6838X_DelUsBDCOMStacking(uint32_t port, uint32_t pvid, uint32_t /*priority*/,
                                     const PortVlanStackEntry* list) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (IsAccepted(call, list)) {
+  UsCall call = BeginCall(__func__, port, list);
+  if (call.isAccepted) {
     ForEachBuiltEntry(call, list, [&](const PortVlanStackEntry& entry) {
       DelStackedVlan(call, CustomerVid(entry), entry.svid);
     });

@@ -7,6 +7,8 @@
 
 #include "bcm6838x_vlan_us.h"
 
+using namespace hal;
+
 namespace {
 
 bool TakesPart(const PortVlanTransEntry& entry) {
@@ -69,9 +71,8 @@ void DelTranslatedFlow(UsCall& call, const PortVlanTransEntry& entry,
 
 int32_t BCM6838X_AddUsTranslation(uint32_t port, uint32_t pvid, uint32_t priority,
                                   const PortVlanTransEntry* list) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (!IsAccepted(call, list)) {
+  UsCall call = BeginCall(__func__, port, list);
+  if (!call.isAccepted) {
     return call.result;
   }
   AddPvidFlow(call, pvid, priority);
@@ -87,9 +88,8 @@ int32_t BCM6838X_AddUsTranslation(uint32_t port, uint32_t pvid, uint32_t priorit
 
 int32_t BCM6838X_DelUsTranslation(uint32_t port, uint32_t pvid, uint32_t /*priority*/,
                                   const PortVlanTransEntry* list) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (!IsAccepted(call, list)) {
+  UsCall call = BeginCall(__func__, port, list);
+  if (!call.isAccepted) {
     return call.result;
   }
   // The slots are left as they are, so that entries of one local VID act on all slots of that VID.

@@ -7,6 +7,8 @@
 
 #include "bcm6838x_vlan_us.h"
 
+using namespace hal;
+
 namespace {
 
 bool TakesPart(const PortVlanTrunkEntry& entry) {
@@ -53,18 +55,16 @@ void DelTrunkVlans(UsCall& call, const PortVlanTrunkEntry* list) {
 }  // namespace
 
 int32_t BCM6838X_AddUsZTETrunk(uint32_t port, const PortVlanTrunkEntry* list) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (IsAccepted(call, list)) {
+  UsCall call = BeginCall(__func__, port, list);
+  if (call.isAccepted) {
     AddTrunkVlans(call, list);
   }
   return call.result;
 }
 
 int32_t BCM6838X_DelUsZTETrunk(uint32_t port, const PortVlanTrunkEntry* list) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (IsAccepted(call, list)) {
+  UsCall call = BeginCall(__func__, port, list);
+  if (call.isAccepted) {
     DelTrunkVlans(call, list);
     ClearSlots(call);
   }
@@ -73,9 +73,8 @@ int32_t BCM6838X_DelUsZTETrunk(uint32_t port, const PortVlanTrunkEntry* list) {
 
 int32_t BCM6838X_AddUsHybrid(uint32_t port, uint32_t pvid, uint32_t priority,
                              const PortVlanTrunkEntry* list) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (IsAccepted(call, list)) {
+  UsCall call = BeginCall(__func__, port, list);
+  if (call.isAccepted) {
     AddPvidFlow(call, pvid, priority);
     AddTrunkVlans(call, list);
   }
@@ -84,9 +83,8 @@ int32_t BCM6838X_AddUsHybrid(uint32_t port, uint32_t pvid, uint32_t priority,
 
 int32_t BCM6838X_DelUsHybrid(uint32_t port, uint32_t pvid, uint32_t /*priority*/,
                              const PortVlanTrunkEntry* list) {
-  UsCall call = MakeUsCall(__func__, port);
-  LogEntry(call);
-  if (IsAccepted(call, list)) {
+  UsCall call = BeginCall(__func__, port, list);
+  if (call.isAccepted) {
     DelTrunkVlans(call, list);
     DelPvidFlowAndSlots(call, pvid);
   }

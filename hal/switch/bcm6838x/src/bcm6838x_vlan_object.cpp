@@ -8,10 +8,13 @@
 #include <platform_vos.h>
 
 #include "bcm6838x_vlan_internal.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
 
-WanVlanEntry g_wanVlan[kWanVlans] = {};
-LanVlanEntry g_lanVlan[kLanVlans] = {};
+using namespace hal;
+
+WanVlanEntry hal::g_wanVlan[kWanVlans] = {};
+LanVlanEntry hal::g_lanVlan[kLanVlans] = {};
 
 namespace {
 
@@ -45,7 +48,7 @@ bool IsValid(const char* function, const WanRequest& request) {
     HAL_LOG_AS(function, LOG_LEVEL_TRACE, "[%s %d] lanVid is 0 or 4096\r\n");
     return false;
   }
-  if (!IsWithin(request.port, kUniPorts)) {
+  if (!IsInTables(request.port)) {
     HAL_LOG_AS(function, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", request.port);
     return false;
   }
@@ -75,22 +78,12 @@ void LogWanDel(const char* function, const WanRequest& request) {
 /// The first entry with that WAN VID, or null; 0 finds a free entry. The entries lie 32 kB apart,
 /// so that every step misses the cache; the shell lines of an operation cost far more.
 WanVlanEntry* FindWanEntry(uint16_t wanVid) {
-  for (WanVlanEntry& entry : g_wanVlan) {
-    if (entry.wanVid == wanVid) {
-      return &entry;
-    }
-  }
-  return nullptr;
+  return FirstOf(g_wanVlan, [wanVid](const WanVlanEntry& entry) { return entry.wanVid == wanVid; });
 }
 
 /// The first slot of a port's list that holds `vid`, or null; 0 finds a free slot.
 uint16_t* FindLanVid(WanVlanEntry& entry, uint32_t port, uint32_t vid) {
-  for (uint16_t& slot : entry.lanVid[port - 1]) {
-    if (slot == vid) {
-      return &slot;
-    }
-  }
-  return nullptr;
+  return FirstOf(entry.lanVid[port - 1], [vid](uint16_t slot) { return slot == vid; });
 }
 
 void RemoveLanVid(WanVlanEntry& entry, uint32_t port, uint32_t vid) {
@@ -146,12 +139,9 @@ void ExtendWanObject(const char* function, WanVlanEntry& entry, const WanRequest
 }
 
 LanVlanEntry* FindLanEntry(uint32_t port, uint32_t vid) {
-  for (LanVlanEntry& entry : g_lanVlan) {
-    if (entry.port == port && entry.vid == vid) {
-      return &entry;
-    }
-  }
-  return nullptr;
+  return FirstOf(g_lanVlan, [port, vid](const LanVlanEntry& entry) {
+    return entry.port == port && entry.vid == vid;
+  });
 }
 
 bool IsValidVid(const char* function, uint32_t vid) {

@@ -9,16 +9,19 @@
 
 #include "bcm6838x_vlan_config.h"
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
-
-constexpr uint16_t kTpid = 0x8100;
 
 /// Whether the rules of a port depend on its VID and priority. Those of a port without a mode do
 /// not either, but the configuration is handed to the driver then too, which is intended.
 bool UsesPvid(const PortVlanInfo& info) {
-  return info.vlanMode != kVlanModeTransparent && info.vlanMode != kVlanModeZteTrunk;
+  return info.vlanMode != BCM6838X_VLAN_MODE_TRANSPARENT &&
+         info.vlanMode != BCM6838X_VLAN_MODE_ZTE_TRUNK;
 }
 
 /// Makes a change to a port's configuration, commits it, and brings the rules in line where they
@@ -39,43 +42,41 @@ void ChangePort(uint32_t port, PortVlanInfo& info, Change change) {
 /// What a mode code does: the mode setter, and the command that names the port to the driver.
 struct CtcMode {
   uint32_t code;
-  uint32_t cmd;
+  Command<CtcModeRecord> command;
   uint32_t (*setMode)(uint32_t port);
 };
 
+constexpr Command<CtcModeRecord> kModeA = CommandOf<BRMGR_CMD_CTC_MODE_A>();
+constexpr Command<CtcModeRecord> kModeB = CommandOf<BRMGR_CMD_CTC_MODE_B>();
+
 constexpr CtcMode kCtcModes[] = {
-    {kVlanModeTransparent, BRMGR_CMD_CTC_MODE_B, BCM6838X_SetVlanTransparent},
-    {kVlanModeTag, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTag},
-    {kVlanModeTranslation, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTranslation},
-    {kVlanModeTranslation2, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTranslation},
-    {kVlanModeTrunk, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTrunk},
-    {kVlanModeHybrid, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTrunk},
-    {kVlanModeZteTrunk, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetZteVlanTrunk},
-    {kVlanModeZteStacking, BRMGR_CMD_CTC_MODE_B, BCM6838X_SetZteStacking},
-    {kVlanModeBdcomStacking, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetBdcomStacking},
+    {BCM6838X_VLAN_MODE_TRANSPARENT, kModeB, BCM6838X_SetVlanTransparent},
+    {BCM6838X_VLAN_MODE_TAG, kModeA, BCM6838X_SetVlanTag},
+    {BCM6838X_VLAN_MODE_TRANSLATION, kModeA, BCM6838X_SetVlanTranslation},
+    {BCM6838X_VLAN_MODE_TRANSLATION_2, kModeA, BCM6838X_SetVlanTranslation},
+    {BCM6838X_VLAN_MODE_TRUNK, kModeA, BCM6838X_SetVlanTrunk},
+    {BCM6838X_VLAN_MODE_HYBRID, kModeA, BCM6838X_SetVlanTrunk},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, kModeA, BCM6838X_SetZteVlanTrunk},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, kModeB, BCM6838X_SetZteStacking},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, kModeA, BCM6838X_SetBdcomStacking},
 };
 
 /// What a code does, or null for a code that names no mode.
 const CtcMode* FindCtcMode(uint32_t code) {
-  for (const CtcMode& mode : kCtcModes) {
-    if (mode.code == code) {
-      return &mode;
-    }
-  }
-  return nullptr;
+  return FirstOf(kCtcModes, [code](const CtcMode& mode) { return mode.code == code; });
 }
 
 /// Tells the driver that a command concerns a port.
-uint32_t NamePort(uint32_t cmd, uint32_t port) {
+uint32_t NamePort(Command<CtcModeRecord> command, uint32_t port) {
   CtcModeRecord record = {};
   record.port = static_cast<uint8_t>(port);
-  return SendCommand(cmd, record, BRMGR_FLAG_INPUT);
+  return Send(command, record);
 }
 
 }  // namespace
 
 uint32_t BCM6838X_SetPortPvid(uint32_t port, uint32_t pvid) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   const auto value = static_cast<uint16_t>(pvid);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%u, pvid=%u\r\n", uni, value);
   PortVlanInfo* info = FindVlanInfo(__func__, uni);
@@ -94,7 +95,7 @@ uint32_t BCM6838X_SetPortPvid(uint32_t port, uint32_t pvid) {
 }
 
 uint32_t BCM6838X_SetPortPriority(uint32_t port, uint32_t priority) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   const auto value = static_cast<uint8_t>(priority);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%u, pri=%u\r\n", uni, value);
   PortVlanInfo* info = FindVlanInfo(__func__, uni);
@@ -109,14 +110,14 @@ uint32_t BCM6838X_SetPortPriority(uint32_t port, uint32_t priority) {
 }
 
 uint32_t BCM6838X_SetPortCtcMode(uint32_t port, uint32_t mode, ...) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   const CtcMode* ctcMode = FindCtcMode(mode);
   if (ctcMode == nullptr) {
-    return NamePort(BRMGR_CMD_CTC_MODE_A, uni);  // no table is touched, so that any port will do
+    return NamePort(kModeA, uni);  // no table is touched, so that any port will do
   }
   if (FindVlanInfo(__func__, uni) == nullptr) {
     return BCM6838X_FAILED;
   }
   ctcMode->setMode(uni);
-  return NamePort(ctcMode->cmd, uni);
+  return NamePort(ctcMode->command, uni);
 }

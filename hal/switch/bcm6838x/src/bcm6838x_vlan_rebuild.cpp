@@ -14,81 +14,87 @@
 #include "bcm6838x_vlan_config.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
-using Builder = void (*)(uint32_t port, const PortVlanInfo& info);
+// Nobody looks at the results of the builders, which log their own failures. A mode that is none has
+// no rules.
 
-// What the builders of a mode are given of a configuration. Nobody looks at their results: they log
-// their own failures.
-
-template <auto builder>
-void WithNothing(uint32_t port, const PortVlanInfo& /*info*/) {
-  builder(port);
-}
-
-template <auto builder>
-void WithPvid(uint32_t port, const PortVlanInfo& info) {
-  builder(port, info.pvid, info.priority);
-}
-
-template <auto builder>
-void WithTranslations(uint32_t port, const PortVlanInfo& info) {
-  builder(port, info.pvid, info.priority, info.translationList);
-}
-
-template <auto builder>
-void WithPvidAndTrunk(uint32_t port, const PortVlanInfo& info) {
-  builder(port, info.pvid, info.priority, info.trunkList);
-}
-
-template <auto builder>
-void WithTrunk(uint32_t port, const PortVlanInfo& info) {
-  builder(port, info.trunkList);
-}
-
-template <auto builder>
-void WithStacking(uint32_t port, const PortVlanInfo& info) {
-  builder(port, info.pvid, info.priority, info.stackingList);
-}
-
-int32_t AddTransparent(uint32_t port) {
-  return BCM6838X_IsPerformance() != 0 ? BCM6838X_AddUsTransparent_Perf(port)
-                                       : BCM6838X_AddUsTransparent(port);
-}
-
-/// How the rules of a mode are created and removed.
-struct ModeRules {
-  PortVlanMode mode;
-  Builder add;
-  Builder del;
-};
-
-// clang-format off
-constexpr ModeRules kModeRules[] = {
-    {kVlanModeTransparent,   WithNothing<AddTransparent>,               WithNothing<BCM6838X_DelUsTransparent>},
-    {kVlanModeTag,           WithPvid<BCM6838X_AddUsTag>,               WithPvid<BCM6838X_DelUsTag>},
-    {kVlanModeTranslation,   WithTranslations<BCM6838X_AddUsTranslation>, WithTranslations<BCM6838X_DelUsTranslation>},
-    {kVlanModeTranslation2,  WithTranslations<BCM6838X_AddUsTranslation>, WithTranslations<BCM6838X_DelUsTranslation>},
-    {kVlanModeTrunk,         WithPvidAndTrunk<BCM6838X_AddUsHybrid>,    WithPvidAndTrunk<BCM6838X_DelUsHybrid>},
-    {kVlanModeHybrid,        WithPvidAndTrunk<BCM6838X_AddUsHybrid>,    WithPvidAndTrunk<BCM6838X_DelUsHybrid>},
-    {kVlanModeZteTrunk,      WithTrunk<BCM6838X_AddUsZTETrunk>,         WithTrunk<BCM6838X_DelUsZTETrunk>},
-    {kVlanModeZteStacking,   WithPvid<BCM6838X_AddUsZTEStacking>,       WithPvid<BCM6838X_DelUsZTEStacking>},
-    {kVlanModeBdcomStacking, WithStacking<BCM6838X_AddUsBDCOMStacking>, WithStacking<BCM6838X_DelUsBDCOMStacking>},
-};
-// clang-format on
-
-/// Does to a port what the mode of a configuration says; a mode that is none has no rules.
-void Run(Builder ModeRules::*builder, uint32_t port, const PortVlanInfo& info) {
-  for (const ModeRules& rules : kModeRules) {
-    if (rules.mode == info.vlanMode) {
-      (rules.*builder)(port, info);
-    }
+void AddRules(uint32_t uni, const PortVlanInfo& info) {
+  switch (info.vlanMode) {
+    case BCM6838X_VLAN_MODE_TRANSPARENT:
+      if (BCM6838X_IsPerformance() != 0) {
+        BCM6838X_AddUsTransparent_Perf(uni);
+      } else {
+        BCM6838X_AddUsTransparent(uni);
+      }
+      break;
+    case BCM6838X_VLAN_MODE_TAG:
+      BCM6838X_AddUsTag(uni, info.pvid, info.priority);
+      break;
+    case BCM6838X_VLAN_MODE_TRANSLATION:
+    case BCM6838X_VLAN_MODE_TRANSLATION_2:
+      BCM6838X_AddUsTranslation(uni, info.pvid, info.priority, info.translationList);
+      break;
+    case BCM6838X_VLAN_MODE_TRUNK:
+    case BCM6838X_VLAN_MODE_HYBRID:
+      BCM6838X_AddUsHybrid(uni, info.pvid, info.priority, info.trunkList);
+      break;
+    case BCM6838X_VLAN_MODE_ZTE_TRUNK:
+      BCM6838X_AddUsZTETrunk(uni, info.trunkList);
+      break;
+    case BCM6838X_VLAN_MODE_ZTE_STACKING:
+      BCM6838X_AddUsZTEStacking(uni, info.pvid, info.priority);
+      break;
+    case BCM6838X_VLAN_MODE_BDCOM_STACKING:
+      BCM6838X_AddUsBDCOMStacking(uni, info.pvid, info.priority, info.stackingList);
+      break;
+    default:
+      break;
   }
 }
 
+void DeleteRules(uint32_t uni, const PortVlanInfo& info) {
+  switch (info.vlanMode) {
+    case BCM6838X_VLAN_MODE_TRANSPARENT:
+      BCM6838X_DelUsTransparent(uni);
+      break;
+    case BCM6838X_VLAN_MODE_TAG:
+      BCM6838X_DelUsTag(uni, info.pvid, info.priority);
+      break;
+    case BCM6838X_VLAN_MODE_TRANSLATION:
+    case BCM6838X_VLAN_MODE_TRANSLATION_2:
+      BCM6838X_DelUsTranslation(uni, info.pvid, info.priority, info.translationList);
+      break;
+    case BCM6838X_VLAN_MODE_TRUNK:
+    case BCM6838X_VLAN_MODE_HYBRID:
+      BCM6838X_DelUsHybrid(uni, info.pvid, info.priority, info.trunkList);
+      break;
+    case BCM6838X_VLAN_MODE_ZTE_TRUNK:
+      BCM6838X_DelUsZTETrunk(uni, info.trunkList);
+      break;
+    case BCM6838X_VLAN_MODE_ZTE_STACKING:
+      BCM6838X_DelUsZTEStacking(uni, info.pvid, info.priority);
+      break;
+    case BCM6838X_VLAN_MODE_BDCOM_STACKING:
+      BCM6838X_DelUsBDCOMStacking(uni, info.pvid, info.priority, info.stackingList);
+      break;
+    default:
+      break;
+  }
+}
+
+/// Hands the current configuration to the driver. The table is its record, and no copy is made.
+void SendConfig() {
+  static_assert(sizeof(g_PortVlanInfo) == sizeof(PortVlanTable));
+  Send<BRMGR_CMD_VLAN_REBUILD>(reinterpret_cast<PortVlanTable&>(g_PortVlanInfo));
+}
+
 /// Switches a port to a mode, unless it is in that mode.
-uint32_t SetMode(const char* function, uint32_t port, PortVlanMode mode) {
+uint32_t SetMode(const char* function, uint32_t port, uint32_t mode) {
   PortVlanInfo* info = FindVlanInfo(function, port);
   if (info == nullptr) {
     return BCM6838X_FAILED;
@@ -104,8 +110,8 @@ uint32_t SetMode(const char* function, uint32_t port, PortVlanMode mode) {
 }
 
 /// The body of a mode setter: logs under its name, then switches.
-uint32_t LogAndSetMode(const char* function, uint32_t port, PortVlanMode mode) {
-  const uint32_t uni = VlanPort(port);
+uint32_t LogAndSetMode(const char* function, uint32_t port, uint32_t mode) {
+  const uint32_t uni = UniPort(port);
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "###### %s(%d) port=%u\r\n", uni);
   return SetMode(function, uni, mode);
 }
@@ -113,59 +119,58 @@ uint32_t LogAndSetMode(const char* function, uint32_t port, PortVlanMode mode) {
 }  // namespace
 
 uint32_t BCM6838X_ClearVlanRule(uint32_t port) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   if (FindVlanInfo(__func__, uni) == nullptr) {
     return BCM6838X_FAILED;
   }
-  Run(&ModeRules::del, uni, g_oldPortVlanInfo[uni - 1]);
+  DeleteRules(uni, g_oldPortVlanInfo[uni - 1]);
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_RebuildVlanRule(uint32_t port) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   const PortVlanInfo* info = FindVlanInfo(__func__, uni);
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
-  Run(&ModeRules::add, uni, *info);
-  static_assert(sizeof(g_PortVlanInfo) == sizeof(PortVlanTable));
-  SendCommand(BRMGR_CMD_VLAN_REBUILD, g_PortVlanInfo, BRMGR_FLAG_INPUT);
+  AddRules(uni, *info);
+  SendConfig();
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_SetVlanTransparent(uint32_t port) {
-  return LogAndSetMode(__func__, port, kVlanModeTransparent);
+  return LogAndSetMode(__func__, port, BCM6838X_VLAN_MODE_TRANSPARENT);
 }
 
 uint32_t BCM6838X_SetVlanTag(uint32_t port) {
-  return LogAndSetMode(__func__, port, kVlanModeTag);
+  return LogAndSetMode(__func__, port, BCM6838X_VLAN_MODE_TAG);
 }
 
 uint32_t BCM6838X_SetVlanTranslation(uint32_t port) {
-  return LogAndSetMode(__func__, port, kVlanModeTranslation);
+  return LogAndSetMode(__func__, port, BCM6838X_VLAN_MODE_TRANSLATION);
 }
 
 uint32_t BCM6838X_SetVlanTrunk(uint32_t port) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d), port=%u\r\n",
                uni);  // the comma is its own
-  return SetMode(__func__, uni, kVlanModeTrunk);
+  return SetMode(__func__, uni, BCM6838X_VLAN_MODE_TRUNK);
 }
 
 uint32_t BCM6838X_SetZteVlanTrunk(uint32_t port) {
-  return LogAndSetMode(__func__, port, kVlanModeZteTrunk);
+  return LogAndSetMode(__func__, port, BCM6838X_VLAN_MODE_ZTE_TRUNK);
 }
 
 uint32_t BCM6838X_SetZteStacking(uint32_t port) {
-  return LogAndSetMode(__func__, port, kVlanModeZteStacking);
+  return LogAndSetMode(__func__, port, BCM6838X_VLAN_MODE_ZTE_STACKING);
 }
 
 uint32_t BCM6838X_SetBdcomStacking(uint32_t port) {
-  return LogAndSetMode(__func__, port, kVlanModeBdcomStacking);
+  return LogAndSetMode(__func__, port, BCM6838X_VLAN_MODE_BDCOM_STACKING);
 }
 
 uint32_t BCM6838X_ApplyVlan(uint32_t port) {
-  const uint32_t uni = VlanPort(port);
+  const uint32_t uni = UniPort(port);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d) port=%u\r\n", uni);
   if (FindVlanInfo(__func__, uni) == nullptr) {
     return BCM6838X_FAILED;

@@ -11,29 +11,27 @@
 #include <platform_log.h>
 #include <platform_vos.h>
 
-#include "bcm6838x_igmp_internal.h"
 #include "bcm6838x_qos_internal.h"
+#include "bcm6838x_vlan_mcast.h"
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_object.h"
+#include "hal_bcm6838x_ports.h"
 
-uint32_t g_dsVlanAction = BRMGR_INDEX_NONE;
+using namespace hal;
+
+uint32_t hal::g_dsVlanAction = BRMGR_INDEX_NONE;
 
 namespace {
 
-constexpr uint16_t kTpid = 0x8100;
-
 IngressFlowRule MakeRule(const UsCall& call, const UsFlow& flow, uint32_t vlanActionIndex) {
-  IngressFlowRule rule = {};
+  IngressFlowRule rule = BeginFlow(BRMGR_DIR_UPSTREAM, flow.icIndex, BRMGR_FORWARD_PASS);
   rule.outerVid = flow.outerVid;
   rule.ingressPort = BCM6838X_StreamPortIndexUniToRdpa(call.port);
   rule.outerPbit = flow.outerPbit;
   rule.vlanNum = flow.vlanNum;
-  rule.forward = BRMGR_FORWARD_PASS;
   rule.result104 = 1;
   rule.queue = flow.queue;
-  rule.dir = BRMGR_DIR_UPSTREAM;
-  rule.icIndex = flow.icIndex;
-  rule.flowIndex = BRMGR_INDEX_NONE;
   rule.vlanActionIndex = vlanActionIndex;
   rule.policer = g_portPolicerCfg[call.port - 1] != 0 ? call.port : BRMGR_INDEX_NONE;
   return rule;
@@ -47,63 +45,74 @@ void RecordFlow(const UsCall& call, const IngressFlowRule& rule) {
   }
 }
 
-/// Calls `visit` with each multicast VLAN of a port that keeps them.
-template <typename Visit>
-void ForEachMcastVlan(const UsCall& call, Visit visit) {
-  const McastUniPortInfo& info = g_mcastUniPortInfo[call.port - 1];
-  if (info.mcastVlanMode != kMcastVlanKeep) {
-    return;
+/// Lets every VLAN through a port, or ends that; returns the shell's result.
+int32_t SetPortTransparent(const UsCall& call, bool transparent) {
+  return VOS_System("bs /b/c port/index=lan%d transparent=%s", AsInt(LanIndex(call.port)),
+                    transparent ? "yes" : "no");
+}
+
+/// A call whose port is checked, with a log line when there is none.
+UsCall MakeUsCall(const char* name, uint32_t port) {
+  UsCall call = {name, static_cast<uint16_t>(port), true, BCM6838X_OK};
+  if (!IsInTables(call.port)) {
+    HAL_LOG_AS(name, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", call.port);
+    call.isAccepted = false;
+    call.result = BCM6838X_FAILED;
   }
-  for (const uint16_t vid : info.mcastVlan) {
-    if (vid != kNoMcastVlan) {
-      visit(vid);
-    }
-  }
+  return call;
+}
+
+void LogEntry(const char* name) {
+  HAL_LOG_AS(name, LOG_LEVEL_TRACE, "++++++%s,%d\r\n");
 }
 
 }  // namespace
 
-UsCall MakeUsCall(const char* name, uint32_t port) {
-  return {name, static_cast<uint16_t>(port), BCM6838X_OK};
+UsCall hal::BeginCall(const char* name, uint32_t port) {
+  LogEntry(name);
+  return MakeUsCall(name, port);
 }
 
-void LogEntry(const UsCall& call) {
-  HAL_LOG_AS(call.name, LOG_LEVEL_TRACE, "++++++%s,%d\r\n");
-}
-
-bool IsAccepted(UsCall& call) {
-  if (call.port >= 1 && call.port <= kUniPorts) {
-    return true;
-  }
-  HAL_LOG_AS(call.name, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", call.port);
-  call.result = BCM6838X_FAILED;
-  return false;
-}
-
-bool IsAccepted(UsCall& call, const void* list) {
-  if (!IsAccepted(call)) {
-    return false;
-  }
-  if (list == nullptr) {
-    HAL_LOG_NULL_POINTER_AS(call.name);
+UsCall hal::BeginCall(const char* name, uint32_t port, const void* list) {
+  UsCall call = BeginCall(name, port);
+  if (call.isAccepted && HAL_IS_NULL_AS(name, list)) {
+    call.isAccepted = false;
     call.result = BCM6838X_INVALID;
-    return false;
   }
-  return true;
+  return call;
 }
 
-VlanActionRule MakeVlanAction(uint32_t cmd, uint32_t dir, uint32_t vid, uint32_t pbit) {
-  const VlanTagSpec tag = {static_cast<uint16_t>(vid), static_cast<uint8_t>(pbit), 0, kTpid};
-  return {cmd, {tag, {}}, dir, BRMGR_INDEX_NONE};
+UsCall hal::BeginOpeningCall(const char* name, uint32_t port) {
+  UsCall call = MakeUsCall(name, port);
+  if (call.isAccepted) {
+    OpenPort(call);
+    LogEntry(name);
+  }
+  return call;
 }
 
-VlanActionRule UsVlanActionOf(uint32_t index) {
+UsCall hal::BeginClosingCall(const char* name, uint32_t port) {
+  UsCall call = MakeUsCall(name, port);
+  if (call.isAccepted) {
+    ClosePort(call);
+    LogEntry(name);
+  }
+  return call;
+}
+
+VlanActionRule hal::MakeVlanAction(uint32_t cmd, uint32_t dir, uint32_t vid, uint32_t pbit) {
+  VlanActionRule rule = BeginAction(dir, cmd);
+  rule.tag[0] = {static_cast<uint16_t>(vid), static_cast<uint8_t>(pbit), 0, kTpid};
+  return rule;
+}
+
+VlanActionRule hal::UsVlanActionOf(uint32_t index) {
   return {0, {}, BRMGR_DIR_UPSTREAM, index};
 }
 
-bool CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) {
+bool hal::CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) {
   IngressFlowRule rule = MakeRule(call, flow, held.vlanActionIndex);
-  call.result = AsInt(SendCommand(BRMGR_CMD_FLOW_ADD, rule, BRMGR_FLAG_READ_BACK));
+  call.result = AsInt(Send<BRMGR_CMD_FLOW_ADD>(rule));
   if (call.result == BCM6838X_OK) {
     RecordFlow(call, rule);
     return true;
@@ -116,19 +125,19 @@ bool CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) 
   return false;
 }
 
-bool AddUsFlow(UsCall& call, const UsFlow& flow) {
+bool hal::AddUsFlow(UsCall& call, const UsFlow& flow) {
   return CreateUsFlow(call, flow, UsVlanActionOf(BRMGR_INDEX_NONE));
 }
 
-bool AddUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& action) {
+bool hal::AddUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& action) {
   VlanActionRule held = action;
   held.vlanActionIndex = static_cast<uint32_t>(BCM6838X_AddVlanAction(action, 1));
   return CreateUsFlow(call, flow, held);
 }
 
-bool DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
+bool hal::DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
   IngressFlowDel record = {slot.dir, slot.icIndex, slot.flowIndex};
-  call.result = AsInt(SendCommand(BRMGR_CMD_FLOW_DEL, record, BRMGR_FLAG_INPUT));
+  call.result = AsInt(Send<BRMGR_CMD_FLOW_DEL>(record));
   if (call.result == BCM6838X_OK) {
     return true;
   }
@@ -137,7 +146,7 @@ bool DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
   return false;
 }
 
-void DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
+void hal::DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
   if (HasFlow(slot)) {
     DelUsFlow(call, slot);
   }
@@ -146,7 +155,7 @@ void DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
   }
 }
 
-uint32_t AddPvidFlow(UsCall& call, uint32_t pvid, uint32_t priority) {
+uint32_t hal::AddPvidFlow(UsCall& call, uint32_t pvid, uint32_t priority) {
   const auto pbit = static_cast<uint8_t>(priority);
   BCM6838X_AddWanVlan(call.port, pvid, kAnyVid);
   const VlanActionRule action =
@@ -157,50 +166,41 @@ uint32_t AddPvidFlow(UsCall& call, uint32_t pvid, uint32_t priority) {
   return static_cast<uint32_t>(BCM6838X_AddDsIngressClass(pvid, 1, 1));
 }
 
-void DelPvidFlow(UsCall& call, const IngressFlowEntry& slot, uint32_t pvid) {
+void hal::DelPvidFlow(UsCall& call, const IngressFlowEntry& slot, uint32_t pvid) {
   DelUsFlowAndAction(call, slot);
   BCM6838X_DelDsIngressClass(pvid, 1);
   BCM6838X_DelWanVlan(call.port, pvid, kAnyVid);
 }
 
-const IngressFlowEntry* FindUntaggedSlot(const UsCall& call) {
+const IngressFlowEntry* hal::FindUntaggedSlot(const UsCall& call) {
   return FindSlot(call,
                   [](const IngressFlowEntry& each) { return IsUsed(each) && each.vlanNum == 0; });
 }
 
-void DelPvidFlowAndSlots(UsCall& call, uint32_t pvid) {
+void hal::DelPvidFlowAndSlots(UsCall& call, uint32_t pvid) {
   if (const IngressFlowEntry* slot = FindUntaggedSlot(call)) {
     DelPvidFlow(call, *slot, pvid);
   }
   ClearSlots(call);
 }
 
-void DetachPortAction(const UsCall& call, uint32_t vid, uint32_t vlanNum) {
+void hal::DetachPortAction(const UsCall& call, uint32_t vid, uint32_t vlanNum) {
   const auto flow = static_cast<uint32_t>(BCM6838X_GetDsIngressClass(vid, vlanNum));
   if (flow != BRMGR_INDEX_NONE) {
     BCM6838X_DelPortAction(call.port, flow, kDsClassVid);
   }
 }
 
-int32_t SetPortTransparent(const UsCall& call, bool transparent) {
-  return VOS_System("bs /b/c port/index=lan%d transparent=%s", AsInt(LanIndex(call.port)),
-                    transparent ? "yes" : "no");
+void hal::OpenPort(const UsCall& call) {
+  SetPortTransparent(call, true);
+  WithdrawMcastVlans(call.port);
 }
 
-void WithdrawMcastVlans(const UsCall& call) {
-  ForEachMcastVlan(call, [&](uint32_t vid) {
-    BCM6838X_DelWanVlan(call.port, vid, vid);
-    BCM6838X_DelLanVlan(call.port, vid);
-  });
+void hal::ClosePort(UsCall& call) {
+  call.result = SetPortTransparent(call, false);
+  RestoreMcastVlans(call.port);
 }
 
-void RestoreMcastVlans(const UsCall& call) {
-  ForEachMcastVlan(call, [&](uint32_t vid) {
-    BCM6838X_AddWanVlan(call.port, vid, vid);
-    BCM6838X_AddLanVlan(call.port, vid);
-  });
-}
-
-void ClearSlots(const UsCall& call) {
+void hal::ClearSlots(const UsCall& call) {
   memset(SlotsOf(call), 0, sizeof(SlotsOf(call)));
 }

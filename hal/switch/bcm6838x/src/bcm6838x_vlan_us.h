@@ -12,6 +12,9 @@
 
 #include "bcm6838x_vlan_config.h"
 #include "bcm6838x_vlan_internal.h"
+#include "hal_bcm6838x_find.h"
+
+namespace hal {
 
 /// Upstream classes made at start-up, by what their flows compare besides the port and the number
 /// of tags.
@@ -34,7 +37,8 @@ constexpr uint32_t kReplaceVidAndPriority = BRMGR_TAG_REPLACE_VID | BRMGR_TAG_RE
 struct UsCall {
   const char* name;  ///< under which it logs
   uint16_t port;     ///< UNI port
-  int32_t result;    ///< of the last flow command that the builder sent; what it returns
+  bool isAccepted;   ///< whether there are such a port and the list that the builder needs
+  int32_t result;    ///< what the builder returns: that of the last flow command that it sent
 };
 
 /// An upstream flow: what tells it from the others of its port.
@@ -46,17 +50,16 @@ struct UsFlow {
   uint32_t queue;
 };
 
-/// Starts a call: the low 16 bits of the caller's number are the port.
-UsCall MakeUsCall(const char* name, uint32_t port);
+/// Begins a builder: logs the entry and checks the port, which is in the low 16 bits of the caller's
+/// number. A call that is not accepted has its result and its log line.
+UsCall BeginCall(const char* name, uint32_t port);
 
-/// Logs the entry into a builder.
-void LogEntry(const UsCall& call);
+/// The same for a builder that needs a list.
+UsCall BeginCall(const char* name, uint32_t port, const void* list);
 
-/// Checks the port; false, with a log line and a result, when the call must be refused.
-bool IsAccepted(UsCall& call);
-
-/// Checks the port and the list.
-bool IsAccepted(UsCall& call, const void* list);
+/// The same for a builder that opens the port, or closes it, before it logs the entry.
+UsCall BeginOpeningCall(const char* name, uint32_t port);
+UsCall BeginClosingCall(const char* name, uint32_t port);
 
 /// A VLAN action with one tag.
 VlanActionRule MakeVlanAction(uint32_t cmd, uint32_t dir, uint32_t vid, uint32_t pbit);
@@ -103,12 +106,12 @@ void DelPvidFlowAndSlots(UsCall& call, uint32_t pvid);
 /// Detaches the port's action from the shared downstream flow of a VID and tag count, if it exists.
 void DetachPortAction(const UsCall& call, uint32_t vid, uint32_t vlanNum);
 
-/// Lets every VLAN through a port, or ends that, by a shell line; returns the shell's result.
-int32_t SetPortTransparent(const UsCall& call, bool transparent);
+/// Lets every VLAN through a port, by a shell line, and takes the multicast VLANs that it keeps out of
+/// the VLAN objects.
+void OpenPort(const UsCall& call);
 
-/// Takes the multicast VLANs that a port keeps out of the VLAN objects, and puts them back.
-void WithdrawMcastVlans(const UsCall& call);
-void RestoreMcastVlans(const UsCall& call);
+/// Undoes OpenPort. The shell's result becomes that of the call.
+void ClosePort(UsCall& call);
 
 /// The slots that remember the upstream flows of a port.
 inline IngressFlowEntry (&SlotsOf(const UsCall& call))[kFlowsPerTable] {
@@ -129,12 +132,7 @@ void ClearSlots(const UsCall& call);
 /// The first slot of a port for which `accepts` holds, or null.
 template <typename Predicate>
 IngressFlowEntry* FindSlot(const UsCall& call, Predicate accepts) {
-  for (IngressFlowEntry& slot : SlotsOf(call)) {
-    if (accepts(slot)) {
-      return &slot;
-    }
-  }
-  return nullptr;
+  return FirstOf(SlotsOf(call), accepts);
 }
 
 /// Visits, in order, the slots of a port for which `accepts` holds.
@@ -167,5 +165,7 @@ bool AddForEachPriority(Add add) {
   }
   return added;
 }
+
+}  // namespace hal
 
 #endif

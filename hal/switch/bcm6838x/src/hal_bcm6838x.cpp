@@ -12,7 +12,9 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
 
-int32_t sgHwDevFd = -1;
+using namespace hal;
+
+int32_t hal::sgHwDevFd = -1;
 
 uint32_t BCM6838X_Ioctl(uint32_t cmd, void* buf, uint32_t len, uint32_t flag) {
   if (sgHwDevFd < 1) {

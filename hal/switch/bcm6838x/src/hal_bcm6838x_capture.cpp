@@ -8,12 +8,15 @@
 
 #include <hal_bcm6838x.h>
 #include <platform_clients.h>
-#include <platform_config.h>
 #include <platform_vos.h>
 
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_platform.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -107,15 +110,11 @@ uint32_t TakeMulticast(const BrmgrEvent& event) {
 }
 
 void TakeBpdu(const BrmgrEvent& event) {
-  constexpr uint32_t kStpModule = 0xA3C0;
-  constexpr uint32_t kReceivedBpdu = 0x1500;
-  /// The frame begins two bytes behind the start of the data field, which is intended.
-  constexpr uint32_t kSkipped = 2;
   BpduMsg message = {};
   message.port = event.port;
   message.length = event.length < kBpduSize ? event.length : kBpduSize;
-  memcpy(message.frame, event.data + kSkipped, message.length);
-  VOS_MsgSend(kStpModule, kReceivedBpdu, &message,
+  memcpy(message.frame, FrameOf(event), message.length);
+  VOS_MsgSend(kStpModule, kStpReceivedBpdu, &message,
               static_cast<uint32_t>(offsetof(BpduMsg, frame)) + message.length);
 }
 
@@ -137,7 +136,7 @@ void SendMulticast(const BrmgrEvent& event) {
     SendIfForwarded(packet);
     return;
   }
-  for (uint32_t port = 1; port <= HC_GetEthPortNum(); ++port) {
+  for (const uint32_t port : EthPorts()) {
     MakePacket(event, packet);
     packet.desPort = port;
     SendIfForwarded(packet);
@@ -158,7 +157,7 @@ uint32_t BCM6838X_GetEvent(BrmgrEvent* event) {
 
 uint32_t BCM6838X_CapturePacket(void) {
   BrmgrEvent event;
-  if (SF_GetFeature(kCaptureFeature) != 1) {
+  if (!IsCaptureEnabled()) {
     return BCM6838X_OK;
   }
   if (BCM6838X_GetEvent(&event) != BCM6838X_OK) {

@@ -10,6 +10,10 @@
 #include <platform_vos.h>
 
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_object.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -46,14 +50,9 @@ constexpr DefaultClass kPerformanceClasses[] = {
 };
 
 uint32_t CreateClass(const DefaultClass& wanted) {
-  constexpr uint32_t kClassType = 2;
-  IngressClassCfg record = {};
-  record.type = kClassType;
-  record.fieldMask = wanted.fieldMask;
-  record.priority = wanted.priority;
-  record.dir = wanted.dir;
+  IngressClassCfg record = BeginClass(wanted.dir, wanted.fieldMask, wanted.priority);
   record.icIndex = wanted.icIndex;
-  return SendCommand(BRMGR_CMD_IC_CREATE, record, BRMGR_FLAG_READ_BACK);
+  return Send<BRMGR_CMD_IC_CREATE>(record);
 }
 
 /// Creates all classes of a table, whatever the driver answers, and returns the last answer.
@@ -67,15 +66,9 @@ uint32_t CreateClasses(const DefaultClass (&classes)[count]) {
 }
 
 void AddTrapFlow(uint32_t dir, const uint8_t (&mac)[kMacSize]) {
-  IngressFlowRule record = {};
+  IngressFlowRule record = BeginFlow(dir, kDstMacClass, BRMGR_FORWARD_TRAP);
   memcpy(record.dstMac, mac, sizeof(record.dstMac));
-  record.forward = BRMGR_FORWARD_TRAP;
-  record.dir = dir;
-  record.icIndex = kDstMacClass;
-  record.flowIndex = BRMGR_INDEX_NONE;
-  record.vlanActionIndex = BRMGR_INDEX_NONE;
-  record.policer = BRMGR_INDEX_NONE;
-  SendCommand(BRMGR_CMD_FLOW_ADD, record, BRMGR_FLAG_READ_BACK);
+  Send<BRMGR_CMD_FLOW_ADD>(record);
 }
 
 void TrapUnitAddresses() {
@@ -103,7 +96,7 @@ void TrapReservedAddresses() {
 }  // namespace
 
 uint32_t BCM6838X_StreamPortIndexUniToRdpa(uint32_t port) {
-  return (port & 0xFF) + 1;
+  return DevicePort(UniPort(port));
 }
 
 uint32_t BCM6838X_RdpaIcInit(void) {

@@ -8,8 +8,12 @@
 #include <platform_config.h>
 
 #include "bcm6838x_vlan_config.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -124,35 +128,35 @@ struct ModeRule {
 };
 
 constexpr ModeRule kUpstreamRules[] = {
-    {kVlanModeTransparent, Forward, Forward},
-    {kVlanModeTag, Drop, PushPvid},
-    {kVlanModeTranslation, TranslateUpstream, PushPvid},
-    {kVlanModeTranslation2, TranslateUpstream, PushPvid},
-    {kVlanModeTrunk, ForwardTrunkMember, PushPvid},
-    {kVlanModeZteTrunk, ForwardTrunkMember, ForwardTrunkMember},
-    {kVlanModeHybrid, ForwardTrunkMember, PushPvid},
-    {kVlanModeZteStacking, PushPvid, PushPvid},
-    {kVlanModeBdcomStacking, PushServiceTag, PushPvid},
+    {BCM6838X_VLAN_MODE_TRANSPARENT, Forward, Forward},
+    {BCM6838X_VLAN_MODE_TAG, Drop, PushPvid},
+    {BCM6838X_VLAN_MODE_TRANSLATION, TranslateUpstream, PushPvid},
+    {BCM6838X_VLAN_MODE_TRANSLATION_2, TranslateUpstream, PushPvid},
+    {BCM6838X_VLAN_MODE_TRUNK, ForwardTrunkMember, PushPvid},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, ForwardTrunkMember, ForwardTrunkMember},
+    {BCM6838X_VLAN_MODE_HYBRID, ForwardTrunkMember, PushPvid},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, PushPvid, PushPvid},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, PushServiceTag, PushPvid},
 };
 
 constexpr ModeRule kDownstreamRules[] = {
-    {kVlanModeTransparent, Forward, Forward},
-    {kVlanModeTag, Pop, Drop},
-    {kVlanModeTranslation, Pop, TranslateDownstream},
-    {kVlanModeTranslation2, Pop, TranslateDownstream},
-    {kVlanModeTrunk, Pop, ForwardTrunkMember},
-    {kVlanModeZteTrunk, ForwardTrunkMember, ForwardTrunkMember},
-    {kVlanModeHybrid, Pop, ForwardTrunkMember},
-    {kVlanModeZteStacking, Pop, Drop},
-    {kVlanModeBdcomStacking, Pop, PopServiceTag},
+    {BCM6838X_VLAN_MODE_TRANSPARENT, Forward, Forward},
+    {BCM6838X_VLAN_MODE_TAG, Pop, Drop},
+    {BCM6838X_VLAN_MODE_TRANSLATION, Pop, TranslateDownstream},
+    {BCM6838X_VLAN_MODE_TRANSLATION_2, Pop, TranslateDownstream},
+    {BCM6838X_VLAN_MODE_TRUNK, Pop, ForwardTrunkMember},
+    {BCM6838X_VLAN_MODE_ZTE_TRUNK, ForwardTrunkMember, ForwardTrunkMember},
+    {BCM6838X_VLAN_MODE_HYBRID, Pop, ForwardTrunkMember},
+    {BCM6838X_VLAN_MODE_ZTE_STACKING, Pop, Drop},
+    {BCM6838X_VLAN_MODE_BDCOM_STACKING, Pop, PopServiceTag},
 };
 
 template <size_t count>
 uint32_t Apply(const ModeRule (&rules)[count], const RuledFrame& frame, bool ofKind) {
-  for (const ModeRule& rule : rules) {
-    if (rule.mode == frame.port.vlanMode) {
-      return (ofKind ? rule.ofKind : rule.other)(frame);
-    }
+  const ModeRule* const found =
+      FirstOf(rules, [&frame](const ModeRule& rule) { return rule.mode == frame.port.vlanMode; });
+  if (found != nullptr) {
+    return (ofKind ? found->ofKind : found->other)(frame);
   }
   HAL_LOG(LOG_LEVEL_TRACE, "CTC mode : PORTCFG_CTCMODE_NONE\r\n");
   return kDrop;
@@ -167,14 +171,14 @@ bool UnitHasPort(uint32_t port, uint32_t other) {
 
 // The rules write through both pointers.
 // NOLINTNEXTLINE(readability-non-const-parameter)
-uint32_t AccordFrame(uint8_t* frame, uint32_t* size, uint32_t srcPort, uint32_t desPort) {
-  const uint32_t source = srcPort & 0xFF;
-  const uint32_t destination = desPort & 0xFF;
+uint32_t hal::AccordFrame(uint8_t* frame, uint32_t* size, uint32_t srcPort, uint32_t desPort) {
+  const uint32_t source = UniPort(srcPort);
+  const uint32_t destination = UniPort(desPort);
   if (!UnitHasPort(destination, source) || !UnitHasPort(source, destination)) {
     return kDrop;
   }
   const uint32_t port = source != 0 ? source : destination;
-  if (!HasVlanInfo(port)) {
+  if (!IsInTables(port)) {
     HAL_LOG_AS("BCM6838X_AccordVlan", LOG_LEVEL_INVALID, "%s(%d), port %u is out of range\r\n",
                port);
     return kDrop;
@@ -192,8 +196,7 @@ uint32_t AccordFrame(uint8_t* frame, uint32_t* size, uint32_t srcPort, uint32_t 
 }
 
 uint32_t BCM6838X_AccordVlan(uint8_t* frame, RdpaPkt* desc, uint32_t srcPort, uint32_t desPort) {
-  if (frame == nullptr || desc == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame, desc)) {
     return BCM6838X_INVALID;
   }
   return AccordFrame(frame, &desc->size, srcPort, desPort);

@@ -13,6 +13,8 @@
 #include "hal_bcm6838x_log.h"
 #include "hal_bcm6838x_monitor.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kLongPress = 5000;  ///< milliseconds
@@ -73,7 +75,7 @@ void ServeButton(const KernelMessage& message, MonitorState& state) {
 
 }  // namespace
 
-void ServeKernelMessage(const KernelMessage& message, MonitorState& state) {
+void hal::ServeKernelMessage(const KernelMessage& message, MonitorState& state) {
   constexpr uint16_t kButtonMessage = 0x3001;
   constexpr uint16_t kLinkMessage = 0x2000;
   if (message.header.nlmsg_type == kButtonMessage) {

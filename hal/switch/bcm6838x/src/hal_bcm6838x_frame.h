@@ -9,6 +9,8 @@
 
 #include <brmgr_record.h>
 
+namespace hal {
+
 constexpr uint32_t kTypeOffset = 12;  ///< the type field of an untagged frame, or the outer tag
 constexpr uint32_t kTypeSize = 2;
 constexpr uint32_t kTagSize = 4;
@@ -46,6 +48,13 @@ struct FrameView {
     return offset + 1 < size ? LoadU16(data + offset) : 0;
   }
 };
+
+/// The frame of an event other than those of multicast, of which `length` bytes are readable. It
+/// begins two bytes behind the start of the data field, which is intended.
+constexpr const uint8_t* FrameOf(const BrmgrEvent& event) {
+  constexpr uint32_t kSkipped = 2;
+  return event.data + kSkipped;
+}
 
 /// Fields of a tag control word.
 constexpr uint32_t TagVid(uint32_t tci) {
@@ -91,5 +100,7 @@ uint32_t AccordFrame(uint8_t* frame, uint32_t* size, uint32_t srcPort, uint32_t 
 /// The protocol predicates of a frame whose length is known.
 bool IsDhcpFrame(FrameView frame);
 bool IsPppoeFrame(FrameView frame);
+
+}  // namespace hal
 
 #endif

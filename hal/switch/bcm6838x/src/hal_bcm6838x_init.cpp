@@ -18,10 +18,14 @@
 
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_platform.h"
+#include "hal_bcm6838x_ports.h"
 
-uint32_t g_bcm6838xLogId = LOG_ID_NONE;
-int32_t g_SwitchPerformance = 0;
-char g_BoardId[kBoardIdSize] = {};
+using namespace hal;
+
+uint32_t hal::g_bcm6838xLogId = LOG_ID_NONE;
+int32_t hal::g_SwitchPerformance = 0;
+char hal::g_BoardId[kBoardIdSize] = {};
 
 namespace {
 
@@ -36,7 +40,7 @@ void PrintPerformanceBanner() {
 }
 
 void SetAllPortsDown() {
-  for (uint32_t port = 1; port <= HC_GetEthPortNum(); ++port) {
+  for (const uint32_t port : EthPorts()) {
     BCM6838X_SetPortAdminState(port, 0);
   }
 }
@@ -69,7 +73,7 @@ uint32_t BCM6838X_InitDrv(void) {
   DrvInitRecord record = {};
   record.fePortNum = HC_GetFePortNum();
   record.gePortNum = HC_GetGePortNum();
-  const uint32_t result = SendCommand(BRMGR_CMD_INIT, record, BRMGR_FLAG_INPUT);
+  const uint32_t result = Send<BRMGR_CMD_INIT>(record);
   BCM6838X_sysGetBoardId(g_BoardId, kBoardIdSize - 1);
   return result;
 }
@@ -77,7 +81,7 @@ uint32_t BCM6838X_InitDrv(void) {
 uint32_t BCM6838X_SFInit(void) {
   FeatureRecord record = {};
   record.value = SF_GetFeature(kCaptureFeature);
-  return SendCommand(BRMGR_CMD_FEATURE, record, BRMGR_FLAG_INPUT);
+  return Send<BRMGR_CMD_FEATURE>(record);
 }
 
 uint32_t BCM6838X_Init(void) {

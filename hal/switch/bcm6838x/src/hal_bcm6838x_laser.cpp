@@ -5,11 +5,15 @@
 #include <brmgr_cmd.h>
 #include <hal_bcm6838x.h>
 
+#include "hal_bcm6838x_channel.h"
+
+using namespace hal;
+
 uint32_t BCM6838X_SetEponLaserState(uint32_t on) {
   if ((on & 0xFF) == 1) {
-    BCM6838X_Ioctl(BRMGR_CMD_LASER_ON, nullptr, 0, BRMGR_FLAG_READ_BACK);
+    Send<BRMGR_CMD_LASER_ON>();
   } else {
-    BCM6838X_Ioctl(BRMGR_CMD_LASER_OFF, nullptr, 0, BRMGR_FLAG_INPUT);
+    Send<BRMGR_CMD_LASER_OFF>();
   }
   return BCM6838X_OK;
 }

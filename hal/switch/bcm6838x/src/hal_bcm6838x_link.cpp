@@ -11,8 +11,13 @@
 #include <platform_vos.h>
 
 #include "hal_bcm6838x_channel.h"
+#include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
 #include "hal_bcm6838x_monitor.h"
+#include "hal_bcm6838x_platform.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -76,15 +81,15 @@ uint32_t LoadU32(const uint8_t (&bytes)[4]) {
 uint32_t LinkState(uint32_t speed, uint32_t duplex) {
   constexpr uint32_t kHalf = 0;
   constexpr uint32_t kFull = 1;
-  for (const SpeedStates& states : kSpeeds) {
-    if (states.speed == speed && duplex <= kFull) {
-      return duplex == kHalf ? states.half : states.full;
-    }
-    if (states.speed == speed) {
-      return kLinkDown;
-    }
+  const SpeedStates* const known =
+      FirstOf(kSpeeds, [speed](const SpeedStates& states) { return states.speed == speed; });
+  if (known == nullptr) {
+    return speed == 0 ? kLinkDown : kLinkOther;
   }
-  return speed == 0 ? kLinkDown : kLinkOther;
+  if (duplex > kFull) {
+    return kLinkDown;
+  }
+  return duplex == kHalf ? known->half : known->full;
 }
 
 /// The UNI port of an interface, 0 when it is none. The name need not be terminated.
@@ -92,7 +97,7 @@ uint32_t PortOfInterface(const char (&name)[16]) {
   char interface[] = "eth0";
   char received[sizeof(name) + 1] = {};
   memcpy(received, name, sizeof(name));
-  for (uint32_t port = 1; port <= kUniInterfaces; ++port) {
+  for (const uint32_t port : UniPorts{kUniInterfaces}) {
     interface[3] = static_cast<char>('0' + port - 1);
     if (VOS_StrNcaseCmp(received, interface) == 0) {
       return port;
@@ -105,9 +110,9 @@ uint32_t PortOfInterface(const char (&name)[16]) {
 void SendRate(uint32_t port, uint32_t state) {
   constexpr uint32_t kKnownRates = sizeof(kRates) / sizeof(kRates[0]);
   PortRateRecord record = {};
-  record.port = port - 1 < kUniInterfaces ? port + 1 : 0;
+  record.port = port - 1 < kUniInterfaces ? DevicePort(port) : 0;
   record.rate = state < kKnownRates ? kRates[state] : 0;
-  const uint32_t result = SendCommand(BRMGR_CMD_PORT_STATE, record, BRMGR_FLAG_INPUT);
+  const uint32_t result = Send<BRMGR_CMD_PORT_STATE>(record);
   if (result != BCM6838X_OK) {
     HAL_LOG(LOG_LEVEL_TRACE, "UNI port[%lu] MODE change to [%lu], flow control error, ret=%d\r\n",
             AsUnsignedLong(port), AsUnsignedLong(state), AsInt(result));
@@ -115,20 +120,18 @@ void SendRate(uint32_t port, uint32_t state) {
 }
 
 void Notify(uint32_t port, uint32_t state, uint16_t code) {
-  constexpr uint32_t kManagementModule = 0xA280;
-  constexpr uint32_t kUniStateChange = 0x0D02;
   constexpr uint32_t kUniPortFlag = 0x01000000;
   UniStateMsg message = {};
   message.word0 = 1;
   message.port = port | kUniPortFlag;
   message.code = code;
   message.linkUp = state != kLinkDown ? 1 : 0;
-  VOS_MsgSend(kManagementModule, kUniStateChange, &message, sizeof(message));
+  VOS_MsgSend(kManagementModule, kManagementUniState, &message, sizeof(message));
 }
 
 }  // namespace
 
-void ServeLinkChange(const KernelMessage& message) {
+void hal::ServeLinkChange(const KernelMessage& message) {
   LinkPayload payload;
   if (message.payloadSize < sizeof(payload)) {
     return;

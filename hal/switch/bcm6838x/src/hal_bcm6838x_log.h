@@ -9,6 +9,8 @@
 
 #include <platform_log.h>
 
+namespace hal {
+
 /// Handle of the log module.
 extern "C" uint32_t g_bcm6838xLogId;
 
@@ -57,12 +59,20 @@ constexpr int AsInt(uint32_t value) {
   return static_cast<int>(value);
 }
 
+/// Whether any of the pointers is null.
+template <typename... Pointer>
+constexpr bool IsAnyNull(Pointer... pointer) {
+  return ((pointer == nullptr) || ...);
+}
+
+}  // namespace hal
+
 // Macros, because only a macro sees the caller's function and line and lets the compiler hold the
 // arguments against the format.
 
 /// Logs one line.
 #define HAL_LOG(level, ...) \
-  _LOG_Print(g_bcm6838xLogId, (level), kSourcePath.text, __LINE__, __VA_ARGS__)
+  _LOG_Print(hal::g_bcm6838xLogId, (level), hal::kSourcePath.text, __LINE__, __VA_ARGS__)
 
 /// Logs one line whose format begins with the function name and the line, under the name of the
 /// operation for which a helper works.
@@ -73,12 +83,13 @@ constexpr int AsInt(uint32_t value) {
 #define HAL_LOG_HERE(level, format, ...) \
   HAL_LOG_AS(__func__, level, format __VA_OPT__(, ) __VA_ARGS__)
 
-/// Logs, under the name of an operation, that a caller's pointer is null; the operation then
-/// returns without having done anything.
-#define HAL_LOG_NULL_POINTER_AS(function) \
-  HAL_LOG_AS(function, LOG_LEVEL_INVALID, "%s(%d), null pointer\r\n")
+/// Whether any of the caller's pointers is null, which is then logged under the name of an operation;
+/// the operation returns without having done anything.
+#define HAL_IS_NULL_AS(function, ...) \
+  (hal::IsAnyNull(__VA_ARGS__) &&     \
+   (HAL_LOG_AS(function, LOG_LEVEL_INVALID, "%s(%d), null pointer\r\n"), true))
 
 /// The same under the name of the caller.
-#define HAL_LOG_NULL_POINTER() HAL_LOG_NULL_POINTER_AS(__func__)
+#define HAL_IS_NULL(...) HAL_IS_NULL_AS(__func__, __VA_ARGS__)
 
 #endif

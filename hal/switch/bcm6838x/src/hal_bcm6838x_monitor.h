@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <linux/netlink.h>
 
+namespace hal {
+
 constexpr size_t kMonitorBufferSize = 2048;
 
 extern "C" {
@@ -36,5 +38,7 @@ void ServeKernelMessage(const KernelMessage& message, MonitorState& state);
 
 /// Reports a change of an Ethernet interface's link.
 void ServeLinkChange(const KernelMessage& message);
+
+}  // namespace hal
 
 #endif

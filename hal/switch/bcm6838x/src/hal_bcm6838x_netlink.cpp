@@ -15,7 +15,9 @@
 
 #include "hal_bcm6838x_monitor.h"
 
-int32_t kernelMonitorFd = -1;
+using namespace hal;
+
+int32_t hal::kernelMonitorFd = -1;
 
 namespace {
 
@@ -114,7 +116,7 @@ int32_t InitKernelMonitorFd(void) {
   return RegisterMonitor();
 }
 
-void ServeDatagram(MonitorState& state) {
+void hal::ServeDatagram(MonitorState& state) {
   uint8_t buffer[kMonitorBufferSize];
   size_t rest = ReceiveDatagram(buffer);
   const uint8_t* at = buffer;

@@ -7,6 +7,8 @@
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 constexpr uint32_t kProtocolUdp = 17;
@@ -73,8 +75,7 @@ uint32_t BCM6838X_IsMldPacket(const uint8_t* frame, uint32_t length) {
   constexpr uint32_t kMargin = 25;
   /// Type field and tags, IPv6 header and margin: what is shorter holds no MLD message.
   constexpr uint32_t kShortest = 40 + kMargin + 1;
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return 0;
   }
   FrameView rest = {frame, length & 0xFFFF};
@@ -97,7 +98,7 @@ uint32_t BCM6838X_IsMldPacket(const uint8_t* frame, uint32_t length) {
   return HoldsMld(rest.data + kTypeSize, rest.size - kMargin) ? 1 : 0;
 }
 
-bool IsDhcpFrame(FrameView frame) {
+bool hal::IsDhcpFrame(FrameView frame) {
   constexpr uint32_t kServerPort = 67;
   // The port on which DHCPv6 servers and relays listen (RFC 8415, 7.2). Intended: what goes to 546,
   // the clients' port, is on its way back and is not matched.
@@ -115,22 +116,20 @@ bool IsDhcpFrame(FrameView frame) {
   }
 }
 
-bool IsPppoeFrame(FrameView frame) {
+bool hal::IsPppoeFrame(FrameView frame) {
   const uint32_t type = frame.u16(TypeBehindTags(frame));
   return type == kTypePppoeDiscovery || type == kTypePppoeSession;
 }
 
 uint32_t BCM6838X_IsDHCPProtocol(const uint8_t* frame) {
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return 0;
   }
   return IsDhcpFrame({frame, kFrameCapacity}) ? 1 : 0;
 }
 
 uint32_t BCM6838X_IsPPPoEProtocol(const uint8_t* frame) {
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return 0;
   }
   return IsPppoeFrame({frame, kFrameCapacity}) ? 1 : 0;

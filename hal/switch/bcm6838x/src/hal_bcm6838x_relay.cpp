@@ -10,14 +10,16 @@
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 #include <platform_clients.h>
-#include <platform_config.h>
 
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
-uint8_t g_dhcpRelayStatus = 0;
-uint8_t g_pppoeRelayStatus = 0;
+using namespace hal;
+
+uint8_t hal::g_dhcpRelayStatus = 0;
+uint8_t hal::g_pppoeRelayStatus = 0;
 
 namespace {
 
@@ -32,9 +34,6 @@ union RelayFrame {
 /// Takes a frame out of its event and applies its port's upstream VLAN rule. Returns false, with a
 /// log line, when it is not to be relayed.
 bool TakeFrame(const BrmgrEvent* event, bool (*recognises)(FrameView), RelayFrame& relay) {
-  /// The frame begins two bytes behind the start of the data field, which is intended.
-  constexpr uint32_t kSkipped = 2;
-  constexpr uint32_t kSourceMask = 0xFF;
   if (event == nullptr) {
     HAL_LOG(LOG_LEVEL_INVALID, "Invalid parameter!\r\n");
     return false;
@@ -46,14 +45,13 @@ bool TakeFrame(const BrmgrEvent* event, bool (*recognises)(FrameView), RelayFram
   relay = {};
   relay.record.desPort = event->port;
   relay.record.length = event->length;
-  memcpy(relay.frame(), event->data + kSkipped, event->length);
+  memcpy(relay.frame(), FrameOf(*event), event->length);
   if (!recognises({relay.frame(), relay.record.length})) {
     // The same text for both protocols, which is intended.
     HAL_LOG(LOG_LEVEL_TRACE, "Packet is not dhcp pkts!\r\n");
     return false;
   }
-  if (AccordFrame(relay.frame(), &relay.record.length, relay.record.desPort & kSourceMask, 0) !=
-      0) {
+  if (AccordFrame(relay.frame(), &relay.record.length, UniPort(relay.record.desPort), 0) != 0) {
     HAL_LOG(LOG_LEVEL_TRACE, "Deal with vlan failed!\r\n");
     return false;
   }
@@ -67,10 +65,10 @@ uint32_t OuterVid(RelayFrame& relay) {
                                                     : 0;
 }
 
-void SetTraps(uint32_t cmd, uint32_t enable) {
-  for (uint32_t index = 0; index < HC_GetEthPortNum(); ++index) {
-    TrapEnableRecord record = {index, enable};
-    SendCommand(cmd, record, BRMGR_FLAG_INPUT);
+void SetTraps(Command<TrapEnableRecord> command, uint32_t enable) {
+  for (const uint32_t uni : EthPorts()) {
+    TrapEnableRecord record = {uni - 1, enable};
+    Send(command, record);
   }
 }
 
@@ -108,12 +106,12 @@ uint32_t BCM6838X_PPPoERelayHandle(const BrmgrEvent* event) {
 
 uint32_t BCM6838X_SetDhcpTrapEnable(uint32_t enable) {
   g_dhcpRelayStatus = enable > 0 ? 1 : 0;
-  SetTraps(BRMGR_CMD_DHCP_TRAP, enable);
+  SetTraps(CommandOf<BRMGR_CMD_DHCP_TRAP>(), enable);
   return BCM6838X_OK;
 }
 
 uint32_t BCM6838X_SetPPPoETrapEnable(uint32_t enable) {
   g_pppoeRelayStatus = enable > 0 ? 1 : 0;
-  SetTraps(BRMGR_CMD_PPPOE_TRAP, enable);
+  SetTraps(CommandOf<BRMGR_CMD_PPPOE_TRAP>(), enable);
   return BCM6838X_OK;
 }

@@ -8,6 +8,8 @@
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
 
+using namespace hal;
+
 namespace {
 
 /// Bytes that tell all tags of a frame that are looked at.
@@ -26,8 +28,7 @@ bool HasCustomerTag(const uint8_t* frame) {
 }  // namespace
 
 uint32_t BCM6838X_GetTag(const uint8_t* frame, uint16_t* vid, uint16_t* pri) {
-  if (frame == nullptr || vid == nullptr || pri == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame, vid, pri)) {
     return 0;
   }
   const TagRead tag = ReadTag({frame, kTagBytes});
@@ -40,8 +41,7 @@ uint32_t BCM6838X_GetTag(const uint8_t* frame, uint16_t* vid, uint16_t* pri) {
 
 uint32_t BCM6838X_RemoveVlanTag(uint8_t* frame, uint32_t* size) {
   constexpr uint32_t kBehindTag = kTypeOffset + kTagSize;
-  if (frame == nullptr || size == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame, size)) {
     return BCM6838X_INVALID;
   }
   if (*size < kBehindTag || !HasCustomerTag(frame)) {
@@ -57,8 +57,7 @@ uint32_t BCM6838X_RemoveVlanTag(uint8_t* frame, uint32_t* size) {
 }
 
 uint32_t BCM6838X_TranslateVlanTag(uint8_t* frame, uint32_t vid, uint32_t pri) {
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return BCM6838X_INVALID;
   }
   if (!HasCustomerTag(frame)) {
@@ -69,8 +68,7 @@ uint32_t BCM6838X_TranslateVlanTag(uint8_t* frame, uint32_t vid, uint32_t pri) {
 }
 
 uint32_t BCM6838X_AddVlanTag(uint8_t* frame, uint32_t* size, uint32_t vid, uint32_t pri) {
-  if (frame == nullptr || size == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame, size)) {
     return BCM6838X_OK;
   }
   if (!HasRoomForTag(*size)) {

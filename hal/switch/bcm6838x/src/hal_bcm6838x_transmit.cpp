@@ -12,6 +12,9 @@
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_frame.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
+
+using namespace hal;
 
 namespace {
 
@@ -19,14 +22,18 @@ constexpr uint32_t kMacSize = 6;
 constexpr uint32_t kRelaySize = sizeof(RelayPkt::data);
 constexpr uint32_t kRdpaSize = 2046;  ///< what follows the frame is passed too
 
-/// Sends a record up to the end of its frame. The driver only reads it.
-uint32_t Transmit(uint32_t cmd, const void* record, size_t length) {
-  return BCM6838X_Ioctl(cmd, const_cast<void*>(record), static_cast<uint32_t>(length),
-                        BRMGR_FLAG_INPUT);
-}
-
-uint32_t TransmitRelay(uint32_t cmd, const RelayPkt& record) {
-  return Transmit(cmd, &record, offsetof(RelayPkt, data) + record.length);
+/// Sends a relay's frame, up to its end, unless it is longer than the protocol's frames may be.
+uint32_t SendRelayFrame(const char* function, FrameCommand<RelayPkt> command, const RelayPkt* rec,
+                        uint32_t longest) {
+  if (rec == nullptr) {
+    return BCM6838X_INVALID;
+  }
+  if (rec->length > longest) {
+    HAL_LOG(LOG_LEVEL_TRACE, "%s( desPort=%u,  length=%u) params error.\r\n", function,
+            rec->desPort, rec->length);
+    return BCM6838X_INVALID;
+  }
+  return SendFrame(command, *rec, offsetof(RelayPkt, data) + rec->length);
 }
 
 bool IsBridgeFrame(FrameView frame) {
@@ -57,39 +64,15 @@ void SendOther(FrameView frame, uint32_t port) {
 }  // namespace
 
 uint32_t BCM6838X_SendBpduPkt(const RelayPkt* rec) {
-  if (rec == nullptr) {
-    return BCM6838X_INVALID;
-  }
-  if (rec->length > kBpduSize) {
-    HAL_LOG(LOG_LEVEL_TRACE, "BCM6838X_SendBpduPkt( desPort=%u,  length=%u) params error.\r\n",
-            rec->desPort, rec->length);
-    return BCM6838X_INVALID;
-  }
-  return TransmitRelay(BRMGR_CMD_SEND_BPDU, *rec);
+  return SendRelayFrame(__func__, FrameCommandOf<BRMGR_CMD_SEND_BPDU>(), rec, kBpduSize);
 }
 
 uint32_t BCM6838X_SendDhcpPkt(const RelayPkt* rec) {
-  if (rec == nullptr) {
-    return BCM6838X_INVALID;
-  }
-  if (rec->length > kRelaySize) {
-    HAL_LOG(LOG_LEVEL_TRACE, "BCM6838X_SendDhcpPkt( desPort=%u,  length=%u) params error.\r\n",
-            rec->desPort, rec->length);
-    return BCM6838X_INVALID;
-  }
-  return TransmitRelay(BRMGR_CMD_SEND_DHCP, *rec);
+  return SendRelayFrame(__func__, FrameCommandOf<BRMGR_CMD_SEND_DHCP>(), rec, kRelaySize);
 }
 
 uint32_t BCM6838X_SendPPPoEPkt(const RelayPkt* rec) {
-  if (rec == nullptr) {
-    return BCM6838X_INVALID;
-  }
-  if (rec->length > kRelaySize) {
-    HAL_LOG(LOG_LEVEL_TRACE, "BCM6838X_SendPPPoEPkt( desPort=%u,  length=%u) params error.\r\n",
-            rec->desPort, rec->length);
-    return BCM6838X_INVALID;
-  }
-  return TransmitRelay(BRMGR_CMD_SEND_PPPOE, *rec);
+  return SendRelayFrame(__func__, FrameCommandOf<BRMGR_CMD_SEND_PPPOE>(), rec, kRelaySize);
 }
 
 uint32_t BCM6838X_RdpaSendIgmpPkt(const RdpaPkt* desc) {
@@ -107,17 +90,16 @@ uint32_t BCM6838X_RdpaSendIgmpPkt(const RdpaPkt* desc) {
             AsUnsignedLong(desc->srcPort), AsUnsignedLong(desc->gemFlowId));
     return BCM6838X_INVALID;
   }
-  return Transmit(BRMGR_CMD_SEND_PKT, desc, kOverhead + desc->size);
+  return SendFrame(FrameCommandOf<BRMGR_CMD_SEND_PKT>(), *desc, kOverhead + desc->size);
 }
 
 uint32_t BCM6838X_SendPacket(const uint8_t* frame, uint32_t length, uint32_t /*vlan*/,
                              uint32_t /*srcPort*/, uint32_t desPort) {
-  if (frame == nullptr) {
-    HAL_LOG_NULL_POINTER();
+  if (HAL_IS_NULL(frame)) {
     return BCM6838X_OK;
   }
   const FrameView view = {frame, length & 0xFFFF};
-  const uint32_t port = desPort & 0xFF;
+  const uint32_t port = UniPort(desPort);
   if (IsBridgeFrame(view)) {
     const RelayPkt record = MakeRelay(view, port, kBpduSize);
     BCM6838X_SendBpduPkt(&record);
