@@ -161,6 +161,7 @@ TEST_F(AccordTest, Upstream_TrunkAndHybrid) {
   EXPECT_EQ(rows_, 24U);
 }
 
+// Required: frame-rules-visit-free-entries
 TEST_F(AccordTest, Upstream_ZteTrunk) {
   up(19, {}, kDropped);
   up(19, {kServiceTag}, kDropped);
@@ -237,6 +238,7 @@ TEST_F(AccordTest, Downstream_Transparent) {
   EXPECT_EQ(rows_, 4U);
 }
 
+// Required: unremovable-tag-forwards
 TEST_F(AccordTest, Downstream_TagAndZteStacking) {
   for (const std::uint32_t mode : {1U, 160U}) {
     down(mode, {kOwnTag}, Tags{});
@@ -285,6 +287,7 @@ TEST_F(AccordTest, Downstream_ZteTrunk) {
   down(19, {kOwnTag}, Tags{kOwnTag});
 }
 
+// Required: untranslated-frame-forwards
 TEST_F(AccordTest, Downstream_Translation) {
   for (const std::uint32_t mode : {2U, 3U}) {
     FillLists(config_);
@@ -325,6 +328,7 @@ TEST_F(AccordTest, Downstream_BdcomStacking) {
 /// A priority tag, whose VID is that of a free entry.
 const TagBytes kPriorityTag = {0x8100, 0xE000};
 
+// Required: frame-rules-visit-free-entries
 TEST_F(AccordTest, FreeEntries_MatchPriorityTagsToo) {
   for (const std::uint32_t mode : {2U, 3U}) {
     up(mode, {kPriorityTag}, kDropped);
@@ -358,6 +362,7 @@ TEST_F(AccordTest, Downstream_PvidZero_IsThatOfPriorityTagsAndNotOfUntaggedFrame
   EXPECT_EQ(rows_, 21U);
 }
 
+// Required: frame-rules-visit-free-entries, untranslated-frame-forwards
 TEST_F(AccordTest, Lists_OfAnUnusedPort_MatchUntaggedFramesAlone) {
   for (std::size_t i = 0; i < kListEntries; ++i) {
     config_.trunkList[i] = {};
@@ -377,6 +382,7 @@ TEST_F(AccordTest, Lists_OfAnUnusedPort_MatchUntaggedFramesAlone) {
   EXPECT_EQ(rows_, 24U);
 }
 
+// Required: frame-rules-ignore-list-port
 TEST_F(AccordTest, Lists_EveryPlaceIsFound) {
   constexpr std::uint16_t kWanted = 2222;
   const TagBytes wanted = {0x8100, kWanted};

@@ -64,8 +64,8 @@ uint16_t FindSlot(const McastGroupRequest& request, uint32_t uni) {
   return BCM6838X_FindTargetMcastChanSlot(request.groupIpv4, request.groupIpv6, uni);
 }
 
-/// Directs the entry to a port, with the VLAN action that the port's multicast frames need. Without
-/// a matching translation rule the entry keeps the action that it has.
+/// Directs the entry to a port, with the VLAN action that the port's multicast frames need.
+// Required: group-modify-inherits-action
 void DirectTo(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& entry) {
   McastUniPortInfo& info = g_mcastUniPortInfo[uni - 1];
   entry.port = uni;
@@ -91,6 +91,7 @@ uint32_t CreateInSlot(uint16_t slot, const McastGroupRequest& request, McastGrou
   McastGroupEntry record = entry;
   const uint32_t result = SendCommand(BRMGR_CMD_MCAST_ADD, record, BRMGR_FLAG_READ_BACK);
   entry.channelIndex = result == BCM6838X_OK ? record.channelIndex : BRMGR_INDEX_NONE;
+  // Required: refused-group-takes-slot
   FillSlot(slot, request, entry);
   return result;
 }
@@ -99,9 +100,11 @@ uint32_t CreateInSlot(uint16_t slot, const McastGroupRequest& request, McastGrou
 void RemoveFrom(uint32_t uni, uint16_t slot, const McastGroupRequest& request,
                 McastGroupEntry& entry) {
   DirectTo(uni, request, entry);
+  // Required: group-modify-keeps-deleted-index
   entry.channelIndex = g_mcastChannelInfo[slot].channelIndex;
   McastGroupEntry record = entry;
   SendCommand(BRMGR_CMD_MCAST_DEL, record, BRMGR_FLAG_INPUT);
+  // Required: group-refused-delete-frees-slot
   g_mcastChannelInfo[slot] = {};
   LogDel(entry, slot);
 }
@@ -122,6 +125,7 @@ void AddIfRoom(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& 
 /// The first Ethernet port of the mask, or 0.
 uint32_t FirstPortOf(const McastGroupRequest& request) {
   for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
+    // Required: group-add-takes-first-port
     if (IsInMask(request, uni)) {
       return uni;
     }
@@ -145,9 +149,11 @@ uint16_t BCM6838X_FindTargetMcastChanSlot(const uint8_t* ipv4, const uint8_t* ip
     return kNoSlot;
   }
   const uint32_t uni = McastPort(port);
+  // Required: group-compares-one-family
   const bool isIpv6 = memcmp(ipv4, kNoIpv4, sizeof(kNoIpv4)) == 0;
   for (uint16_t slot = 0; slot < kMcastChannels; ++slot) {
     const McastChannelInfo& channel = g_mcastChannelInfo[slot];
+    // Required: group-search-ignores-in-use
     if (channel.port == uni && (isIpv6 ? memcmp(channel.ipv6, ipv6, sizeof(channel.ipv6)) == 0
                                        : memcmp(channel.ipv4, ipv4, sizeof(channel.ipv4)) == 0)) {
       return slot;
@@ -161,6 +167,7 @@ uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
     return BCM6838X_INVALID;
   }
   McastGroupEntry entry = MakeEntry(*request);
+  // Required: group-add-twice-takes-two-slots
   const uint16_t slot = BCM6838X_FindUnuseMcastChanSlot();
   const uint32_t uni = FirstPortOf(*request);
   if (slot == kNoSlot || uni == 0) {
@@ -170,6 +177,7 @@ uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
   DirectTo(uni, *request, entry);
   const uint32_t result = CreateInSlot(slot, *request, entry);
   if (result != BCM6838X_OK) {
+    // Required: group-modify-silent-on-console
     printf("%s(%d) create igmp entry failed for port=%d \r\n", __func__, __LINE__, AsInt(uni));
   }
   LogAdd(entry, slot, result);
@@ -181,8 +189,7 @@ uint32_t BCM6838X_ModifyMulticastMacAddr(const McastGroupRequest* request) {
     return BCM6838X_INVALID;
   }
   uint32_t result = BCM6838X_OK;
-  // One record serves the whole walk: the index of a delete is sent with the creates after it, and
-  // a port without a matching rule gets the action of the port before it. This is intended.
+  // One record serves the whole walk.
   McastGroupEntry entry = MakeEntry(*request);
   for (uint32_t uni = 1; uni <= LastMcastPort(); ++uni) {
     const uint16_t slot = FindSlot(*request, uni);

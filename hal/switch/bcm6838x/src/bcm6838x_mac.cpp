@@ -26,6 +26,7 @@ uint32_t SendEntry(uint32_t cmd, const Entry* entry) {
   memcpy(record.mac, entry->mac, sizeof(record.mac));
   record.port = entry->port;
   record.vid = entry->vid;
+  // Required: mac-changes-succeed
   SendCommand(cmd, record, BRMGR_FLAG_INPUT);
   return BCM6838X_OK;
 }
@@ -35,6 +36,7 @@ uint32_t SendFilter(const char* function, uint32_t cmd, uint32_t port, uint32_t 
                     const MacAddress& mac) {
   MacFilterRecord record = {};
   memcpy(record.mac, mac.octet, sizeof(record.mac));
+  // Required: mac-filter-sends-low-byte
   record.port = port & 0xFF;
   record.vid = static_cast<uint16_t>(vid);
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s(%d), port=%d, vid=%d, macAddr:%x:%x:%x:%x:%x:%x\r\n",
@@ -79,6 +81,7 @@ uint32_t BCM6838X_DelMacBind(uint32_t port, uint32_t vid, MacAddress mac) {
 }
 
 uint32_t BCM6838X_SetMacLimitMacNum(uint32_t limit) {
+  // Required: mac-limit-logs-what-was-given
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), limit=%d\r\n", AsInt(limit));
   MacLimitRecord record = {};
   record.limit = static_cast<uint16_t>(limit);
@@ -93,6 +96,7 @@ uint32_t BCM6838X_SetMacAgingTime(uint32_t ageTime) {
   MacAgingRecord record = {};
   record.ageTime = static_cast<uint16_t>(ageTime);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), ageTime=%d\r\n", record.ageTime);
+  // Required: mac-aging-by-feature-27
   if (SF_GetFeature(kDataPathAgingFeature) == 1) {
     SendCommand(BRMGR_CMD_MAC_AGING, record, BRMGR_FLAG_INPUT);
     return BCM6838X_OK;
@@ -106,6 +110,7 @@ uint32_t BCM6838X_SetMacClear(uint32_t clear) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), clear=%d\r\n", AsInt(clear));
   MacLearnRecord record = {};
   record.value = clear;
+  // Required: mac-clear-is-learn-command
   SendCommand(BRMGR_CMD_MAC_LEARN, record, BRMGR_FLAG_INPUT);
   return BCM6838X_OK;
 }

@@ -27,6 +27,7 @@ bool IsComplete(const EntryOutput& output) {
 /// Sends the record, which holds the address after which to look, and copies out what it then
 /// holds, also when the driver refused: the end of the table is the caller's to recognise.
 void ReadEntry(MacEntryRecord& record, const EntryOutput& output) {
+  // Required: mac-walk-ignores-refusal
   SendCommand(BRMGR_CMD_MAC_GET_NEXT, record, BRMGR_FLAG_READ_BACK);
   *output.port = record.port;
   *output.vid = record.vid;
@@ -54,6 +55,7 @@ uint32_t BCM6838X_GetNextMacEntry(uint32_t* port, uint16_t* vid, uint8_t* mac, u
     return BCM6838X_INVALID;
   }
   MacEntryRecord record = {};
+  // Required: mac-walk-asks-by-address
   memcpy(record.mac, mac, sizeof(record.mac));
   ReadEntry(record, output);
   return BCM6838X_OK;

@@ -21,6 +21,7 @@ PortMirrorRecord g_mirror_cfg = {};
 
 namespace {
 
+// Required: port-ranges-differ
 constexpr uint32_t kMaxPort = 5;        ///< highest port of administrative state and loopback
 constexpr uint32_t kMaxSwitchPort = 4;  ///< highest port of isolation and mirroring
 constexpr uint32_t kAdminStates = 32;
@@ -33,11 +34,13 @@ bool IsPort(uint32_t uni, uint32_t max) {
 }
 
 /// Media types of the chip vendor's tool, by negotiation mode.
+// Required: negotiation-modes-without-gigabit
 constexpr const char* kMediaTypes[] = {"10HD", "100HD", "auto", "10FD", "100FD", "auto", "auto"};
 
 constexpr uint32_t kNegModes = sizeof(kMediaTypes) / sizeof(kMediaTypes[0]);
 
 void SendIsolation(uint32_t uni, uint32_t peerPort, uint32_t isolate) {
+  // Required: isolation-word-12
   constexpr uint32_t kWord12 = 2;
   PortIsolateRecord record = {};
   record.port = DevicePort(uni);
@@ -56,6 +59,7 @@ uint32_t BCM6838X_InitPort(void) {
   }
   for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
     const auto index = static_cast<uint8_t>(i);
+    // Required: start-lines-name-full-path
     VOS_System("/bin/ethctl eth%hhu reg 24 0xf077 > /dev/null 2>&1", index);
     VOS_System("/bin/ethctl eth%hhu reg 28 0x9000 > /dev/null 2>&1", index);
   }
@@ -81,8 +85,10 @@ uint32_t BCM6838X_SetPortNegMode(uint32_t port, uint32_t mode) {
     return BCM6838X_FAILED;
   }
   const uint32_t uni = UniPort(port);
+  // Required: negotiation-mode-takes-any-port
   VOS_System("ethctl eth%d media-type %s", AsInt(uni) - 1, kMediaTypes[mode]);
   if (uni < kAdminStates) {
+    // Required: negotiation-mode-reapplies-state
     BCM6838X_SetPortAdminState(uni, sg_portAdminState[uni]);
   }
   return BCM6838X_OK;
@@ -96,6 +102,7 @@ uint32_t BCM6838X_SetPortLoopback(uint32_t port, uint32_t on) {
   PortLoopbackRecord record = {};
   record.port = DevicePort(uni);
   record.enable = on != 0 ? 1 : 0;
+  // Required: port-commands-succeed
   SendCommand(BRMGR_CMD_PORT_LOOPBACK, record, BRMGR_FLAG_INPUT);
   return BCM6838X_OK;
 }
@@ -106,9 +113,9 @@ uint32_t BCM6838X_SetPortIsolateMask(uint32_t port, uint32_t mask) {
     return BCM6838X_FAILED;
   }
   for (uint32_t peer = 1; peer <= kMaxSwitchPort; ++peer) {
+    // Required: isolation-of-itself-sent
     const bool named = ((mask >> (peer - 1)) & 1U) != 0;
-    // A mask of 0 releases the port from all others; any other mask only adds isolation, towards
-    // the port itself too when it says so.
+    // Required: isolation-mask-only-adds
     if (mask == 0 ? peer != uni : named) {
       SendIsolation(uni, DevicePort(peer), mask == 0 ? 0 : 1);
     }
@@ -116,6 +123,7 @@ uint32_t BCM6838X_SetPortIsolateMask(uint32_t port, uint32_t mask) {
   return BCM6838X_OK;
 }
 
+// Required: learning-is-of-the-switch
 uint32_t BCM6838X_SetPortMacLearn(uint32_t /*port*/, uint32_t enable) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), enable=%d\r\n", AsInt(enable));
   MacLearnRecord record = {};
@@ -124,6 +132,7 @@ uint32_t BCM6838X_SetPortMacLearn(uint32_t /*port*/, uint32_t enable) {
   return BCM6838X_OK;
 }
 
+// Required: learning-is-of-the-switch
 uint32_t BCM6838X_SetPortLimitMacNum(uint32_t /*port*/, uint32_t limit) {
   MacLimitRecord record = {};
   record.limit = static_cast<uint16_t>(limit);
@@ -137,8 +146,10 @@ uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
   constexpr uint32_t kStpEnableMessage = 0x1509;
   for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
     PortStpRecord record = {};
-    record.portIndex = i;  // counted from 0 here, which is intended
+    // Required: stp-index-from-0
+    record.portIndex = i;
     record.enable = enable;
+    // Required: stp-platform-before-driver
     VOS_MsgSend(kStpModule, kStpEnableMessage, &record, sizeof(record));
     SendCommand(BRMGR_CMD_PORT_STP, record, BRMGR_FLAG_INPUT);
   }
@@ -148,6 +159,7 @@ uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
 uint32_t BCM6838X_SetPortStpState(uint32_t port, uint32_t stpState) {
   constexpr uint32_t kBlocking = 1;
   constexpr uint32_t kForwarding = 4;
+  // Required: stp-state-is-port-state
   if (SF_GetFeature(kCaptureFeature) != 1 || (stpState != kBlocking && stpState != kForwarding)) {
     return BCM6838X_OK;
   }
@@ -156,6 +168,7 @@ uint32_t BCM6838X_SetPortStpState(uint32_t port, uint32_t stpState) {
 
 uint32_t BCM6838X_SetPortMtu(uint32_t port, uint32_t mtu) {
   constexpr uint32_t kFirstJumboMtu = 1519;
+  // Required: jumbo-from-1519
   uint32_t value = (mtu & 0xFFFF) >= kFirstJumboMtu ? 1 : 0;
   bcm_port_jumbo_control_set(0, UniPort(port) - 1, &value);
   return BCM6838X_OK;
@@ -166,6 +179,7 @@ uint32_t BCM6838X_SetPortMirrorDestport(uint32_t port) {
   if (!IsPort(uni, kMaxSwitchPort)) {
     return BCM6838X_FAILED;
   }
+  // Required: mirror-sent-with-enable-alone
   g_mirror_cfg.destinationPort = DevicePort(uni);
   return BCM6838X_OK;
 }
@@ -178,11 +192,12 @@ uint32_t BCM6838X_SetPortMirrorMode(const uint8_t* modes) {
     HAL_LOG_NULL_POINTER();
     return BCM6838X_FAILED;
   }
-  // One record serves all ports, so the last one wins, which is intended.
+  // Required: mirror-last-port-wins
   for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
     if (modes[i] == 0) {
       continue;
     }
+    // Required: mirror-any-mode-resets-selector
     g_mirror_cfg.selector = 0;
     if (modes[i] <= kModes) {
       g_mirror_cfg.direction = kDirections[modes[i] - 1];

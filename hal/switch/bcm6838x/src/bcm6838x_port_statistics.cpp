@@ -25,8 +25,8 @@ PortStatsRecord sg_portClearPM[kPorts] = {};
 
 // clang-format off
 /// Every counter: X(name of the getter, its result, name in its log line, field of the entry in the
-/// table of all ports, fields of the record that are added up). That "TxOctet" has no "s" is
-/// intended.
+/// table of all ports, fields of the record that are added up).
+// Required: errors-include-discards, log-txoctet
 #define COUNTER_LIST(X)                                                                              \
   X(RxOctets,           Counter64, "RxOctets",           rxOctets,     &R::rxOctets)                 \
   X(RxUnicastPackets,   uint32_t,  "RxUnicast",          rxUnicast,    &R::rxUnicast)                \
@@ -96,6 +96,7 @@ void Subtract(uint32_t current, uint32_t baseline, uint32_t& out) {
 
 /// The 64-bit difference of two 32-bit counters.
 void Subtract(uint32_t current, uint32_t baseline, Counter64& out) {
+  // Required: octets-borrow
   out.high = baseline > current ? UINT32_MAX : 0;
   out.low = current - baseline;
 }
@@ -122,6 +123,7 @@ uint32_t GetCounter(const char* function, const Counter& counter, uint32_t port,
 }
 
 /// Fills all words of the entry but the last, which stays the caller's.
+// Required: statistics-last-word-untouched
 void FillEntry(const PortStatsRecord& record, PortStatisticsEntry& entry) {
   for (const Counter& counter : kCounters) {
     entry.*counter.entryField = ValueOf(counter, record);
@@ -151,8 +153,10 @@ uint32_t BCM6838X_GetPortStatistics(PortStatisticsEntry* entries) {
   }
   for (uint32_t i = 0; i < HC_GetEthPortNum(); ++i) {
     PortStatsRecord record = {};
-    record.port = i;  // counted from 0 here, which is intended
+    // Required: statistics-table-index-from-0
+    record.port = i;
     SendCommand(BRMGR_CMD_PORT_STATS, record, BRMGR_FLAG_READ_BACK);
+    // Required: statistics-table-is-raw
     FillEntry(record, entries[i]);
   }
   return BCM6838X_OK;
@@ -161,8 +165,8 @@ uint32_t BCM6838X_GetPortStatistics(PortStatisticsEntry* entries) {
 uint32_t BCM6838X_SetPortStatisticsClear(uint32_t port) {
   PortStatsRecord unkept = {};
   PortStatsRecord* baseline = FindBaseline(UniPort(port));
-  // The slot itself is the request, its first word as the driver left it, which is intended. A port
-  // without a slot is asked for all the same.
+  // A port without a slot is asked for all the same.
+  // Required: clear-sends-its-slot
   return SendCommand(BRMGR_CMD_PORT_STATS, baseline != nullptr ? *baseline : unkept,
                      BRMGR_FLAG_READ_BACK);
 }

@@ -23,8 +23,8 @@ bool IsInstallable(const QosClassRule& rule) {
          rule.fieldCount <= BCM6838X_QOS_CONDITIONS;
 }
 
-/// Any type but that of access control re-marks, also one that is not known.
 bool Remarks(const QosClassRule& rule) {
+  // Required: unknown-rule-type-remarks
   return rule.ruleType != BCM6838X_QOS_RULE_ACL;
 }
 
@@ -34,11 +34,11 @@ size_t EntryOf(const QosClassRule& rule) {
 
 IngressClassCfg MakeClass(const QosClassRule& rule) {
   constexpr uint32_t kClassType = 2;
+  // Required: rule-priorities-follow-ports
   constexpr uint32_t kLowestPriority = 7;
   IngressClassCfg record = {};
   record.type = kClassType;
   record.fieldMask = BRMGR_KEY_INGRESS_PORT | BRMGR_KEY_VLAN_NUM;
-  // The ranges of the ports follow each other; in a port, precedence 1 has the highest number.
   record.priority =
       static_cast<uint32_t>(rule.port) * BCM6838X_QOS_RULES - rule.precedence + kLowestPriority;
   record.dir = BRMGR_DIR_UPSTREAM;
@@ -48,6 +48,7 @@ IngressClassCfg MakeClass(const QosClassRule& rule) {
 IngressFlowRule MakeFlow(const QosClassRule& rule) {
   IngressFlowRule record = {};
   record.ingressPort = BCM6838X_StreamPortIndexUniToRdpa(rule.port);
+  // Required: rules-take-single-tagged-frames
   record.vlanNum = 1;
   record.dir = BRMGR_DIR_UPSTREAM;
   record.flowIndex = BRMGR_INDEX_NONE;
@@ -63,6 +64,7 @@ constexpr char kFieldIgnored[] =
 /// Adds the keys of the rule's conditions to its class and flow.
 void AddKeys(const QosClassRule& rule, IngressClassCfg& ingressClass, IngressFlowRule& flow) {
   for (size_t i = 0; i < rule.fieldCount; ++i) {
+    // Required: other-operators-skipped
     if (rule.op[i] != BCM6838X_QOS_OPERATOR_EQUAL) {
       continue;
     }
@@ -81,7 +83,7 @@ uint32_t CreateAction(const QosClassRule& rule) {
   record.cmd = BRMGR_TAG_REPLACE_PRIORITY;
   record.tag[0].pbit = rule.priority;
   record.dir = BRMGR_DIR_UPSTREAM;
-  // Sent with index 0 and not with none, which is intended.
+  // Required: remark-action-sent-with-index-0
   const uint32_t result = SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK);
   if (result == BCM6838X_OK) {
     sg_QosClassificationVlanEntry[EntryOf(rule)] = AsInt(record.vlanActionIndex);
@@ -103,6 +105,7 @@ uint32_t AddResult(const QosClassRule& rule, IngressFlowRule& flow) {
     flow.remark = 1;
     flow.remarkPriority = rule.priority;
     flow.forward = BRMGR_FORWARD_PASS;
+    // Required: rule-queue-is-its-priority
     flow.queue = rule.priority;
   }
   return result;
@@ -111,6 +114,7 @@ uint32_t AddResult(const QosClassRule& rule, IngressFlowRule& flow) {
 uint32_t DeleteAction(size_t entry) {
   VlanActionDel record = {BRMGR_DIR_UPSTREAM,
                           static_cast<uint32_t>(sg_QosClassificationVlanEntry[entry])};
+  // Required: rule-deletes-read-back
   return SendCommand(BRMGR_CMD_VLAN_ACTION_DEL, record, BRMGR_FLAG_READ_BACK);
 }
 
@@ -144,6 +148,7 @@ uint32_t UndoAction(const QosClassRule& rule, uint32_t result) {
 /// Undoes the rule's class, then its VLAN action, in the same way.
 uint32_t UndoClass(const QosClassRule& rule) {
   const size_t entry = EntryOf(rule);
+  // Required: failed-undo-stays-on-record
   const uint32_t deleted = DeleteClass(entry);
   if (deleted == BCM6838X_OK) {
     sg_QosClassificationICEntry[entry] = kNoQosObject;
@@ -151,8 +156,7 @@ uint32_t UndoClass(const QosClassRule& rule) {
   return UndoAction(rule, deleted);
 }
 
-/// Creates the class and then the flow in it. That the result of a failure is that of the undoing
-/// is intended.
+/// Creates the class and then the flow in it.
 uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, IngressFlowRule& flow) {
   const size_t entry = EntryOf(rule);
   uint32_t result = SendCommand(BRMGR_CMD_IC_CREATE, ingressClass, BRMGR_FLAG_READ_BACK);
@@ -164,11 +168,13 @@ uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, Ingres
   sg_QosClassificationICEntry[entry] = AsInt(ingressClass.icIndex);
   flow.icIndex = ingressClass.icIndex;
   if (SendCommand(BRMGR_CMD_FLOW_ADD, flow, BRMGR_FLAG_READ_BACK) != BCM6838X_OK) {
+    // Required: failed-rule-returns-last-delete
     result = UndoClass(rule);
     HAL_LOG(LOG_LEVEL_INVALID, "Failed to Add flow %d\r\n", AsInt(flow.flowIndex));
     return result;
   }
   sg_QosClassificationFlowEntry[entry] = AsInt(flow.flowIndex);
+  // Required: log-precedunce
   HAL_LOG(LOG_LEVEL_TRACE,
           "port = %d, ruleType = %d, precedunce = %d, icindex = %d, flowIndex = %d\r\n", rule.port,
           AsInt(rule.ruleType), rule.precedence, AsInt(flow.icIndex), AsInt(flow.flowIndex));
@@ -190,9 +196,10 @@ void RemoveRule(size_t entry) {
   }
   ingressClass = kNoQosObject;
   if (action >= 0 && DeleteAction(entry) != BCM6838X_OK) {
-    // Names the class, not the action, which is intended.
+    // Required: log-action-named-by-class
     HAL_LOG(LOG_LEVEL_TRACE, "Failed to delete vlanaction %d\r\n", icIndex);
   }
+  // Required: apply-forgets-what-stays
   action = kNoQosObject;
 }
 
@@ -226,8 +233,10 @@ uint32_t BCM6838X_ApplyQosClassification(const QosClassRuleSet* set) {
     return BCM6838X_OK;
   }
   ListQosRules(*set);
+  // Required: set-removes-by-its-port
   RemoveRules(set->port);
   for (const QosClassRule& rule : set->rule) {
+    // Required: set-goes-on-and-succeeds
     if (rule.precedence != 0) {
       BCM6838X_AddQosClassificationRule(&rule);
     }

@@ -25,13 +25,14 @@ void CreateDefaultAction() {
   record.dir = BRMGR_DIR_DOWNSTREAM;
   record.vlanActionIndex = BRMGR_INDEX_NONE;
   if (SendCommand(BRMGR_CMD_VLAN_ACTION_ADD, record, BRMGR_FLAG_READ_BACK) == BCM6838X_OK) {
+    // Required: default-action-kept-on-refusal
     g_dsVlanAction = record.vlanActionIndex;
   }
 }
 
-/// Records of ports that the unit does not have stay as they are: all zero,
-/// which is intended.
+// Required: missing-ports-have-mode-0
 void ResetConfig() {
+  // Required: port-count-asked-each-round
   for (uint32_t i = 0; i < HC_GetEthPortNum() && i < kUniPorts; ++i) {
     g_PortVlanInfo[i] = {};
     g_PortVlanInfo[i].vlanMode = kVlanModeNone;
@@ -58,6 +59,7 @@ PortVlanInfo* FindVlanInfo(const char* function, uint32_t port) {
 }
 
 void CommitVlanConfig() {
+  // Required: commit-copies-all-ports
   memcpy(g_oldPortVlanInfo, g_PortVlanInfo, sizeof(g_PortVlanInfo));
 }
 

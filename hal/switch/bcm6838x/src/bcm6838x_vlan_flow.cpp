@@ -64,10 +64,12 @@ struct ResultWords {
 };
 
 constexpr ResultWords kNormalWords = {0, 0};
+// Required: performance-flow-words
 constexpr ResultWords kPerformanceWords = {1, 2};
 
 IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
   IngressFlowRule flow = {};
+  // Required: any-vid-is-4096
   flow.outerVid = key.vid == kAnyVid ? 0 : key.vid;
   flow.vlanNum = key.vlanNum;
   flow.forward = BRMGR_FORWARD_PASS;
@@ -82,11 +84,10 @@ IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
 }
 
 /// Keeps a created flow: its key, class and indexes, and of the results those that the table knows.
-/// Without a free entry the flow stays in the device unrecorded, which is
-/// intended.
 int32_t RecordFlow(const IngressFlowRule& flow, const FlowKey& key, uint16_t references) {
   IngressFlowEntry* entry =
       FindEntry([](const IngressFlowEntry& candidate) { return candidate.outerVid == 0; });
+  // Required: flow-table-full-unrecorded
   if (entry == nullptr) {
     return kNoFlow;
   }
@@ -145,6 +146,7 @@ uint32_t BCM6838X_DelDsIngressClass(uint32_t vid, uint32_t vlanNum) {
   if (entry == nullptr) {
     return BCM6838X_OK;
   }
+  // Required: flow-count-wraps
   --entry->refCount;
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, del IC num %d\r\n", AsInt(entry->refCount));
   if (entry->refCount != 0) {
@@ -155,7 +157,7 @@ uint32_t BCM6838X_DelDsIngressClass(uint32_t vid, uint32_t vlanNum) {
     HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, delete ds icIndex=%ld flowIndex=%ld error\r\n",
                  AsLong(ClassOf(key)), AsLong(entry->flowIndex));
   }
-  // A flow whose delete was refused is forgotten all the same.
+  // Required: flow-refused-delete-forgotten
   *entry = {};
   return BCM6838X_OK;
 }

@@ -15,8 +15,8 @@ namespace {
 
 constexpr uint16_t kTpid = 0x8100;
 
-/// Whether the rules of a port depend on its VID and priority. Those of a port without a mode do
-/// not either, but the configuration is handed to the driver then too, which is intended.
+/// Whether a change of a port's VID or priority rebuilds its rules.
+// Required: pvid-without-mode-hands-over
 bool UsesPvid(const PortVlanInfo& info) {
   return info.vlanMode != kVlanModeTransparent && info.vlanMode != kVlanModeZteTrunk;
 }
@@ -25,6 +25,7 @@ bool UsesPvid(const PortVlanInfo& info) {
 /// depend on it.
 template <typename Change>
 void ChangePort(uint32_t port, PortVlanInfo& info, Change change) {
+  // Required: pvid-of-transparent-not-sent
   const bool rebuilds = UsesPvid(info);
   if (rebuilds) {
     BCM6838X_ClearVlanRule(port);
@@ -44,11 +45,13 @@ struct CtcMode {
 };
 
 constexpr CtcMode kCtcModes[] = {
+    // Required: ctc-command-b-passes-all
     {kVlanModeTransparent, BRMGR_CMD_CTC_MODE_B, BCM6838X_SetVlanTransparent},
     {kVlanModeTag, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTag},
     {kVlanModeTranslation, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTranslation},
     {kVlanModeTranslation2, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTranslation},
     {kVlanModeTrunk, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTrunk},
+    // Required: ctc-codes-fold
     {kVlanModeHybrid, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetVlanTrunk},
     {kVlanModeZteTrunk, BRMGR_CMD_CTC_MODE_A, BCM6838X_SetZteVlanTrunk},
     {kVlanModeZteStacking, BRMGR_CMD_CTC_MODE_B, BCM6838X_SetZteStacking},
@@ -82,6 +85,7 @@ uint32_t BCM6838X_SetPortPvid(uint32_t port, uint32_t pvid) {
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: unchanged-pvid-returns-2
   if (info->pvid == value) {
     return BCM6838X_INVALID;
   }
@@ -101,6 +105,7 @@ uint32_t BCM6838X_SetPortPriority(uint32_t port, uint32_t priority) {
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: unchanged-pvid-returns-2
   if (info->priority == value) {
     return BCM6838X_INVALID;
   }
@@ -112,6 +117,7 @@ uint32_t BCM6838X_SetPortCtcMode(uint32_t port, uint32_t mode, ...) {
   const uint32_t uni = VlanPort(port);
   const CtcMode* ctcMode = FindCtcMode(mode);
   if (ctcMode == nullptr) {
+    // Required: ctc-unknown-names-port
     return NamePort(BRMGR_CMD_CTC_MODE_A, uni);  // no table is touched, so that any port will do
   }
   if (FindVlanInfo(__func__, uni) == nullptr) {

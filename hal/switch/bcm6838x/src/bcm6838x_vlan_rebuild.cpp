@@ -93,6 +93,7 @@ uint32_t SetMode(const char* function, uint32_t port, PortVlanMode mode) {
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: same-mode-does-nothing
   if (info->vlanMode == mode) {
     return BCM6838X_OK;
   }
@@ -117,10 +118,12 @@ uint32_t BCM6838X_ClearVlanRule(uint32_t port) {
   if (FindVlanInfo(__func__, uni) == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: clear-by-applied-copy
   Run(&ModeRules::del, uni, g_oldPortVlanInfo[uni - 1]);
   return BCM6838X_OK;
 }
 
+// Required: rebuild-does-not-commit
 uint32_t BCM6838X_RebuildVlanRule(uint32_t port) {
   const uint32_t uni = VlanPort(port);
   const PortVlanInfo* info = FindVlanInfo(__func__, uni);
@@ -129,6 +132,7 @@ uint32_t BCM6838X_RebuildVlanRule(uint32_t port) {
   }
   Run(&ModeRules::add, uni, *info);
   static_assert(sizeof(g_PortVlanInfo) == sizeof(PortVlanTable));
+  // Required: rebuild-hands-over-any-mode
   SendCommand(BRMGR_CMD_VLAN_REBUILD, g_PortVlanInfo, BRMGR_FLAG_INPUT);
   return BCM6838X_OK;
 }
@@ -145,10 +149,10 @@ uint32_t BCM6838X_SetVlanTranslation(uint32_t port) {
   return LogAndSetMode(__func__, port, kVlanModeTranslation);
 }
 
+// Required: trunk-setter-logs-a-comma
 uint32_t BCM6838X_SetVlanTrunk(uint32_t port) {
   const uint32_t uni = VlanPort(port);
-  HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d), port=%u\r\n",
-               uni);  // the comma is its own
+  HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d), port=%u\r\n", uni);
   return SetMode(__func__, uni, kVlanModeTrunk);
 }
 
@@ -171,10 +175,11 @@ uint32_t BCM6838X_ApplyVlan(uint32_t port) {
     return BCM6838X_FAILED;
   }
   BCM6838X_SetPortAdminState(uni, 0);
+  // Required: apply-always-rebuilds
   BCM6838X_ClearVlanRule(uni);
   BCM6838X_RebuildVlanRule(uni);
-  BCM6838X_SetPortAdminState(uni,
-                             1);  // up whatever its state was, which is intended
+  // Required: apply-leaves-port-up
+  BCM6838X_SetPortAdminState(uni, 1);
   CommitVlanConfig();
   return BCM6838X_OK;
 }

@@ -29,12 +29,14 @@ IngressFlowRule MakeRule(const UsCall& call, const UsFlow& flow, uint32_t vlanAc
   rule.outerPbit = flow.outerPbit;
   rule.vlanNum = flow.vlanNum;
   rule.forward = BRMGR_FORWARD_PASS;
+  // Required: upstream-flow-word-104
   rule.result104 = 1;
   rule.queue = flow.queue;
   rule.dir = BRMGR_DIR_UPSTREAM;
   rule.icIndex = flow.icIndex;
   rule.flowIndex = BRMGR_INDEX_NONE;
   rule.vlanActionIndex = vlanActionIndex;
+  // Required: policer-word-is-uni-port
   rule.policer = g_portPolicerCfg[call.port - 1] != 0 ? call.port : BRMGR_INDEX_NONE;
   return rule;
 }
@@ -42,6 +44,7 @@ IngressFlowRule MakeRule(const UsCall& call, const UsFlow& flow, uint32_t vlanAc
 void RecordFlow(const UsCall& call, const IngressFlowRule& rule) {
   IngressFlowEntry* free =
       FindSlot(call, [](const IngressFlowEntry& slot) { return !IsUsed(slot); });
+  // Required: full-slots-unrecorded
   if (free != nullptr) {
     *free = rule;
   }
@@ -64,6 +67,7 @@ void ForEachMcastVlan(const UsCall& call, Visit visit) {
 }  // namespace
 
 UsCall MakeUsCall(const char* name, uint32_t port) {
+  // Required: builders-port-has-16-bits
   return {name, static_cast<uint16_t>(port), BCM6838X_OK};
 }
 
@@ -103,6 +107,7 @@ VlanActionRule UsVlanActionOf(uint32_t index) {
 
 bool CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) {
   IngressFlowRule rule = MakeRule(call, flow, held.vlanActionIndex);
+  // Required: builders-return-last-result
   call.result = AsInt(SendCommand(BRMGR_CMD_FLOW_ADD, rule, BRMGR_FLAG_READ_BACK));
   if (call.result == BCM6838X_OK) {
     RecordFlow(call, rule);
@@ -122,6 +127,7 @@ bool AddUsFlow(UsCall& call, const UsFlow& flow) {
 
 bool AddUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& action) {
   VlanActionRule held = action;
+  // Required: flow-without-refused-action
   held.vlanActionIndex = static_cast<uint32_t>(BCM6838X_AddVlanAction(action, 1));
   return CreateUsFlow(call, flow, held);
 }
@@ -139,6 +145,7 @@ bool DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
 
 void DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
   if (HasFlow(slot)) {
+    // Required: refused-delete-gives-rest-back
     DelUsFlow(call, slot);
   }
   if (slot.vlanActionIndex != BRMGR_INDEX_NONE) {
@@ -148,6 +155,7 @@ void DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
 
 uint32_t AddPvidFlow(UsCall& call, uint32_t pvid, uint32_t priority) {
   const auto pbit = static_cast<uint8_t>(priority);
+  // Required: pvid-lan-vid-is-4096
   BCM6838X_AddWanVlan(call.port, pvid, kAnyVid);
   const VlanActionRule action =
       MakeVlanAction(kPushTagWithPriority, BRMGR_DIR_UPSTREAM, pvid, pbit);
@@ -169,6 +177,7 @@ const IngressFlowEntry* FindUntaggedSlot(const UsCall& call) {
 }
 
 void DelPvidFlowAndSlots(UsCall& call, uint32_t pvid) {
+  // Required: pvid-without-slot-keeps-wan
   if (const IngressFlowEntry* slot = FindUntaggedSlot(call)) {
     DelPvidFlow(call, *slot, pvid);
   }

@@ -53,6 +53,7 @@ struct HeaderWalk {
 
 HeaderWalk WalkHeaders(FrameView frame) {
   /// Tags of these types, in this order, are skipped; their VIDs are not taken.
+  // Required: outermost-tags-in-order
   constexpr uint32_t kOutermostTags[] = {0x9200, 0x9100};
   constexpr uint32_t kMaxCustomerTags = 2;
   HeaderWalk walk = {false, 0, kTypeOffset};
@@ -63,10 +64,12 @@ HeaderWalk WalkHeaders(FrameView frame) {
   }
   uint32_t customerTags = 0;
   for (; frame.u16(walk.typeOffset) == kTypeCustomerTag; walk.typeOffset += kTagSize) {
+    // Required: third-customer-tag-drops
     if (++customerTags > kMaxCustomerTags) {
       walk.tooManyTags = true;
       return walk;
     }
+    // Required: client-told-inner-vid
     walk.vid = TagVid(frame.u16(walk.typeOffset + kTypeSize));
   }
   return walk;
@@ -109,10 +112,11 @@ uint32_t TakeMulticast(const BrmgrEvent& event) {
 void TakeBpdu(const BrmgrEvent& event) {
   constexpr uint32_t kStpModule = 0xA3C0;
   constexpr uint32_t kReceivedBpdu = 0x1500;
-  /// The frame begins two bytes behind the start of the data field, which is intended.
+  // Required: event-frame-at-22
   constexpr uint32_t kSkipped = 2;
   BpduMsg message = {};
   message.port = event.port;
+  // Required: bpdu-cut-at-100
   message.length = event.length < kBpduSize ? event.length : kBpduSize;
   memcpy(message.frame, event.data + kSkipped, message.length);
   VOS_MsgSend(kStpModule, kReceivedBpdu, &message,
@@ -133,6 +137,7 @@ void SendMulticast(const BrmgrEvent& event) {
   }
   if (event.port != 0) {
     MakePacket(event, packet);
+    // Required: multicast-out-by-source-rule
     packet.srcPort = event.port;
     SendIfForwarded(packet);
     return;
@@ -158,6 +163,7 @@ uint32_t BCM6838X_GetEvent(BrmgrEvent* event) {
 
 uint32_t BCM6838X_CapturePacket(void) {
   BrmgrEvent event;
+  // Required: capture-by-feature-exactly-1
   if (SF_GetFeature(kCaptureFeature) != 1) {
     return BCM6838X_OK;
   }
@@ -174,6 +180,7 @@ uint32_t BCM6838X_CapturePacket(void) {
       SendMulticast(event);
       return BCM6838X_OK;
     case BRMGR_EVENT_DHCP:
+      // Required: capture-hides-relay-results
       BCM6838X_DhcpRelayHandle(&event);
       return BCM6838X_OK;
     case BRMGR_EVENT_PPPOE:

@@ -80,6 +80,7 @@ uint32_t LinkState(uint32_t speed, uint32_t duplex) {
     if (states.speed == speed && duplex <= kFull) {
       return duplex == kHalf ? states.half : states.full;
     }
+    // Required: odd-duplex-is-down
     if (states.speed == speed) {
       return kLinkDown;
     }
@@ -98,6 +99,7 @@ uint32_t PortOfInterface(const char (&name)[16]) {
       return port;
     }
   }
+  // Required: unknown-interface-is-port-0
   return 0;
 }
 
@@ -106,6 +108,7 @@ void SendRate(uint32_t port, uint32_t state) {
   constexpr uint32_t kKnownRates = sizeof(kRates) / sizeof(kRates[0]);
   PortRateRecord record = {};
   record.port = port - 1 < kUniInterfaces ? port + 1 : 0;
+  // Required: unknown-speed-reports-rate-0
   record.rate = state < kKnownRates ? kRates[state] : 0;
   const uint32_t result = SendCommand(BRMGR_CMD_PORT_STATE, record, BRMGR_FLAG_INPUT);
   if (result != BCM6838X_OK) {
@@ -143,9 +146,11 @@ uint32_t BCM6838X_EventUniStateReport(uint32_t port, uint32_t state) {
   constexpr uint16_t kSecondCode = 0x0302;
   HAL_LOG(LOG_LEVEL_TRACE, "UNI port[%lu] MODE change to [%lu]\r\n", AsUnsignedLong(port),
           AsUnsignedLong(state));
+  // Required: link-down-sends-no-rate
   if (state != kLinkDown) {
     SendRate(port, state);
   }
+  // Required: link-change-told-twice
   Notify(port, state, kFirstCode);
   Notify(port, state, kSecondCode);
   return BCM6838X_OK;
