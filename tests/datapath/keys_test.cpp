@@ -209,6 +209,7 @@ TEST(Keys, IngressPort_IsOneAboveTheUniNumberAndZeroAtTheWan) {
   EXPECT_EQ(OutcomeUnder(kMask, port(1), kUntagged, PortId::Wan()), Outcome::NoFlow);
 }
 
+// Required: unknown-key-never-matches
 TEST(Keys, UnknownBit_NeverMatches) {
   EXPECT_EQ(OutcomeUnder(
                 BRMGR_KEY_VLAN_NUM, [](auto&) {}, kUntagged),

@@ -120,6 +120,7 @@ TEST(PortVlanRule, PvidInTheTrunkList_StaysTheAccessVlan) {
   EXPECT_EQ(RuleOf(*info, {100}), "pop");
 }
 
+// Required: egress-ignores-free-entries
 TEST(PortVlanRule, FreeEntries_AdmitNoFrame) {
   for (const std::uint32_t mode : {4U, 19U}) {
     EXPECT_EQ(RuleOf(*Configured(mode), {0}), "drop");

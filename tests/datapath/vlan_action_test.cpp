@@ -38,6 +38,7 @@ struct ActionCase {
   std::string doubleTagged;
 };
 
+// Required: action-operations-in-order
 TEST(VlanAction, EachOperationAndCombination_GivesTheseFrames) {
   const std::string tag100 = "8100 a064 ";  // PCP 5
   const std::string tag200 = "88a8 70c8 ";  // PCP 3, DEI

@@ -295,6 +295,7 @@ TEST_F(Commands, VlanActionDel_UnknownAction_IsRefused) {
   expectRefusal(BRMGR_CMD_VLAN_ACTION_DEL, VlanActionDel{kDs, 1}, ENOENT, "no ds VLAN action 1");
 }
 
+// Required: named-action-may-be-deleted
 TEST_F(Commands, VlanActionDel_WhileAFlowNamesIt_IsDone) {
   IngressFlowRule flow = FlowOf(kUs, addClass(kUs));
   flow.vlanActionIndex = addAction(kUs);

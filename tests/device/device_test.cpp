@@ -31,6 +31,7 @@ TEST_F(DeviceIoctl, AnotherRequest_IsNoTty) {
   EXPECT_EQ(calls[1].result, -1);
 }
 
+// Required: request-number-has-32-bits
 TEST_F(DeviceIoctl, ARequestNumberWithSignExtension_IsTaken) {
   BrmgrRequest request = {};
   request.cmd = 119;
@@ -105,6 +106,7 @@ TEST_F(DeviceIoctl, Trace_HoldsTheRecordBeforeAndAfter) {
   EXPECT_EQ(commands().size(), 2U);
 }
 
+// Required: only-flag-1-writes-back
 TEST_F(DeviceIoctl, OnlyFlagOneWritesBack) {
   addClass(kUs);
   for (const std::uint32_t flag : {0U, 2U, 0xFFFFFFFFU}) {
@@ -148,6 +150,7 @@ TEST_F(DeviceIoctl, Fault_RefusesBeforeTheDriverLooks) {
   EXPECT_EQ(send(BRMGR_CMD_IC_CREATE, cfg), 0);
 }
 
+// Required: faults-count-every-command
 TEST_F(DeviceIoctl, Fault_ComesBeforeEveryOtherRefusal) {
   device_.faults().refuseFrom(1, BRMGR_CMD_FEATURE);
   std::array<std::uint8_t, 4> record = {};
@@ -160,6 +163,7 @@ TEST_F(DeviceIoctl, Fault_ComesBeforeEveryOtherRefusal) {
   }
 }
 
+// Required: faults-count-every-command
 TEST_F(DeviceIoctl, Fault_CountsRefusedCommands) {
   device_.faults().refuseNth(2);
   EXPECT_EQ(request(BRMGR_CMD_FEATURE, nullptr, 4, 0), EFAULT);

@@ -150,6 +150,7 @@ TEST_F(PortCommands, Mirror_UnknownSelectorOrDirection_IsRefused) {
                 "mirror direction 3 is none of 0 (transmitted), 1 (received) and 2 (both)");
 }
 
+// Required: counters-of-0-are-the-first-port
 TEST_F(PortCommands, Counters_AreReadByThePortFromOneAndZeroMeansTheFirst) {
   for (std::uint32_t uni = 1; uni <= kPorts; ++uni) {
     device_.counters(uni).port = 10 + uni;

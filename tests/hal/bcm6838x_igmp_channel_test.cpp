@@ -164,6 +164,7 @@ TEST_F(McastChannelTest, FindTarget_NeedsPortAndIpv4Address) {
   EXPECT_EQ(find(Group(0, 4), 1), kNoSlot);
 }
 
+// Required: group-compares-one-family
 TEST_F(McastChannelTest, FindTarget_Ipv4GroupsThatDifferInIpv6Only_AreTheSame) {
   add(Group(1));
   McastGroupRequest other = Group(0);
@@ -185,6 +186,7 @@ TEST_F(McastChannelTest, FindTarget_WithoutIpv4_ComparesAllOfIpv6) {
   }
 }
 
+// Required: group-search-ignores-in-use
 TEST_F(McastChannelTest, FindTarget_DoesNotLookAtTheInUseFlag) {
   EXPECT_EQ(find(McastGroupRequest{}, 0), 0) << "a free slot has port 0 and no addresses";
 }
@@ -198,6 +200,7 @@ TEST_F(McastChannelTest, FindTarget_NullAddress_FindsNothing) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+// Required: group-add-takes-first-port
 TEST_F(McastChannelTest, Add_ProgramsTheFirstPortOfTheMaskAlone) {
   EXPECT_EQ(Console([] { EXPECT_EQ(add(Group(6)), 0U); }), "");
   EXPECT_THAT(left(), ElementsAre(AddSent(Entry(2, 6, kNone)), Logged("Add", 2, -1, 0, 0)));
@@ -232,6 +235,7 @@ TEST_F(McastChannelTest, Add_NoEthernetPortInTheMask_OnlyLogs) {
   EXPECT_EQ(BCM6838X_FindUnuseMcastChanSlot(), 0);
 }
 
+// Required: group-add-twice-takes-two-slots
 TEST_F(McastChannelTest, Add_TheSameTwice_TakesTwoSlots) {
   add(Group(1));
   add(Group(1));
@@ -239,6 +243,7 @@ TEST_F(McastChannelTest, Add_TheSameTwice_TakesTwoSlots) {
   EXPECT_EQ(BCM6838X_FindUnuseMcastChanSlot(), 2);
 }
 
+// Required: group-add-twice-takes-two-slots
 TEST_F(McastChannelTest, TheSameTwice_IsRemovedSlotBySlot) {
   add(Group(1));
   add(Group(1));
@@ -278,6 +283,7 @@ TEST_F(McastChannelTest, TableFull_AFreedSlotIsTakenAgain) {
   EXPECT_THAT(portsOf(Group(0)), ElementsAre(2));
 }
 
+// Required: refused-group-takes-slot
 TEST_F(McastChannelTest, Add_DriverRefuses_TellsTheConsoleAndUsesTheSlot) {
   unit.device().faults().refuseNth(1);
   EXPECT_EQ(Console([] { EXPECT_EQ(add(Group(4)), 8U); }),
@@ -399,6 +405,7 @@ TEST_F(McastChannelTest, Del_ClearsTheWholeSlot) {
   EXPECT_EQ(find(McastGroupRequest{}, 0), 0);
 }
 
+// Required: group-refused-delete-frees-slot
 TEST_F(McastChannelTest, Del_DriverRefuses_FreesTheSlotAllTheSame) {
   add(Group(2));
   forget();
@@ -459,6 +466,7 @@ TEST_F(McastChannelTest, Modify_IndexOfACreate_GoesIntoItsSlotAlone) {
                                       DelSent(Entry(4, 0, 2))));
 }
 
+// Required: group-modify-keeps-deleted-index
 TEST_F(McastChannelTest, Modify_IndexOfADelete_IsSentWithEveryCreateAfterIt) {
   add(Group(1, 4));
   add(Group(1));
@@ -473,6 +481,7 @@ TEST_F(McastChannelTest, Modify_IndexOfADelete_IsSentWithEveryCreateAfterIt) {
                   AddSent(Entry(4, 0xE, 1)), Logged("Add", 4, -1, 2, 2), ModifyLogged("14")));
 }
 
+// Required: group-modify-inherits-action
 TEST_F(McastChannelTest, Modify_PortWithoutAMatchingRule_InheritsThePreviousAction) {
   BCM6838X_SetMulticastVlanMode(1, 0);
   BCM6838X_SetMulticastVlanMode(2, 2);
@@ -485,6 +494,7 @@ TEST_F(McastChannelTest, Modify_PortWithoutAMatchingRule_InheritsThePreviousActi
                           AddSent(Entry(3, 0xF, kNone, kNone)), AddSent(Entry(4, 0xF, kNone, 1))));
 }
 
+// Required: refused-group-takes-slot, group-modify-silent-on-console
 TEST_F(McastChannelTest, Modify_DriverRefuses_IsSilentOnTheConsoleAndFillsTheSlot) {
   unit.device().faults().refuseFrom(1);
   EXPECT_EQ(Console([] { EXPECT_EQ(modify(Group(2)), 8U); }), "");

@@ -69,6 +69,7 @@ TEST_F(IgmpDispatchTest, Port_CountsInItsLowByte) {
   EXPECT_THAT(left(), ElementsAre(SentTo(0)));
 }
 
+// Required: mcast-port-0-goes-up
 TEST_F(IgmpDispatchTest, FrameOfPort0_GoesTowardsTheUplinkToo) {
   for (const std::uint32_t port : {0U, 0x100U}) {
     forget();

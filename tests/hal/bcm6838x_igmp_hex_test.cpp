@@ -67,6 +67,7 @@ TEST(PrintHex, EightAndNineBytes_TwoMoreBlanksStandAfterTheEighth) {
                                            std::string(7 * kColumn, ' ') + "; ABCDEFGHI\r\n");
 }
 
+// Required: hex-ends-with-blank-row
 TEST(PrintHex, WholeRows_EndWithABlankRow) {
   const Buffer buffer = Letters();
   const std::string rows =
@@ -78,6 +79,7 @@ TEST(PrintHex, WholeRows_EndWithABlankRow) {
             Head(buffer, "33") + rows + "00000020: 61 " + std::string(15 * 3 + 2, ' ') + "; a\r\n");
 }
 
+// Required: hex-prints-128
 TEST(PrintHex, Characters_FromBlankToOneHundredTwentyEightStandAsTheyAre) {
   const Buffer buffer = {0, 31, 32, 33, 126, 127, 128, 129, 255, 0x0A};
   EXPECT_EQ(Printed(buffer.data(), 10),

@@ -148,6 +148,7 @@ class McastVlanTest : public LibraryTest {
   }
 };
 
+// Required: mcast-rules-start-with-action-0
 TEST_F(McastVlanTest, InitIgmp_SetsEveryEthernetPortAndFreesTheChannels) {
   std::memset(g_mcastUniPortInfo, 0xAA, sizeof(g_mcastUniPortInfo));
   std::memset(g_mcastChannelInfo, 0xAA, sizeof(g_mcastChannelInfo));
@@ -235,6 +236,7 @@ TEST_F(McastVlanTest, AddAndDelVlan_EveryMode_TouchTheObjectsOrOnlyTheTable) {
   }
 }
 
+// Required: mcast-ninth-vlan-silent
 TEST_F(McastVlanTest, AddVlan_TheNinth_IsDroppedSilently) {
   for (std::uint16_t vid = 1; vid <= kPlaces; ++vid) {
     BCM6838X_AddIgmpVlan(1, vid);
@@ -248,6 +250,7 @@ TEST_F(McastVlanTest, AddVlan_TheNinth_IsDroppedSilently) {
   EXPECT_THAT(port(1).vlans, ElementsAre(1, 2, 3, 9, 5, 6, 7, 8)) << "the first empty place";
 }
 
+// Required: mcast-vlan-twice-takes-two-places
 TEST_F(McastVlanTest, AddVlan_TheSameTwice_TakesTwoPlaces) {
   BCM6838X_AddIgmpVlan(1, 100);
   BCM6838X_AddIgmpVlan(1, 100);
@@ -326,6 +329,7 @@ TEST_F(McastVlanTest, PortOutOfRange_IsAnInvalidParameterInTheLogAndChangesNothi
   EXPECT_EQ(BCM6838X_AddIgmpVlan(32, 5), 0U) << "the table has 32 ports";
 }
 
+// Required: mcast-actions-without-tpid
 TEST_F(McastVlanTest, SetMode_Strip_CreatesThePortsAction) {
   EXPECT_EQ(BCM6838X_SetMulticastVlanMode(3, 0), 0U);
   EXPECT_THAT(left(),
@@ -336,6 +340,7 @@ TEST_F(McastVlanTest, SetMode_Strip_CreatesThePortsAction) {
   EXPECT_EQ(port(2).stripActionIndex, kNone);
 }
 
+// Required: strip-mode-again-adds-action
 TEST_F(McastVlanTest, SetMode_StripTwice_CreatesTwoActionsAndKeepsTheSecond) {
   BCM6838X_SetMulticastVlanMode(3, 0);
   forget();
@@ -360,6 +365,7 @@ TEST_F(McastVlanTest, SetMode_LeavingStrip_DeletesTheAction) {
   }
 }
 
+// Required: mcast-leaving-strip-always-deletes
 TEST_F(McastVlanTest, SetMode_StripIsRefused_LogsReturnsOneAndTheModeIsSet) {
   unit.device().faults().refuseNth(1);
   EXPECT_EQ(BCM6838X_SetMulticastVlanMode(3, 0), 1U);
@@ -407,6 +413,7 @@ TEST_F(McastVlanTest, SetMode_LeavingAndEnteringKeep_MovesEveryVlanOutAndIn) {
   EXPECT_THAT(commands(), IsEmpty());
 }
 
+// Required: strip-mode-again-adds-action
 TEST_F(McastVlanTest, SetMode_KeepAgain_AddsTheVlansAgain) {
   BCM6838X_AddIgmpVlan(2, 100);
   forget();
@@ -486,6 +493,7 @@ class McastTransTest : public McastVlanTest {
   }
 };
 
+// Required: mcast-actions-without-tpid
 TEST_F(McastTransTest, Add_JoinsTheObjectsAndCreatesTheAction) {
   EXPECT_EQ(BCM6838X_AddMulticastVlanTrans(2, 100, 10), 0U);
   EXPECT_EQ(left().front(), transLogged("Add", 2, 100, 10));
@@ -510,6 +518,7 @@ TEST_F(McastTransTest, Add_InEveryMode_JoinsTheObjects) {
   EXPECT_EQ(modes, 13);
 }
 
+// Required: mcast-ninth-vlan-silent
 TEST_F(McastTransTest, Add_TheNinth_TellsTheConsole) {
   for (std::uint16_t i = 0; i < kPlaces; ++i) {
     BCM6838X_AddMulticastVlanTrans(2, 100 + i, 10);
@@ -524,6 +533,7 @@ TEST_F(McastTransTest, Add_TheNinth_TellsTheConsole) {
   }
 }
 
+// Required: mcast-rule-kept-without-action
 TEST_F(McastTransTest, Add_DriverRefuses_KeepsTheRuleWithoutAction) {
   unit.device().faults().refuseNth(1);
   EXPECT_EQ(BCM6838X_AddMulticastVlanTrans(2, 100, 10), 0U);
@@ -553,6 +563,7 @@ TEST_F(McastTransTest, Del_FreesTheFirstRuleOfTheMulticastVlan) {
   expectRule(port(2).rules[1], 70, 71, 1);
 }
 
+// Required: mcast-rule-found-by-mvlan
 TEST_F(McastTransTest, Del_TheOtherVlanIsNotComparedButLeavesTheObjects) {
   BCM6838X_AddMulticastVlanTrans(2, 100, 10);
   forget();

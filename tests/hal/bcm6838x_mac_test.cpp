@@ -149,6 +149,7 @@ TEST_F(MacTest, FiltersAndBinds_LogThenSend) {
   EXPECT_EQ(kFilters.size(), 4U);
 }
 
+// Required: mac-filter-sends-low-byte
 TEST_F(MacTest, FiltersAndBinds_OfThePortTheLowByteIsSent) {
   for (const FilterRow& row : kFilters) {
     forget();
@@ -170,6 +171,7 @@ TEST_F(MacTest, FiltersAndBinds_AreKeptApart) {
   EXPECT_THAT(tables().binds, IsEmpty());
 }
 
+// Required: mac-limit-logs-what-was-given
 TEST_F(MacTest, Limit_LogsTheValueAndSendsItsLowSixteenBits) {
   EXPECT_EQ(BCM6838X_SetMacLimitMacNum(70000), 0U);
   EXPECT_EQ(BCM6838X_SetMacLimitMacNum(0xFFFFFFFF), 0U);
@@ -185,6 +187,7 @@ TEST_F(MacTest, AgingTime_FeatureOn_SendsTheCommand) {
                                   Sent("MAC_AGING", 0, WireRecord(2).u16(0, 300))));
 }
 
+// Required: mac-aging-by-feature-27
 TEST_F(MacTest, AgingTime_FeatureNotOne_SendsAMessageOfOneWordInstead) {
   const std::uint32_t word = 300;
   Bytes message(sizeof(word));
@@ -201,12 +204,14 @@ TEST_F(MacTest, AgingTime_FeatureNotOne_SendsAMessageOfOneWordInstead) {
   EXPECT_EQ(values, 3);
 }
 
+// Required: mac-clear-is-learn-command
 TEST_F(MacTest, Clear_PassesTheValueUnchanged) {
   EXPECT_EQ(BCM6838X_SetMacClear(0x80000001), 0U);
   EXPECT_THAT(left(), ElementsAre(Logged("SetMacClear", "clear=-2147483647"),
                                   Sent("MAC_LEARN", 0, WireRecord(4).u32(0, 0x80000001))));
 }
 
+// Required: mac-changes-succeed
 TEST_F(MacTest, Changes_EachCommandRefused_LogAndSucceed) {
   static const MacStaticEntry fixed = StaticEntry(1, 5);
   static const MacDynamicEntry learned = DynamicEntry(1, 5);
@@ -247,6 +252,7 @@ TEST_F(MacTest, GetFirst_AsksWithZerosAndReadsTheRecord) {
   EXPECT_THAT(left(), ElementsAre(Sent("MAC_GET_NEXT", 1, WireRecord(24))));
 }
 
+// Required: mac-walk-asks-by-address
 TEST_F(MacTest, GetNext_AsksWithTheAddressAlone) {
   MacDynamicEntry entry = DynamicEntry(4, 7);
   BCM6838X_AddMacDynamic(&entry);
@@ -281,6 +287,7 @@ TEST_F(MacTest, Walk_VisitsEveryEntryInOrderAndStandsStillAtTheEnd) {
       << "the caller's own address, and zeros";
 }
 
+// Required: mac-walk-ignores-refusal
 TEST_F(MacTest, Readers_DriverRefuses_SucceedWithWhatTheRecordHeld) {
   const MacStaticEntry entry = StaticEntry(3, 5);
   BCM6838X_AddMacStatic(&entry);

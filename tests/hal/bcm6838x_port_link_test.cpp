@@ -114,6 +114,7 @@ struct NegotiationRow {
   std::uint32_t negResult;
 };
 
+// Required: ability-bit-9-is-half-gigabit, link-down-negotiates-10-half
 TEST_F(PortLinkTest, GetMediaType_AutoNegotiation_GivesTheBestCommonAbility) {
   const std::vector<NegotiationRow> rows = {
       {0x01E0, 0x0300, Advertising(0x01E0, 0x0300), 0, 5},  // 1000 full
@@ -126,7 +127,7 @@ TEST_F(PortLinkTest, GetMediaType_AutoNegotiation_GivesTheBestCommonAbility) {
       {0x0100, 0, Advertising(0x01E0, 0x0300), 2, 4},
       {0x03E0, 0, Advertising(0x03E0, 0), 2, 4},  // bit 8 before bit 9
       {0x02E0, 0, Advertising(0x03E0, 0), 1, 2},  // bit 9 before bit 7
-      {0x0200, 0, Advertising(0x0200, 0), 1, 2},  // bit 9 alone, which is intended
+      {0x0200, 0, Advertising(0x0200, 0), 1, 2},  // bit 9 alone
       {0x00E0, 0, Advertising(0x01E0, 0), 3, 1},  // 100 half
       {0x0080, 0, Advertising(0x00A0, 0), 3, 1},
       {0x0060, 0, Advertising(0x01E0, 0), 4, 3},  // 10 full
@@ -168,6 +169,7 @@ TEST_F(PortLinkTest, GetMediaType_ForcedMode_GivesTheModeOfTheControlRegister) {
   }
 }
 
+// Required: no-acknowledge-keeps-type
 TEST_F(PortLinkTest, GetMediaType_PartnerDoesNotAcknowledge_LeavesTheType) {
   unit.phy(1).setPartner(ForcedTo(100, false));
   ASSERT_EQ(unit.phy(1).peek(5), 0x0080) << "an ability in common, but no acknowledge bit";
@@ -208,6 +210,7 @@ TEST_F(PortLinkTest, GetMediaType_LatchedLossOfLink_IsClearedByTheFirstRead) {
   EXPECT_EQ(MediaType(1), 0U);
 }
 
+// Required: link-down-negotiates-10-half
 TEST_F(PortLinkTest, LinkAndNegotiation_AreReadAfreshEachTime) {
   unit.phy(3).setPartner(Advertising(0x0100, 0));
   EXPECT_EQ(Ask(BCM6838X_GetPortNegResult, 3), Answer(0, 4));
@@ -272,6 +275,7 @@ TEST_F(PortLinkTest, PhyAddressIsUnknown_NobodyAnswers) {
   EXPECT_EQ(console([] { ExpectUnreadable(1, -1); }), "");
 }
 
+// Required: failed-mii-read-is-0
 TEST_F(PortLinkTest, RegistersCannotBeRead_EveryFailureIsPrintedAndStatusReadsZero) {
   unit.interfaces().faults().refuseFrom(1, SIOCGMIIREG);
   const std::string line = "SIOCGMIIREG on eth2 failed: Input/output error\n";
@@ -325,6 +329,7 @@ class NthRequestTest : public PortLinkTest {
   }
 };
 
+// Required: link-read-twice
 TEST_F(NthRequestTest, GetMediaType_AutoNegotiation_TenRequestsInOrder) {
   unit.phy(1).setPartner(Advertising(0x0100, 0));
   const Answer failed = {1, kUntouched};
@@ -344,6 +349,7 @@ TEST_F(NthRequestTest, GetMediaType_AutoNegotiation_TenRequestsInOrder) {
                           FailedRun{down, 1}));       // register 1
 }
 
+// Required: link-read-twice
 TEST_F(NthRequestTest, GetMediaType_ForcedMode_EightRequestsInOrder) {
   unit.phy(1).setPartner(ForcedTo(100, true));
   unit.phy(1).write(0, 0x2100);
@@ -377,6 +383,7 @@ TEST_F(NthRequestTest, PhyPowerDown_FourRequestsInOrder) {
                                 FailedRun{{0, 0}, 1}, FailedRun{{0xFFFFFFFF, 0}, 1}));
 }
 
+// Required: pause-modes-3-to-5-advertise-none, pause-written-by-two-ways
 TEST_F(PortLinkTest, PauseAbilitySet_EveryMode_AdvertisesItAndRestartsTheNegotiation) {
   const std::vector<std::pair<std::uint32_t, std::string>> rows = {
       {0, "1e1"}, {1, "5e1"}, {2, "5e1"}, {3, "1e1"},   {4, "1e1"},         {5, "1e1"},
@@ -393,12 +400,14 @@ TEST_F(PortLinkTest, PauseAbilitySet_EveryMode_AdvertisesItAndRestartsTheNegotia
   }
 }
 
+// Required: pause-written-by-two-ways
 TEST_F(PortLinkTest, PauseAbilitySet_KeepsTheOtherAbilities) {
   unit.phy(5).write(4, 0x8D41);
   EXPECT_EQ(BCM6838X_PauseAbilitySet(5, 0), 0U);
   EXPECT_THAT(shellLines(), ElementsAre("shell ethctl eth4 reg 4 8941"));
 }
 
+// Required: pause-without-negotiation-unknown
 TEST_F(PortLinkTest, PauseAbilitySet_NoAutoNegotiation_ChangesNothing) {
   unit.phy(1).write(0, 0x2100);
   EXPECT_EQ(BCM6838X_PauseAbilitySet(1, 2), 0U);
@@ -417,6 +426,7 @@ TEST_F(PortLinkTest, PauseAbilitySet_ShellRefuses_RestartsTheNegotiationAllTheSa
   EXPECT_EQ(left().back(), "call mii eth0 reg 0 write 0x1340");
 }
 
+// Required: pause-without-negotiation-unknown
 TEST_F(PortLinkTest, PauseAbilityGet_TellsWhatIsAdvertised) {
   EXPECT_EQ(Ask(BCM6838X_PauseAbilityGet, 1), Answer(0, 0));
   BCM6838X_PauseAbilitySet(1, 6);
@@ -501,11 +511,13 @@ TEST_F(MiiCallTest, MdioRead_ReadsTheRegisterOfThatPhy) {
   EXPECT_EQ(mdio_read(socket_, &request_, 9, 4), 0xFFFF) << "nobody has that address";
 }
 
+// Required: failed-mii-read-is-0
 TEST_F(MiiCallTest, MdioRead_Fails_PrintsAndReturnsZero) {
   EXPECT_EQ(console([this] { EXPECT_EQ(mdio_read(socket_, &request_, 2, 32), 0); }),
             "SIOCGMIIREG on eth1 failed: Invalid argument\n");
 }
 
+// Required: mii-flags-of-the-address
 TEST_F(MiiCallTest, MdioRead_PassesTheTopByteOfTheAddressAsFlags) {
   unit.interfaces().faults().refuseFrom(1);
   console([this] { mdio_read(socket_, &request_, 0x12000002, 5); });
@@ -514,6 +526,7 @@ TEST_F(MiiCallTest, MdioRead_PassesTheTopByteOfTheAddressAsFlags) {
   EXPECT_EQ(mii().val_out, 0x12);
 }
 
+// Required: mii-flags-of-the-address
 TEST_F(MiiCallTest, MdioRead_WithoutAPhyAddress_PassesEveryFlag) {
   unit.interfaces().faults().refuseFrom(1);
   const std::int32_t phy = et_get_phyid(socket_, &request_);

@@ -204,6 +204,7 @@ TEST_F(PortStatisticsTest, Getters_MorePortsThanThereAreSlots_AreInvalidAbove) {
   EXPECT_EQ(value, 0xDEADU);
 }
 
+// Required: log-txoctet
 TEST_F(PortStatisticsTest, Getters_CommandFails_LogAndLeaveTheResult) {
   unit.device().faults().refuseFrom(1);
   for (const Getter& getter : kGetters) {
@@ -235,6 +236,7 @@ TEST_F(PortStatisticsTest, Clear_EveryGetterOfThePortReadsZeroFromThere) {
   expectDifferences(2, uniqueWords(2), {});
 }
 
+// Required: clear-sends-its-slot
 TEST_F(PortStatisticsTest, Clear_TheSlotItselfIsTheRequest) {
   Words words = uniqueWords(1);
   words[0] = 3;
@@ -265,6 +267,7 @@ TEST_F(PortStatisticsTest, Clear_CountersThatGoOn_AreShownFromTheLastClear) {
   expectDifferences(1, later, later);
 }
 
+// Required: octets-borrow
 TEST_F(PortStatisticsTest, Clear_CountersBelowTheBaseline_WrapAndTheOctetsBorrow) {
   BCM6838X_SetPortStatisticsClear(1);
   Words reset = {};
@@ -280,6 +283,7 @@ TEST_F(PortStatisticsTest, Clear_CountersBelowTheBaseline_WrapAndTheOctetsBorrow
   EXPECT_EQ(octets.low, 1 - Unique(1, 1));
 }
 
+// Required: errors-include-discards
 TEST_F(PortStatisticsTest, ErrorPackets_IncludeTheDiscards) {
   Words words = {};
   words[17] = 5;
@@ -365,11 +369,13 @@ class PortTableTest : public PortStatisticsTest {
   }
 };
 
+// Required: statistics-table-index-from-0
 TEST_F(PortTableTest, RequestsCountPortsFromZero) {
   readTable();
   EXPECT_THAT(left(), ElementsAre(ReadSent(0), ReadSent(1), ReadSent(2), ReadSent(3)));
 }
 
+// Required: statistics-last-word-untouched, statistics-table-is-raw
 TEST_F(PortTableTest, EveryEntryHoldsTheRawCountersOfItsAnswer) {
   BCM6838X_SetPortStatisticsClear(1);
   BCM6838X_SetPortStatisticsClear(2);

@@ -73,6 +73,7 @@ class PortTest : public LibraryTest {
   [[nodiscard]] std::vector<std::string> shellLines() const { return OfKind(left(), "shell"); }
 };
 
+// Required: start-lines-name-full-path
 TEST_F(PortTest, InitPort_WritesTheSettingsOfEveryPortCountedFromZero) {
   unit.platform().config().ethPorts = 2;
   EXPECT_EQ(BCM6838X_InitPort(), 0U);
@@ -138,6 +139,7 @@ TEST_F(PortTest, SetPortAdminState_NoSuchPort_DoesNothing) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+// Required: missing-phy-is-minus-1
 TEST_F(PortTest, SetPortAdminState_NoPhyOrInterface_ReturnsThatOfThePowerStep) {
   unit.phy(2).setResponding(false);
   EXPECT_EQ(BCM6838X_SetPortAdminState(2, 0), -1);
@@ -163,6 +165,7 @@ const std::vector<NegModeRow> kNegModes = {
     {4, "100FD", "2100"}, {5, "auto", "1140"},  {6, "auto", "1140"},
 };
 
+// Required: negotiation-modes-without-gigabit
 TEST_F(PortTest, SetPortNegMode_EveryMode_SelectsItsMediaTypeAndAppliesTheState) {
   for (const NegModeRow& row : kNegModes) {
     forget();
@@ -180,6 +183,7 @@ TEST_F(PortTest, SetPortNegMode_UnknownMode_IsRefused) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+// Required: negotiation-mode-reapplies-state
 TEST_F(PortTest, SetPortNegMode_PortThatIsDown_StaysPoweredDown) {
   BCM6838X_SetPortAdminState(1, 0);
   forget();
@@ -189,6 +193,7 @@ TEST_F(PortTest, SetPortNegMode_PortThatIsDown_StaysPoweredDown) {
   EXPECT_FALSE(unit.phy(1).link().has_value());
 }
 
+// Required: negotiation-mode-takes-any-port
 TEST_F(PortTest, SetPortNegMode_PortIsNotChecked_OnlyTheShellLineIsRun) {
   const std::vector<std::pair<std::uint32_t, std::string>> ports = {
       {0, "eth-1"}, {6, "eth5"}, {31, "eth30"}, {32, "eth31"}, {255, "eth254"}};
@@ -205,6 +210,7 @@ TEST_F(PortTest, SetPortNegMode_ShellRefuses_AppliesTheStateAllTheSame) {
   EXPECT_THAT(commands(), ElementsAre(AdminSent(1, 1)));
 }
 
+// Required: port-ranges-differ
 TEST_F(PortTest, SetPortLoopback_EveryPort_SendsItsRecord) {
   std::uint32_t ports = 0;
   for (std::uint32_t port = 1; port <= kPorts; ++port, ++ports) {
@@ -229,6 +235,7 @@ struct IsolationRow {
   std::vector<std::uint32_t> peers;
 };
 
+// Required: isolation-mask-only-adds, isolation-of-itself-sent, isolation-word-12
 TEST_F(PortTest, SetPortIsolateMask_SendsOneRecordForEachPeer) {
   const std::vector<IsolationRow> rows = {
       {1, 0, {3, 4, 5}}, {2, 0, {2, 4, 5}},      {3, 0, {2, 3, 5}}, {4, 0, {2, 3, 4}},
@@ -246,6 +253,7 @@ TEST_F(PortTest, SetPortIsolateMask_SendsOneRecordForEachPeer) {
   }
 }
 
+// Required: port-ranges-differ
 TEST_F(PortTest, SetPortIsolateMask_NoSuchPort_SendsNothing) {
   for (const std::uint32_t port : {0U, 5U, 6U, 255U, 256U}) {
     EXPECT_EQ(BCM6838X_SetPortIsolateMask(port, 0xF), 1U) << port;
@@ -253,6 +261,7 @@ TEST_F(PortTest, SetPortIsolateMask_NoSuchPort_SendsNothing) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+// Required: learning-is-of-the-switch
 TEST_F(PortTest, SetPortMacLearn_LogsAndSendsTheWordForTheWholeSwitch) {
   EXPECT_EQ(BCM6838X_SetPortMacLearn(3, 1), 0U);
   EXPECT_EQ(BCM6838X_SetPortMacLearn(99, 0xFFFFFFFF), 0U);
@@ -263,6 +272,7 @@ TEST_F(PortTest, SetPortMacLearn_LogsAndSendsTheWordForTheWholeSwitch) {
                   place + "enable=-1\r\n", Sent("MAC_LEARN", 0, WireRecord(4).u32(0, 0xFFFFFFFF))));
 }
 
+// Required: learning-is-of-the-switch, mac-limit-logs-what-was-given
 TEST_F(PortTest, SetPortLimitMacNum_LogsAndSendsSixteenBits) {
   EXPECT_EQ(BCM6838X_SetPortLimitMacNum(3, 0x1234FFFF), 0U);
   EXPECT_EQ(BCM6838X_SetPortLimitMacNum(99, 64), 0U);
@@ -281,6 +291,7 @@ std::string StpMessage(std::uint32_t index, std::uint32_t enable) {
   return "message 41920 5385 " + virtual_onu::ToHex(bytes);
 }
 
+// Required: stp-index-from-0, stp-platform-before-driver
 TEST_F(PortTest, SetPortStpEnable_EveryIndexFromZero_TellsThePlatformThenTheDriver) {
   constexpr std::uint32_t kEnable = 0x80000005;
   EXPECT_EQ(BCM6838X_SetPortStpEnable(kEnable), 0U);
@@ -298,6 +309,7 @@ TEST_F(PortTest, SetPortStpEnable_NoPort_DoesNothing) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+// Required: stp-state-is-port-state
 TEST_F(PortTest, SetPortStpState_BlockingAndForwarding_SwitchThePort) {
   EXPECT_EQ(BCM6838X_SetPortStpState(2, 1), 0U);
   EXPECT_EQ(BCM6838X_SetPortStpState(2, 4), 0U);
@@ -311,6 +323,7 @@ TEST_F(PortTest, SetPortStpState_ReturnsTheResultOfSwitching) {
   EXPECT_EQ(BCM6838X_SetPortStpState(2, 4), 0xFFFFFFFF);
 }
 
+// Required: stp-state-is-port-state
 TEST_F(PortTest, SetPortStpState_OtherStates_DoNothing) {
   for (const std::uint32_t state : {0U, 2U, 3U, 5U, 0x101U, 0xFFFFFFFFU}) {
     EXPECT_EQ(BCM6838X_SetPortStpState(2, state), 0U) << state;
@@ -333,6 +346,7 @@ struct MtuRow {
   std::string arguments;
 };
 
+// Required: jumbo-from-1519
 TEST_F(PortTest, SetPortMtu_JumboFramesBeginAt1519) {
   const std::vector<MtuRow> rows = {
       {1, 1518, "0, 0, 0"},     {1, 1519, "0, 0, 1"},          {5, 0, "0, 4, 0"},
@@ -347,6 +361,7 @@ TEST_F(PortTest, SetPortMtu_JumboFramesBeginAt1519) {
   EXPECT_EQ(left(), expected);
 }
 
+// Required: mirror-sent-with-enable-alone
 TEST_F(PortTest, Mirror_DestinationAndModeTakeEffectWithEnableAlone) {
   constexpr std::array<std::uint8_t, kPorts> kModes = {0, 1};
   EXPECT_EQ(BCM6838X_SetPortMirrorDestport(4), 0U);
@@ -382,6 +397,7 @@ struct MirrorRow {
   std::uint32_t direction;
 };
 
+// Required: mirror-last-port-wins
 TEST_F(PortTest, SetPortMirrorMode_TheLastPortWithAModeWins) {
   // Each row begins with the direction that the row before left.
   const std::vector<MirrorRow> rows = {
@@ -434,6 +450,7 @@ const std::vector<std::function<std::int64_t()>> kSenders = {
     [] { return BCM6838X_SetPortMirrorEnable(1); },
 };
 
+// Required: port-commands-succeed
 TEST_F(PortTest, EveryCommandRefused_TheOperationsSucceedAllTheSame) {
   std::size_t sent = 0;
   for (const auto& operation : kSenders) {

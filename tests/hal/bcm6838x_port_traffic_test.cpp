@@ -151,6 +151,7 @@ TEST_F(PortTrafficTest, Clear_CountsFromThereOn) {
   EXPECT_EQ(of(1), (Counted{{"RxOctets", 100}, {"RxUnicastPackets", 1}, {"Rx65to127Octets", 1}}));
 }
 
+// Required: statistics-table-is-raw
 TEST_F(PortTrafficTest, TableOfAllPorts_HasTheRunningTotals) {
   sendEveryLength();
   EXPECT_EQ(BCM6838X_SetPortStatisticsClear(1), 0U);

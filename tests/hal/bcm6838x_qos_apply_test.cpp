@@ -256,6 +256,7 @@ TEST_F(QosApplyTest, Apply_OtherPorts_KeepTheirRules) {
   EXPECT_EQ(applied(SetOf(3, {})), Removed(1));
 }
 
+// Required: set-removes-by-its-port
 TEST_F(QosApplyTest, Apply_RuleOfAnotherPort_IsInstalledThereAndTheEntryOverwritten) {
   EXPECT_EQ(Apply(SetOf(1, {RemarkRule(1, 1)})), 0U);
   EXPECT_EQ(Apply(SetOf(2, {RemarkRule(2, 1)})), 0U);
@@ -271,6 +272,7 @@ TEST_F(QosApplyTest, Apply_SamePrecedenceTwice_TheLastIsKnown) {
   EXPECT_EQ(applied(SetOf(1, {})), Removed(1));
 }
 
+// Required: set-goes-on-and-succeeds
 TEST_F(QosApplyTest, Apply_InvalidRules_AreRefusedAndTheOthersInstalled) {
   QosClassRule ninth = RemarkRule(1, 1);
   ninth.precedence = 9;
@@ -317,6 +319,7 @@ TEST_F(QosApplyTest, Apply_SetOfAllOnes_InstallsNothing) {
 
 // Failures
 
+// Required: apply-forgets-what-stays, log-action-named-by-class
 TEST_F(QosApplyTest, Apply_DeletesRefused_AreLoggedAndTheObjectsForgotten) {
   EXPECT_EQ(Apply(SetOf(1, {AclRule(1, 8), RemarkRule(1, 1)})), 0U);
   forget();
@@ -345,6 +348,7 @@ TEST_F(QosApplyTest, Apply_OneDeleteRefused_TheOthersAreSent) {
   }
 }
 
+// Required: set-goes-on-and-succeeds
 TEST_F(QosApplyTest, Apply_ARuleThatFails_DoesNotStopTheOthers) {
   unit.device().faults().refuseNth(1, BRMGR_CMD_VLAN_ACTION_ADD);
   EXPECT_EQ(applied(SetOf(1, {RemarkRule(1, 1), RemarkRule(1, 2)})),

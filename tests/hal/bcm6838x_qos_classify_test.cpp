@@ -80,6 +80,8 @@ class QosRuleTest : public LibraryTest {
   }
 };
 
+// Required: remark-action-sent-with-index-0, rules-take-single-tagged-frames
+// Required: rule-queue-is-its-priority, log-precedunce
 TEST_F(QosRuleTest, Add_RemarkRule_SendsActionClassAndFlow) {
   shiftIndexes();
   const QosClassRule rule = RemarkRule(3, 2);
@@ -101,6 +103,7 @@ TEST_F(QosRuleTest, Add_AclRule_HasNoActionAndForwards4) {
   EXPECT_THAT(removed(1), ElementsAre(FlowDeleteSent(1, 0), ClassDeleteSent(1)));
 }
 
+// Required: unknown-rule-type-remarks
 TEST_F(QosRuleTest, Add_AnyTypeButAcl_Remarks) {
   const std::vector<std::pair<std::uint32_t, std::int32_t>> types = {
       {0, 0}, {1, 1}, {3, 3}, {0x80000000, -2147483647 - 1}, {0xFFFFFFFF, -1}};
@@ -158,6 +161,7 @@ TEST_F(QosRuleTest, Add_EveryPortAndPrecedence_HasItsClassPriorityAndEntry) {
   EXPECT_THAT(unit.device().tables().upstream.actions, IsEmpty());
 }
 
+// Required: rule-priorities-follow-ports
 TEST_F(QosRuleTest, Add_ClassPriorities_ByHand) {
   struct Row {
     std::uint32_t port;
@@ -236,6 +240,7 @@ TEST_F(QosRuleTest, Add_FieldWithoutAKey_IsLoggedAndTheRestInstalled) {
   EXPECT_EQ(index, 12U);
 }
 
+// Required: other-operators-skipped
 TEST_F(QosRuleTest, Add_AnyOperatorButEqual_SkipsTheConditionSilently) {
   std::uint32_t index = 0;
   for (const std::uint32_t op : {0U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 0x101U, 0xFFFFFFFFU}) {
@@ -415,6 +420,7 @@ TEST_F(QosUndoTest, Add_ActionRefused_ReturnsItsStatus) {
                 {}});
 }
 
+// Required: failed-rule-returns-last-delete, rule-deletes-read-back
 TEST_F(QosUndoTest, Add_ClassRefused_DeletesTheActionAndReturnsThatStatus) {
   expectUndone(
       {false, {98}, 0, {action_, class_, RefusalLogged(98), actionDelete_, classFailed_}, {}});
@@ -433,6 +439,7 @@ TEST_F(QosUndoTest, Add_ClassOfAnAclRuleRefused_ReturnsItsStatus) {
   expectUndone({true, {98}, 8, {class_, RefusalLogged(98), classFailed_}, {}});
 }
 
+// Required: failed-rule-returns-last-delete
 TEST_F(QosUndoTest, Add_FlowRefused_DeletesClassAndAction) {
   expectUndone(
       {false,
@@ -442,6 +449,7 @@ TEST_F(QosUndoTest, Add_FlowRefused_DeletesClassAndAction) {
        {}});
 }
 
+// Required: failed-undo-stays-on-record
 TEST_F(QosUndoTest, Add_FlowAndDeleteOfTheClassRefused_KeepsTheClassOnRecord) {
   expectUndone({false,
                 {100, 99},

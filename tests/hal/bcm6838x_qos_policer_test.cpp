@@ -90,6 +90,7 @@ class QosPolicerTest : public LibraryTest {
   std::string printed_;
 };
 
+// Required: policer-logs-ebs-first
 TEST_F(QosPolicerTest, Policer_Log_NamesEbsBeforeCbs) {
   const QosUsPolicerCfg cfg = {2, 64, 1000, 2000};
   EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);
@@ -103,6 +104,7 @@ TEST_F(QosPolicerTest, Policer_Log_ShowsWordsSigned) {
   EXPECT_THAT(logLines(), ElementsAre(CallLogged("port=1, cir = 0, ebs = -2147483648, cbs = -1")));
 }
 
+// Required: policer-rate-0-in-range, policer-made-anew, policer-burst-fixed
 TEST_F(QosPolicerTest, Policer_SetChangedAndRemoved) {
   EXPECT_THAT(set(1, 0), ElementsAre(RateSent(1, kGigabit))) << "there is none to remove";
   EXPECT_THAT(set(1, 64), ElementsAre(PolicerSent(1, 64000), RateSent(1, kGigabit)));
@@ -123,6 +125,7 @@ TEST_F(QosPolicerTest, Policer_Ports_AreIndependent) {
   EXPECT_THAT(set(2, 0), ElementsAre(PolicerDeleteSent(2), RateSent(2, kGigabit)));
 }
 
+// Required: refused-rate-still-reports-line
 TEST_F(QosPolicerTest, Policer_RateOutOfRange_IsPrintedAndTheLineRateReported) {
   int refused = 0;
   for (const std::uint32_t cir : {1U, 2U, 32U, 63U}) {
@@ -139,6 +142,7 @@ TEST_F(QosPolicerTest, Policer_RateOutOfRange_IsPrintedAndTheLineRateReported) {
   EXPECT_EQ(printed_, "");
 }
 
+// Required: policer-rate-wraps
 TEST_F(QosPolicerTest, Policer_RateWrapsIn32Bits) {
   // 4294968 x 1000 is 2^32 + 704, below the least rate; 4295032 x 1000 is 2^32 + 64704.
   EXPECT_THAT(set(1, 4294968), ElementsAre(RateSent(1, kGigabit)));
@@ -259,6 +263,7 @@ TEST_F(QosPolicerTest, Policer_NthCommandRefused_ReturnsOkAndTheStateFollowsTheC
   EXPECT_EQ(rounds, 8U);
 }
 
+// Required: ds-limit-index-from-0
 TEST_F(QosPolicerTest, Limit_SendsTheIndexPlusOneAndTheRateInBits) {
   struct Row {
     QosDsRateLimitCfg cfg;
@@ -297,6 +302,7 @@ TEST_F(QosPolicerTest, DscpMap_SendsTheDataPathPortAndTheMap) {
   }
 }
 
+// Required: limits-succeed
 TEST_F(QosPolicerTest, LimitAndMap_Refused_ReturnOk) {
   unit.device().faults().refuseFrom(1);
   const QosDsRateLimitCfg limit = {0, 100};
@@ -305,6 +311,7 @@ TEST_F(QosPolicerTest, LimitAndMap_Refused_ReturnOk) {
   EXPECT_THAT(logLines(), ElementsAre(RefusalLogged(61), RefusalLogged(111)));
 }
 
+// Required: limits-succeed
 TEST_F(QosPolicerTest, NullPointers_AreLoggedAndChangeNothing) {
   EXPECT_EQ(BCM6838X_SetQosUsPolicer(nullptr), 0U);
   EXPECT_EQ(BCM6838X_SetQosDsRateLimit(nullptr), 0U);

@@ -118,6 +118,7 @@ TEST_F(QosScheduleTest, Schedule_KeysOfTheFlow_ArePreserved) {
                                         .u8(72, 0x15)));
 }
 
+// Required: schedule-sends-result-anew
 TEST_F(QosScheduleTest, Schedule_ResultOfTheFlow_IsSetAnewButForItsPriority) {
   add(RemarkRule(2, 1));
   // In place of the rule's flow, one that differs in everything that is not a key.
@@ -147,6 +148,7 @@ TEST_F(QosScheduleTest, Schedule_ResultOfTheFlow_IsSetAnewButForItsPriority) {
                    121, 3))));
 }
 
+// Required: schedule-moves-remarking-alone
 TEST_F(QosScheduleTest, Schedule_AclRules_AreNotMoved) {
   add(AclRule(1, 1));
   add(RemarkRule(1, 2));
@@ -155,12 +157,14 @@ TEST_F(QosScheduleTest, Schedule_AclRules_AreNotMoved) {
   EXPECT_EQ(unit.device().tables().upstream.classes.at(0).flows.at(0).queue, 0U);
 }
 
+// Required: schedule-stored-whatever-failed
 TEST_F(QosScheduleTest, Schedule_WithoutRules_IsStored) {
   EXPECT_THAT(changed(1), IsEmpty());
   add(RemarkRule(1, 1));
   EXPECT_THAT(changed(1), IsEmpty());
 }
 
+// Required: rule-queue-is-its-priority
 TEST_F(QosScheduleTest, Schedule_RuleAddedUnderScheme1_HasTheQueueOfItsPriorityAndWraps) {
   EXPECT_THAT(changed(1), IsEmpty());
   const QosClassRule rule = RemarkRule(1, 1);
@@ -197,6 +201,7 @@ TEST_F(QosScheduleTest, Schedule_DeleteRefused_TheFlowStaysInItsQueue) {
               ElementsAre(FlowDeleteSent(0, 0), ClassDeleteSent(0), ActionDeleteSent(0)));
 }
 
+// Required: schedule-loses-refused-flow
 TEST_F(QosScheduleTest, Schedule_AddRefused_TheFlowIsLost) {
   add(RemarkRule(1, 1));
   add(RemarkRule(2, 1));

@@ -219,6 +219,7 @@ TEST_F(QosClosedStateTest, StartUp_KnowsNoRule) {
   EXPECT_THAT(sg_QosClassificationFlowEntry, Each(-1));
 }
 
+// Required: apply-forgets-what-stays
 TEST_F(QosClosedStateTest, Apply_LogsEveryDeleteAndForgetsTheRule) {
   setEntry(0, 5, 6, 7);
   EXPECT_EQ(applyEmpty(1), 0U);
@@ -233,6 +234,7 @@ TEST_F(QosClosedStateTest, Apply_LogsEveryDeleteAndForgetsTheRule) {
   EXPECT_THAT(commands(), IsEmpty());
 }
 
+// Required: schedule-stored-whatever-failed
 TEST_F(QosClosedStateTest, Schedule_KeepsTheRuleAndStoresTheScheme) {
   setEntry(0, 5, 6, 7);
   EXPECT_EQ(BCM6838X_SetQosSchedule(1), 0U);

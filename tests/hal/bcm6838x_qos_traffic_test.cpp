@@ -259,6 +259,7 @@ TEST_F(QosTrafficTest, SeveralConditions_MustAllBeMet) {
   EXPECT_EQ(queueOf("udp vlan 100 dscp 46 dport 5061"), std::nullopt);
 }
 
+// Required: other-operators-skipped, rules-take-single-tagged-frames
 TEST_F(QosTrafficTest, OperatorThatIsSkipped_TakesEverySingleTaggedFrameOfThePort) {
   apply(1, {With(EmptyRule(1, 1, kIpv4Remark, 3), BCM6838X_QOS_FIELD_VLAN_ID, NumberValue(100),
                  BCM6838X_QOS_OPERATOR_NOT_EQUAL)});
@@ -301,6 +302,7 @@ TEST_F(QosTrafficTest, Precedence_DecidesBetweenRulesThatBothTakeTheFrame) {
   EXPECT_EQ(queueOf("udp vlan 101 dport 5060"), 5U);
 }
 
+// Required: rule-priorities-follow-ports
 TEST_F(QosTrafficTest, Rules_ComeBeforeTheUnitsOwnClasses) {
   // The unit's own address is trapped by a class of priority 3; the lowest rule has priority 7.
   const std::string toTheUnit = "udp vlan 100 dst 02:00:5e:10:00:01";
@@ -335,6 +337,7 @@ TEST_F(QosTrafficTest, Policer_DoesNotHoldClassifiedFramesBack) {
   EXPECT_EQ(offer("udp vlan 100").policer, std::nullopt);
 }
 
+// Required: policer-made-anew
 TEST_F(QosTrafficTest, Policer_SetAgain_BeginsFullAndRemoved_PolicesNothing) {
   QosUsPolicerCfg cfg = {1, 64, 0, 0};
   EXPECT_EQ(BCM6838X_SetQosUsPolicer(&cfg), 0U);

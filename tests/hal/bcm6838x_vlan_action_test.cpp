@@ -145,6 +145,7 @@ TEST_F(VlanActionTest, Add_AnyFieldOfTheContentDiffers_IsAnotherAction) {
   EXPECT_EQ(commands(), expected);
 }
 
+// Required: action-needs-tpid
 TEST_F(VlanActionTest, Add_BothTpidsZero_IsRefusedWithALogLine) {
   VlanActionRule rule = PushTag(100, BRMGR_DIR_DOWNSTREAM);
   rule.tag[0].tpid = 0;
@@ -183,6 +184,7 @@ TEST_F(VlanActionTest, Add_DriverRefuses_LogsAndLeavesTheSlotFree) {
   EXPECT_EQ(BCM6838X_AddVlanAction(PushTag(100), 1), 0) << "the next add creates it";
 }
 
+// Required: action-pool-full-silent
 TEST_F(VlanActionTest, Add_PoolFull_RefusesNewContentSilentlyAndSharesPooledContent) {
   fillPool();
   EXPECT_EQ(BCM6838X_AddVlanAction(PushTag(1000), 1), -1);
@@ -275,6 +277,7 @@ TEST_F(VlanActionTest, Del_NonZeroDirection_IsSentAsItIsAndCalledUpstream) {
                                    "error\r\n"));
 }
 
+// Required: action-refused-delete-stays
 TEST_F(VlanActionTest, Del_DriverRefuses_KeepsTheActionForALaterAdd) {
   const std::int32_t index = BCM6838X_AddVlanAction(PushTag(100, BRMGR_DIR_DOWNSTREAM), 1);
   unit.device().faults().refuseNth(1);
@@ -290,6 +293,7 @@ TEST_F(VlanActionTest, Del_DriverRefuses_KeepsTheActionForALaterAdd) {
   EXPECT_THAT(commands(), ElementsAre(DeleteSent(0, 0)));
 }
 
+// Required: action-count-wraps
 TEST_F(VlanActionTest, Del_CountAlreadyZero_WrapsAndTheActionStays) {
   const std::int32_t index = BCM6838X_AddVlanAction(PushTag(100), 0);
   forget();
@@ -306,6 +310,7 @@ TEST_F(VlanActionTest, Del_DownstreamIndexZero_MeetsAFreeSlotAndSendsNothing) {
   EXPECT_THAT(left(), ElementsAre(NamedLogged("ds"), DelCountLogged("-1")));
 }
 
+// Required: action-free-slot-hides-index-0
 TEST_F(VlanActionTest, Del_DownstreamIndexZero_AFreeSlotHidesTheActionBehindIt) {
   const std::int32_t upstream = BCM6838X_AddVlanAction(PushTag(100), 1);
   const std::int32_t hidden = BCM6838X_AddVlanAction(PushTag(200, BRMGR_DIR_DOWNSTREAM), 1);

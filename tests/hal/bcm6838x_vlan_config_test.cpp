@@ -79,6 +79,7 @@ TEST_F(InitVlanTest, GivesEveryPortOfTheUnitNoMode) {
   EXPECT_EQ(configNow(), Config(4).sent());
 }
 
+// Required: missing-ports-have-mode-0
 TEST_F(InitVlanTest, RecordsBeyondThePortCount_KeepModeZero) {
   unit.platform().config().ethPorts = 2;
   BCM6838X_InitVlan();
@@ -122,6 +123,7 @@ struct ChangingPorts {
   std::uint32_t cleared;
 };
 
+// Required: port-count-asked-each-round
 TEST_F(InitVlanTest, NumberOfPorts_IsAskedAnewForEachRecord) {
   int rounds = 0;
   for (const ChangingPorts& row : std::vector<ChangingPorts>{
@@ -162,6 +164,7 @@ TEST_F(InitVlanTest, DefaultActionRefusedAtFirst_ThereIsNone) {
               AllOf(SizeIs(2), testing::Each(HasSubstr(StripAction("-1")))));
 }
 
+// Required: default-action-kept-on-refusal
 TEST_F(InitVlanTest, DefaultActionRefusedLater_TheEarlierOneStays) {
   BCM6838X_InitVlan();
   VlanActionRule other = {};
@@ -238,6 +241,7 @@ class ModeSetterTest : public VlanPortTest, public testing::WithParamInterface<M
   }
 };
 
+// Required: trunk-setter-logs-a-comma
 TEST_P(ModeSetterTest, LogsStoresTheCodeAndSendsTheConfigurationLast) {
   EXPECT_EQ(set(2), 0U);
   EXPECT_EQ(left().front(), logged(2));
@@ -253,6 +257,7 @@ TEST_P(ModeSetterTest, FirstModeAfterTheStart_RemovesNothing) {
   EXPECT_THAT(shellLines(), Not(Contains(HasSubstr("transparent=no"))));
 }
 
+// Required: same-mode-does-nothing
 TEST_P(ModeSetterTest, ModeThatThePortHas_LogsAndDoesNothingElse) {
   set(2);
   forget();
@@ -331,6 +336,7 @@ TEST_F(VlanConfigTest, SetMode_RemovesTheOldRulesThenCreatesTheNewOnes) {
                           "FLOW_ADD", "VLAN_REBUILD"));
 }
 
+// Required: rebuild-hands-over-any-mode
 TEST_F(VlanConfigTest, Rebuild_OfAPortWithoutMode_SendsTheConfigurationAlone) {
   EXPECT_EQ(BCM6838X_RebuildVlanRule(0x101), 0U);
   EXPECT_THAT(left(), ElementsAre(Config().sent()));
@@ -388,6 +394,7 @@ TEST_F(ApplyVlanTest, WithoutMode_TakesThePortDownSendsTheConfigurationAndTakesI
                           Config().sent(), AdminSent(2, 1), "shell ethctl eth1 reg 0 1140"));
 }
 
+// Required: apply-always-rebuilds
 TEST_F(ApplyVlanTest, UnchangedPort_DeletesAndCreatesItsRulesAnew) {
   BCM6838X_SetPortPvid(1, 100);
   BCM6838X_SetVlanTag(1);
@@ -402,6 +409,7 @@ TEST_F(ApplyVlanTest, UnchangedPort_DeletesAndCreatesItsRulesAnew) {
   EXPECT_EQ(ChipContent(unit), before);
 }
 
+// Required: apply-leaves-port-up
 TEST_F(ApplyVlanTest, PortThatWasDown_IsLeftUp) {
   BCM6838X_SetPortAdminState(1, 0);
   EXPECT_FALSE(unit.device().portTables().of(1).adminUp);

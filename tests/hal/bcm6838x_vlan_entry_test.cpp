@@ -117,6 +117,7 @@ TEST_F(VlanEntryTest, GetPorts_ReadsTheMembers) {
   EXPECT_EQ(extra, 0U);
 }
 
+// Required: unknown-vlan-leaves-outputs
 TEST_F(VlanEntryTest, GetPorts_UnknownVlanOrEmptyTable_LeavesTheOutputs) {
   std::uint32_t ports = 7;
   std::uint32_t extra = 8;
@@ -154,6 +155,7 @@ TEST_F(VlanEntryTest, First_OfAnEmptyTable_IsTheEndAndLeavesTheOutputs) {
   EXPECT_EQ(attr, 9U);
 }
 
+// Required: vlan-walk-restarts-at-the-second
 TEST_F(VlanEntryTest, Next_BehindTheLast_StartsOverBehindTheFirst) {
   BCM6838X_SetVlanEntry(1, 10);
   BCM6838X_SetVlanEntry(2, 20);
@@ -172,6 +174,7 @@ TEST_F(VlanEntryTest, Next_BehindTheLast_StartsOverBehindTheFirst) {
   EXPECT_EQ(vid, 20);
 }
 
+// Required: vlan-walk-keeps-its-place
 TEST_F(VlanEntryTest, First_DoesNotRestartAWalkThatWasLeft) {
   for (std::uint32_t port = 1; port <= 3; ++port) {
     BCM6838X_SetVlanEntry(port, 10 * port);
@@ -204,6 +207,7 @@ TEST_F(VlanEntryTest, RandomMoves_AgreeWithAMapOfPorts) {
   EXPECT_EQ(moves, 2000U);
 }
 
+// Required: add-vlan-does-nothing
 TEST_F(VlanEntryTest, AddVlanAndDelVlan_DoNothing) {
   EXPECT_EQ(BCM6838X_AddVlan(100), 0U);
   EXPECT_EQ(BCM6838X_DelVlan(100, 1, 2), 0U);
@@ -236,6 +240,7 @@ TEST_F(IphostVlanTest, Del_SendsPrioritySevenAndTheVid) {
                                   logged("remove Tci[efff]", "0")));
 }
 
+// Required: iphost-tag-takes-16-bits
 TEST_F(IphostVlanTest, LowSixteenBits_GoIntoTheTag) {
   BCM6838X_AddIphostVlan(0xABCD1001);
   EXPECT_EQ(commands().back(), Sent("IPHOST_VLAN_ADD", 0, WireRecord(4).u16(0, 0xF001)));

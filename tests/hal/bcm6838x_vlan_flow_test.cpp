@@ -81,6 +81,7 @@ TEST_F(VlanFlowTest, Add_NewVid_CreatesAFlowOfClassOne) {
   EXPECT_THAT(left(), ElementsAre(AddLogged("vid 100  vlanNum 1"), FlowSent(Flow(100, 1, 1))));
 }
 
+// Required: any-vid-is-4096
 TEST_F(VlanFlowTest, Add_AnyVid_CreatesAFlowOfClassZeroWithoutVid) {
   EXPECT_EQ(BCM6838X_AddDsIngressClass(4096, 2, 1), 0);
   EXPECT_THAT(left(), ElementsAre(AddLogged("vid 4096  vlanNum 2"), FlowSent(Flow(0, 2, 0))));
@@ -97,6 +98,7 @@ TEST_F(VlanFlowTest, AddPerf_CarriesTwoResultWordsMoreAndLogsUnderItsOwnName) {
                                   Logged("AddDsIngressClass_Perf", "add IC num 4")));
 }
 
+// Required: performance-flow-words
 TEST_F(VlanFlowTest, AddPerf_NewFlows_AreSentWithTheWords) {
   BCM6838X_AddDsIngressClass_Perf(100, 1, 1);
   BCM6838X_AddDsIngressClass_Perf(4096, 0, 1);
@@ -154,6 +156,7 @@ TEST_F(VlanFlowTest, Add_DriverRefuses_LogsAndRecordsNothing) {
   EXPECT_EQ(BCM6838X_AddDsIngressClass(100, 1, 1), 0) << "the next add creates it";
 }
 
+// Required: flow-table-full-unrecorded
 TEST_F(VlanFlowTest, Add_TableFull_CreatesTheFlowWithoutRecordingIt) {
   fillTable();
   EXPECT_EQ(BCM6838X_AddDsIngressClass(1000, 1, 1), -1);
@@ -226,6 +229,7 @@ TEST_F(VlanFlowTest, Del_NeverAdded_SendsNothing) {
               ElementsAre(DelLogged("vid 100  vlanNum 2"), DelLogged("vid 101  vlanNum 1")));
 }
 
+// Required: flow-refused-delete-forgotten
 TEST_F(VlanFlowTest, Del_DriverRefuses_ForgetsTheFlowAllTheSame) {
   BCM6838X_AddDsIngressClass(100, 1, 1);
   unit.device().faults().refuseNth(1);
@@ -241,6 +245,7 @@ TEST_F(VlanFlowTest, Del_DriverRefuses_ForgetsTheFlowAllTheSame) {
   EXPECT_EQ(flowsInClass(1), 2U);
 }
 
+// Required: flow-count-wraps
 TEST_F(VlanFlowTest, Del_CountAlreadyZero_WrapsAndTheFlowStays) {
   const std::int32_t index = BCM6838X_AddDsIngressClass(100, 1, 0);
   forget();
@@ -261,6 +266,7 @@ TEST_F(VlanFlowTest, Get_LogsAndTellsTheIndex) {
                           Logged("GetDsIngressClass", "get ds ingress class vid 4096  vlanNum 1")));
 }
 
+// Required: lan-number-wraps
 TEST_F(VlanFlowTest, PortAction_EveryPort_NamesItsLanObject) {
   constexpr std::array kNormal = {"lan0", "lan1", "lan2", "lan3"};
   constexpr std::array kReversed = {"lan3", "lan2", "lan1", "lan0"};

@@ -118,6 +118,7 @@ TEST_P(TrunkListTest, Add_PresentVid_ChangesNothing) {
   EXPECT_EQ(configNow(), Config().trunk(1, 0, 100).sent());
 }
 
+// Required: list-reserved-bytes-zero
 TEST_P(TrunkListTest, Add_ReservedByteOfTheRequest_IsNotStored) {
   const PortVlanTrunkEntry request = {1, 0xAA, 100};
   GetParam().add(&request);
@@ -129,6 +130,7 @@ TEST_P(TrunkListTest, Add_ReservedByteOfTheRequest_IsNotStored) {
   EXPECT_EQ(configNow(), Config().sent());
 }
 
+// Required: list-keeps-its-holes
 TEST_P(TrunkListTest, Delete_FreesTheEntryWhereItStandsAndTheNextAddTakesIt) {
   add(1, 100);
   add(1, 200);
@@ -157,6 +159,7 @@ TEST_P(TrunkListTest, PortsHaveListsOfTheirOwn) {
   EXPECT_EQ(configNow(), Config().trunk(3, 0, 100).trunk(32, 0, 4095).sent());
 }
 
+// Required: list-full-drops-and-commits
 TEST_P(TrunkListTest, Add_BeyondTheLastEntry_IsDroppedSilently) {
   Config expected;
   for (std::uint32_t i = 0; i < kCapacity; ++i) {
@@ -218,6 +221,7 @@ TEST_F(TranslationListTest, Add_PresentPair_ChangesNothing) {
   EXPECT_EQ(configNow(), Config().translation(1, 0, 10, 20, 3, 4).sent());
 }
 
+// Required: translation-compares-all-fields
 TEST_F(TranslationListTest, Add_AnyFieldDiffers_IsAnotherEntry) {
   AddTranslation(1, 10, 20, 3, 4);
   AddTranslation(1, 11, 20, 3, 4);
@@ -235,6 +239,7 @@ TEST_F(TranslationListTest, Add_AnyFieldDiffers_IsAnotherEntry) {
                              .sent());
 }
 
+// Required: translation-compares-all-fields
 TEST_F(TranslationListTest, Delete_AnyFieldDiffers_ChangesNothing) {
   AddTranslation(1, 10, 20, 3, 4);
   EXPECT_EQ(DelTranslation(1, 11, 20, 3, 4), 0U);
@@ -245,6 +250,7 @@ TEST_F(TranslationListTest, Delete_AnyFieldDiffers_ChangesNothing) {
   EXPECT_EQ(configNow(), Config().translation(1, 0, 10, 20, 3, 4).sent());
 }
 
+// Required: list-keeps-its-holes
 TEST_F(TranslationListTest, Delete_FreesTheEntryAndTheNextAddTakesIt) {
   AddTranslation(1, 10, 20);
   AddTranslation(1, 11, 21);
@@ -260,6 +266,7 @@ TEST_F(TranslationListTest, Delete_FreesTheEntryAndTheNextAddTakesIt) {
                              .sent());
 }
 
+// Required: list-reserved-bytes-zero
 TEST_F(TranslationListTest, Add_ReservedByteOfTheRequest_IsNotStored) {
   const PortVlanTransEntry request = {1, 0xAA, 4, 10, 3, 20};
   BCM6838X_AddVlanTranslation(&request);
@@ -353,6 +360,7 @@ void PrintTo(const Commit& commit, std::ostream* out) {
 
 class CommitTest : public ListEffectTest, public testing::WithParamInterface<Commit> {};
 
+// Required: commit-copies-all-ports
 TEST_P(CommitTest, OfAnotherPort_LosesADeletedEntryWhoseRulesThenStay) {
   DelTrunk(1, 100);
   GetParam().run();
@@ -392,6 +400,7 @@ class NoCommitTest : public ListEffectTest, public testing::WithParamInterface<C
   }
 };
 
+// Required: list-delete-no-commit
 TEST_P(NoCommitTest, LeavesADeletedEntryToTheNextApply) {
   DelTrunk(1, 100);
   GetParam().run();

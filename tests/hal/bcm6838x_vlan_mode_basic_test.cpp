@@ -89,6 +89,7 @@ TEST_F(VlanModeBasicTest, Transparent_FourPorts_ShareTheDownstreamFlows) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: full-slots-unrecorded
 TEST_F(VlanModeBasicTest, Transparent_FullSlots_LeaveFlowsUnrecorded) {
   // 15 adds take 255 of the 256 slots; of the next add one flow finds a slot.
   for (int add = 0; add < 16; ++add) {
@@ -105,6 +106,7 @@ TEST_F(VlanModeBasicTest, Transparent_FullSlots_LeaveFlowsUnrecorded) {
   EXPECT_THAT(device(), Contains("ds flow 0.2 vid 0 tags 2"));
 }
 
+// Required: reference-back-for-each-flow
 TEST_F(VlanModeBasicTest, Transparent_Delete_GivesBackAReferenceForEachRecordedFlow) {
   for (const std::uint32_t refused : {2U, 5U, 12U}) {
     // Command 1 is the untagged flow's, 2 its downstream flow's, 3 to 10 those of single-tagged
@@ -119,6 +121,7 @@ TEST_F(VlanModeBasicTest, Transparent_Delete_GivesBackAReferenceForEachRecordedF
   EXPECT_THAT(device(), ElementsAre("ds flow 0.0 vid 0 tags 1", "ds flow 0.1 vid 0 tags 2"));
 }
 
+// Required: last-priority-takes-references
 TEST_F(VlanModeBasicTest, Transparent_LastPriorityRefused_TakesNoReferences) {
   unit.device().faults().refuseNth(10);
   EXPECT_EQ(BCM6838X_AddUsTransparent(2), 0) << "the result is that of the double-tagged flows";
@@ -129,6 +132,7 @@ TEST_F(VlanModeBasicTest, Transparent_LastPriorityRefused_TakesNoReferences) {
                           "error"));
 }
 
+// Required: builders-return-last-result
 TEST_F(VlanModeBasicTest, Transparent_LastDoubleTaggedFlowRefused_IsTheResult) {
   unit.device().faults().refuseNth(19);
   EXPECT_EQ(BCM6838X_AddUsTransparent(2), 8);
@@ -136,6 +140,7 @@ TEST_F(VlanModeBasicTest, Transparent_LastDoubleTaggedFlowRefused_IsTheResult) {
                                                    "FLOW_ADD ds outerVid=0 vlanNum=1 icIndex=0"));
 }
 
+// Required: transparent-delete-returns-shell-result
 TEST_F(VlanModeBasicTest, Transparent_ShellLineRefused_IsTheResultOfADeleteWithoutFlows) {
   unit.shell().faults().refuseFrom(1);
   EXPECT_EQ(BCM6838X_AddUsTransparent(2), 0);
@@ -218,6 +223,7 @@ TEST_F(VlanModeBasicTest, Tag_ArgumentsAreTheirLowBits) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: flow-without-refused-action
 TEST_F(VlanModeBasicTest, Tag_PoolRefuses_CreatesTheFlowWithoutAnAction) {
   unit.device().faults().refuseNth(1);
   EXPECT_EQ(BCM6838X_AddUsTag(2, 100, 3), 0);
@@ -237,6 +243,7 @@ TEST_F(VlanModeBasicTest, Tag_PoolAndDriverRefuse_GivesNothingBack) {
   EXPECT_THAT(leftWith("FLOW_ADD"), SizeIs(1));
 }
 
+// Required: tag-delete-takes-first-slot
 TEST_F(VlanModeBasicTest, Tag_Delete_TakesTheFirstUsedSlotWhateverItsFlow) {
   BCM6838X_AddUsZTETrunk(2, TrunkList(2, 1).data());
   forget();
@@ -249,6 +256,7 @@ TEST_F(VlanModeBasicTest, Tag_Delete_TakesTheFirstUsedSlotWhateverItsFlow) {
   EXPECT_THAT(leftBriefly(), ElementsAre("log ++++++BCM6838X_DelUsTag,<line>"));
 }
 
+// Required: refused-delete-gives-rest-back
 TEST_F(VlanModeBasicTest, Tag_DeleteRefused_GivesTheRestBackAndForgetsTheFlow) {
   BCM6838X_AddUsTag(2, 100, 3);
   unit.device().faults().refuseNth(1);
@@ -270,6 +278,7 @@ TEST_F(VlanModeBasicTest, Tag_VidOutOfRange_IsRefusedByTheWanObjectAlone) {
   EXPECT_THAT(leftWith("FLOW_ADD us"), SizeIs(1));
 }
 
+// Required: full-slots-unrecorded
 TEST_F(VlanModeBasicTest, Tag_FullSlots_LeaveTheFlowUnrecorded) {
   for (int add = 0; add < 256; ++add) {
     ASSERT_EQ(BCM6838X_AddUsTag(2, 100, 3), 0);

@@ -112,6 +112,7 @@ std::string WanVlanWithdrawn(const std::string& vid) {
   return "log BCM6838X_DelWanVlan,<line>, port=2,del wanVid=" + vid + " lanVid=" + vid;
 }
 
+// Required: open-port-withdraws-mcast
 TEST_F(VlanModeMcastTest, Transparent_WithdrawsAndRestoresBehindTheShellLine) {
   BCM6838X_AddUsTransparent(2);
   EXPECT_EQ(first(17), (Lines{"log ++++++BCM6838X_AddUsTransparent,<line>",
@@ -136,6 +137,7 @@ TEST_F(VlanModeMcastTest, TransparentPerf_WithdrawsBehindTheShellLine) {
                               "icIndex=0"}));
 }
 
+// Required: zte-stacking-logs-entry-late
 TEST_F(VlanModeMcastTest, ZteStacking_WithdrawsAndRestoresBeforeItLogsItsEntry) {
   BCM6838X_AddUsZTEStacking(2, 10, 3);
   EXPECT_EQ(first(16), (Lines{"shell bs /b/c port/index=lan1 transparent=yes"} + Withdrawn("500") +

@@ -105,12 +105,14 @@ TEST_F(VlanModeRecordTest, TransparentDelete) {
   EXPECT_EQ(commands(), expected);
 }
 
+// Required: performance-transparent-one-flow
 TEST_F(VlanModeRecordTest, TransparentOfPerformanceMode) {
   EXPECT_EQ(BCM6838X_AddUsTransparent_Perf(2), 0);
   EXPECT_THAT(commands(),
               ElementsAre(FlowSent(UsFlow(0, 0)), FlowSent(DsFlow(0, 0).u32(104, 1).u32(108, 2))));
 }
 
+// Required: upstream-flow-word-104
 TEST_F(VlanModeRecordTest, Tag) {
   EXPECT_EQ(BCM6838X_AddUsTag(2, 100, 3), 0);
   EXPECT_THAT(commands(), ElementsAre(ActionSent(Action(kPushWithPriority, 100, 3, 1)),
@@ -172,6 +174,7 @@ TEST_F(VlanModeRecordTest, Translation) {
   EXPECT_EQ(commands(), expected);
 }
 
+// Required: zte-stacking-one-outer-priority
 TEST_F(VlanModeRecordTest, ZteStacking) {
   EXPECT_EQ(BCM6838X_AddUsZTEStacking(2, 10, 3), 0);
   std::vector<std::string> expected = {ActionSent(Action(kPushWithPriority, 10, 3, 1)),
@@ -185,6 +188,7 @@ TEST_F(VlanModeRecordTest, ZteStacking) {
   EXPECT_EQ(commands(), expected);
 }
 
+// Required: bdcom-one-flow-an-entry
 TEST_F(VlanModeRecordTest, BdcomStacking) {
   const List<PortVlanStackEntry> list = {{{2, {}, 2, 100, 0, 200}}};
   EXPECT_EQ(BCM6838X_AddUsBDCOMStacking(2, 10, 3, list.data()), 0);

@@ -93,6 +93,7 @@ class VlanModeRefusal : public VlanModeTest, public testing::WithParamInterface<
   }
 };
 
+// Required: builders-port-has-16-bits
 TEST_P(VlanModeRefusal, PortOutOfRange_IsLoggedAndChangesNothing) {
   struct Refused {
     std::uint32_t given;
@@ -118,6 +119,7 @@ TEST_P(VlanModeRefusal, EveryPortInRange_IsTaken) {
   EXPECT_THAT(leftWith("log 4"), IsEmpty());
 }
 
+// Required: builders-port-has-16-bits
 TEST_P(VlanModeRefusal, OfThePortsNumberSixteenBitsCount) {
   const auto call = [this](std::uint32_t port) {
     return InChild([this, port] {

@@ -129,6 +129,9 @@ class VlanModeSequence : public VlanModeTest, public testing::WithParamInterface
   }
 };
 
+// Required: objects-added-with-each-priority, translation-detaches-each-time
+// Required: bdcom-one-flow-an-entry, bdcom-pvid-not-stripped, zte-stacking-one-outer-priority
+// Required: pvid-lan-vid-is-4096
 TEST_P(VlanModeSequence, AddThenDelete) {
   const VlanMode& mode = ModeOf(GetParam().mode);
   EXPECT_EQ(mode.add(2, GetParam().entries), 0);
@@ -176,6 +179,7 @@ class VlanModePerformanceTest : public LibraryTest {
   }
 };
 
+// Required: performance-transparent-one-flow
 TEST_F(VlanModePerformanceTest, Transparent_AddThenDelete) {
   EXPECT_EQ(BCM6838X_AddUsTransparent_Perf(2), 0);
   EXPECT_EQ(leftBriefly(), Golden("transparent", "add in performance mode"));
@@ -194,16 +198,19 @@ TEST_F(VlanModeTest, DelUsTag_EmptySlots_SendsNothing) {
   EXPECT_EQ(leftBriefly(), Golden("tag", "delete with empty slots"));
 }
 
+// Required: pvid-without-slot-keeps-wan
 TEST_F(VlanModeTest, DelUsHybrid_EmptySlots_ReleasesNothing) {
   EXPECT_EQ(ModeOf("Hybrid").del(2, 2), 0);
   EXPECT_EQ(leftBriefly(), Golden("hybrid", "delete with empty slots"));
 }
 
+// Required: zte-stacking-always-releases-wan
 TEST_F(VlanModeTest, DelUsZTEStacking_EmptySlots_ReleasesTheWanVlanAlone) {
   EXPECT_EQ(ModeOf("ZteStacking").del(2, 0), 0);
   EXPECT_EQ(leftBriefly(), Golden("zte_stacking", "delete with empty slots"));
 }
 
+// Required: tag-refusal-gives-action-back-by-index
 TEST_F(VlanModeTest, AddUsTag_DriverRefuses_GivesTheActionBackByItsIndexAlone) {
   unit.device().faults().refuseNth(1, 100);
   EXPECT_EQ(BCM6838X_AddUsTag(2, kPvid, kPriority), 8);

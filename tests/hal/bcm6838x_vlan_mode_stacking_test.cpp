@@ -79,6 +79,7 @@ TEST_F(VlanModeStackingTest, Zte_ArgumentsAreTheirLowBits) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: last-priority-takes-references
 TEST_F(VlanModeStackingTest, Zte_LastPriorityRefused_BuildsNoDoubleTaggedFlow) {
   // The upstream flows are the first command of its kind and the third to the tenth.
   unit.device().faults().refuseNth(9, 100);
@@ -176,6 +177,7 @@ TEST_F(VlanModeStackingTest, Zte_TwoAndFourPorts_ShareTheActionAndDetachTheirOwn
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: bdcom-entry-must-name-port
 TEST_F(VlanModeStackingTest, Bdcom_EntriesThatDoNotTakePart_AreIgnored) {
   List list = {};
   list.at(0) = {2, {}, 1, 100, 0, 300};
@@ -234,6 +236,7 @@ TEST_F(VlanModeStackingTest, Bdcom_OfTheParameterAllBitsAreCompared) {
       << "nor does a delete take them";
 }
 
+// Required: bdcom-cvid-counts-whole
 TEST_F(VlanModeStackingTest, Bdcom_OfTheCustomerVidTheLowTwelveBitsAreUsed) {
   const List list = OneEntry({2, {}, 2, 0x1001, 0, 300});
   EXPECT_EQ(addBdcom(list), 0);
@@ -251,6 +254,7 @@ class CustomerVidTest : public VlanModeStackingTest,
 INSTANTIATE_TEST_SUITE_P(HighestBits, CustomerVidTest,
                          testing::Values(0x1000, 0x8000, 0x10000, 0x80000000));
 
+// Required: bdcom-cvid-counts-whole
 TEST_P(CustomerVidTest, Bdcom_WithoutItsLowBits_BuildsAFlowOfVidZero) {
   const List list = OneEntry({2, {}, 2, GetParam(), 0, 300});
   EXPECT_EQ(addBdcom(list), 0);
@@ -274,6 +278,7 @@ TEST_P(CustomerVidTest, Bdcom_WithoutItsLowBits_BuildsAFlowOfVidZero) {
                                     "us action 1 vid 300 pbit 0"));
 }
 
+// Required: bdcom-detach-by-customer-vid
 TEST_F(VlanModeStackingTest, Bdcom_CustomerAndServiceVidDiffer_ThePortActionIsNotDetached) {
   addBdcom(OneEntry({2, {}, 2, 100, 0, 300}));
   forget();
@@ -319,6 +324,7 @@ TEST_F(VlanModeStackingTest, Bdcom_CustomerVidIsAnotherEntrysServiceVid_Detaches
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: slots-cleared-at-the-end
 TEST_F(VlanModeStackingTest, Bdcom_SameCustomerVidTwice_BothEntriesDeleteTheFirstSlot) {
   List list = OneEntry({2, {}, 2, 100, 0, 300});
   list.at(1) = {2, {}, 2, 100, 0, 301};
@@ -341,6 +347,7 @@ TEST_F(VlanModeStackingTest, Bdcom_SameServiceVlan_SharesActionAndDownstreamFlow
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: bdcom-objects-before-flow
 TEST_F(VlanModeStackingTest, Bdcom_FlowRefused_KeepsTheObjectsAndGoesOn) {
   unit.device().faults().refuseNth(3, 100);
   EXPECT_EQ(addBdcom(StackingList(2, 2)), 0);
@@ -379,6 +386,7 @@ TEST_F(VlanModeStackingTest, Bdcom_DownstreamFlowRefused_AttachesNoPortAction) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: pvid-without-slot-keeps-wan
 TEST_F(VlanModeStackingTest, Bdcom_UntaggedFlowRefused_DeleteKeepsTheWanObjectOfThePvid) {
   unit.device().faults().refuseNth(1, 100);
   EXPECT_EQ(addBdcom(StackingList(2, 1)), 0);

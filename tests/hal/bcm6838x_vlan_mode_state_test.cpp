@@ -269,6 +269,7 @@ TEST_F(VlanModeStateTest, BdcomDelete_OfASlotWithoutFlowAndAction_ReleasesTheRes
   EXPECT_THAT(leftWith("log BCM6838X_DelLanVlan"), SizeIs(1));
 }
 
+// Required: bdcom-any-slot-of-the-vid
 TEST_F(VlanModeStateTest, BdcomDelete_CustomerVidZero_TakesAFreeSlotWhenThereIsNoOther) {
   VlanList<PortVlanStackEntry> list = {};
   list.at(0) = {2, {}, 2, 0x1000, 0, 300};
@@ -276,6 +277,7 @@ TEST_F(VlanModeStateTest, BdcomDelete_CustomerVidZero_TakesAFreeSlotWhenThereIsN
   EXPECT_THAT(leftWith("FLOW_DEL"), ElementsAre("FLOW_DEL dir=ds icIndex=0 flowIndex=0"));
 }
 
+// Required: policer-word-is-uni-port
 TEST_F(VlanModeStateTest, Policer_StandsInEveryUpstreamFlowOfItsPort) {
   g_portPolicerCfg[1] = 0x80000000;
   int modes = 0;

@@ -70,6 +70,7 @@ TEST_F(VlanModeTranslationTest, Delete_IgnoresEntriesWithoutLocalOrNetworkVid) {
                                                 "FLOW_DEL dir=ds icIndex=1 flowIndex=0"));
 }
 
+// Required: builders-ignore-list-port
 TEST_F(VlanModeTranslationTest, EveryPlaceOfTheListIsRead_ThePortByteIsNot) {
   List list = {};
   list.at(511) = {9, 0, 6, 100, 5, 300};
@@ -79,6 +80,7 @@ TEST_F(VlanModeTranslationTest, EveryPlaceOfTheListIsRead_ThePortByteIsNot) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: translation-ds-action-has-net-vid
 TEST_F(VlanModeTranslationTest, ActionsCarryTheNetworkVidAndTheirOwnPriority) {
   List list = {};
   list.at(0) = {2, 0, 0x106, 100, 0x205, 300};
@@ -95,6 +97,7 @@ TEST_F(VlanModeTranslationTest, ActionsCarryTheNetworkVidAndTheirOwnPriority) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: slots-cleared-at-the-end
 TEST_F(VlanModeTranslationTest, SameLocalVidTwice_EachEntryDeletesAllSixteenFlows) {
   List list = {};
   list.at(0) = {2, 0, 6, 100, 5, 300};
@@ -166,6 +169,7 @@ TEST_F(VlanModeTranslationTest, FirstFlowRefused_DropsTheActionAndMakesItAnew) {
   EXPECT_THAT(leftWith("VLAN_ACTION_ADD us cmd=replace_vid"), SizeIs(2));
 }
 
+// Required: last-priority-takes-references
 TEST_F(VlanModeTranslationTest, LastFlowRefused_BuildsNothingDownstream) {
   unit.device().faults().refuseNth(kLastEntryFlow);
   EXPECT_EQ(add(TranslationList(2, 1)), 8);
@@ -201,6 +205,7 @@ TEST_F(VlanModeTranslationTest, DownstreamActionRefused_AttachesNoPortAction) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: pvid-without-slot-keeps-wan
 TEST_F(VlanModeTranslationTest, UntaggedFlowRefused_DeleteKeepsTheWanObjectOfThePvid) {
   unit.device().faults().refuseNth(1, 100);
   EXPECT_EQ(add(TranslationList(2, 1)), 0);
@@ -213,6 +218,7 @@ TEST_F(VlanModeTranslationTest, UntaggedFlowRefused_DeleteKeepsTheWanObjectOfThe
   EXPECT_THAT(commands(), IsEmpty());
 }
 
+// Required: refused-delete-gives-rest-back
 TEST_F(VlanModeTranslationTest, DeleteRefusedThroughout_IsTheResultAndClearsTheSlots) {
   add(TranslationList(2, 1));
   unit.device().faults().refuseFrom(1);

@@ -79,6 +79,7 @@ TEST_F(VlanModeTrunkTest, ZteTrunk_DeleteOfAnUnrecordedVlan_SendsNothingForIt) {
       << "the slots were cleared";
 }
 
+// Required: refused-delete-keeps-reference
 TEST_F(VlanModeTrunkTest, ZteTrunk_DeleteRefusedThroughout_ClearsTheSlotsAndTheObjects) {
   BCM6838X_AddUsZTETrunk(2, ListOf({{0, 100}}).data());
   unit.device().faults().refuseFrom(1);
@@ -94,6 +95,7 @@ TEST_F(VlanModeTrunkTest, ZteTrunk_DeleteRefusedThroughout_ClearsTheSlotsAndTheO
   EXPECT_THAT(commands(), IsEmpty());
 }
 
+// Required: slots-cleared-at-the-end, list-duplicates-built-twice
 TEST_F(VlanModeTrunkTest, ZteTrunk_VidTwice_IsBuiltAndDeletedTwice) {
   const auto list = ListOf({{0, 100}, {5, 100}});
   EXPECT_EQ(BCM6838X_AddUsZTETrunk(2, list.data()), 0);
@@ -109,6 +111,7 @@ TEST_F(VlanModeTrunkTest, ZteTrunk_VidTwice_IsBuiltAndDeletedTwice) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: last-priority-takes-references
 TEST_F(VlanModeTrunkTest, ZteTrunk_LastPriorityRefused_TakesNoReferencesButIsStillDeleted) {
   unit.device().faults().refuseNth(8);
   EXPECT_EQ(BCM6838X_AddUsZTETrunk(2, ListOf({{0, 100}}).data()), 8);
@@ -186,6 +189,7 @@ TEST_F(VlanModeTrunkTest, Hybrid_ArgumentsAreTheirLowBits) {
   EXPECT_THAT(device(), IsEmpty());
 }
 
+// Required: untagged-refusal-goes-on, builders-return-last-result
 TEST_F(VlanModeTrunkTest, Hybrid_UntaggedFlowRefused_GivesItsActionBackAndGoesOn) {
   unit.device().faults().refuseNth(1, 100);
   EXPECT_EQ(BCM6838X_AddUsHybrid(2, 10, 3, TrunkList(2, 1).data()), 0);
@@ -217,6 +221,7 @@ TEST_F(VlanModeTrunkTest, Hybrid_EmptyListAndUntaggedFlowRefused_IsTheResult) {
   EXPECT_THAT(leftWith("FLOW_ADD"), SizeIs(1));
 }
 
+// Required: flow-without-refused-action
 TEST_F(VlanModeTrunkTest, Hybrid_PoolRefuses_CreatesTheFlowWithoutAnAction) {
   unit.device().faults().refuseNth(1);
   EXPECT_EQ(BCM6838X_AddUsHybrid(2, 10, 3, TrunkList(2, 0).data()), 0);

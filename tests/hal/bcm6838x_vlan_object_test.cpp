@@ -121,12 +121,14 @@ class WanVlanTest : public VlanObjectTest {
   }
 };
 
+// Required: log-double-blanks
 TEST_F(WanVlanTest, Add_NewWanVid_CreatesAndEnablesTheObject) {
   EXPECT_EQ(BCM6838X_AddWanVlan(2, 100, 10), 0U);
   EXPECT_THAT(left(), ElementsAre(WanAddLogged(2, 100, 10), WanCreated(100), WanEnabled(100),
                                   WanAddLogged(2, 100, 10, " ret=0")));
 }
 
+// Required: wan-object-toggled
 TEST_F(WanVlanTest, Add_KnownWanVid_LogsAgainAndTogglesTheObject) {
   BCM6838X_AddWanVlan(2, 100, 10);
   forget();
@@ -137,6 +139,7 @@ TEST_F(WanVlanTest, Add_KnownWanVid_LogsAgainAndTogglesTheObject) {
                                   WanAddLogged(3, 100, 10), WanDisabled(100), WanEnabled(100)));
 }
 
+// Required: wan-object-repeat-runs-nothing
 TEST_F(WanVlanTest, Add_SameThreeTwice_RunsNothingTheSecondTimeAndNeedsOneDelete) {
   BCM6838X_AddWanVlan(1, 100, 10);
   forget();
@@ -158,6 +161,7 @@ TEST_F(WanVlanTest, Add_SameThreeTwice_LeavesRoomForAFullList) {
   EXPECT_THAT(shellLines(), IsEmpty()) << "each is stored, so that none toggles the object";
 }
 
+// Required: vid-bounds-above-their-texts
 TEST_F(WanVlanTest, Add_BoundsThatAreOneAboveTheirMessages_AreAccepted) {
   EXPECT_EQ(BCM6838X_AddWanVlan(1, 4095, kUntagged), 0U);
   EXPECT_EQ(BCM6838X_AddWanVlan(kUniPorts, 1, 1), 0U);
@@ -267,6 +271,7 @@ TEST_F(WanVlanTest, Add_AfterTheLastDelete_CreatesTheObjectAnew) {
   EXPECT_EQ(shellLines().back(), WanDestroyed(100)) << "nothing of the first object was left";
 }
 
+// Required: wan-list-full-toggles
 TEST_F(WanVlanTest, Add_ListFull_DropsTheLanVidButTogglesTheObject) {
   fillList(4);
   EXPECT_EQ(BCM6838X_AddWanVlan(4, 100, 1000), 0U);
@@ -293,6 +298,7 @@ TEST_F(WanVlanTest, Add_ListFull_OtherPortsAndAFreedSlotStillTake) {
   EXPECT_THAT(shellLines(), IsEmpty()) << "both are stored";
 }
 
+// Required: object-table-full-succeeds
 TEST_F(WanVlanTest, Add_TableFull_IgnoresNewWanVidsAndExtendsKnownOnes) {
   fillTable();
   EXPECT_EQ(BCM6838X_AddWanVlan(1, 1000, 10), 0U);
@@ -348,6 +354,7 @@ TEST_F(WanVlanTest, Add_ShellRefuses_IsLoggedForTheEnableLineAlone) {
   EXPECT_THAT(shellLines(), ElementsAre(WanDisabled(100), WanEnabled(100)));
 }
 
+// Required: wan-delete-returns-shell-result
 TEST_F(WanVlanTest, Del_ShellRefusesToDestroy_ReturnsItsResultAndForgetsTheObject) {
   BCM6838X_AddWanVlan(1, 100, 10);
   forget();
@@ -381,6 +388,7 @@ TEST_F(LanVlanTest, Add_Known_TogglesTheObject) {
   EXPECT_THAT(left(), ElementsAre(LanAddLogged(2, 100), LanDisabled(1, 100), LanEnabled(1, 100)));
 }
 
+// Required: lan-objects-counted
 TEST_F(LanVlanTest, Del_TwoAdds_NeedTwoDeletes) {
   BCM6838X_AddLanVlan(2, 100);
   BCM6838X_AddLanVlan(2, 100);
@@ -409,6 +417,7 @@ TEST_F(LanVlanTest, AddAndDel_PortAndVidAreTheKey) {
                           LanDestroyed(1, 100), LanDisabled(0, 100), LanDestroyed(0, 100)));
 }
 
+// Required: lan-number-wraps
 TEST_F(LanVlanTest, AddAndDel_EveryPort_NamesItsLanObject) {
   int objects = 0;
   for (const std::uint32_t revert : {0U, 1U, 2U}) {
@@ -447,6 +456,7 @@ TEST_F(LanVlanTest, AddAndDel_VidBoundsAreAcceptedAndArgumentsAreTheirLowSixteen
                           LanDelLogged(1, 4095), LanDisabled(0, 4095), LanDestroyed(0, 4095)));
 }
 
+// Required: lan-number-wraps
 TEST_F(LanVlanTest, Add_PortIsNotChecked_TheIndexHasThirtyTwoBits) {
   EXPECT_EQ(BCM6838X_AddLanVlan(0, 100), 0U);
   EXPECT_THAT(shellLines(),
@@ -469,6 +479,7 @@ TEST_F(LanVlanTest, ShellRefusesEveryLine_CountsAllTheSame) {
                           LanEnabled(0, 100), LanDisabled(0, 100), LanDestroyed(0, 100)));
 }
 
+// Required: object-table-full-succeeds
 TEST_F(LanVlanTest, Add_TableFull_IgnoresNewObjectsAndCountsKnownOnes) {
   for (std::uint32_t vid = 1; vid <= kObjects; ++vid) {
     ASSERT_EQ(BCM6838X_AddLanVlan(1, vid), 0U);

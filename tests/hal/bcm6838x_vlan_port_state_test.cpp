@@ -77,6 +77,7 @@ TEST(VlanPortTables, BeforeTheStart_AreZeroAndThereIsNoDefaultAction) {
   EXPECT_EQ(g_dsVlanAction, 0xFFFFFFFFU);
 }
 
+// Required: commit-copies-all-ports
 TEST_F(VlanPortStateTest, Commit_CopiesEveryByteOfEveryPort) {
   auto* const bytes = reinterpret_cast<std::uint8_t*>(g_PortVlanInfo);
   for (std::size_t i = 0; i < sizeof(g_PortVlanInfo); ++i) {
@@ -118,6 +119,7 @@ TEST_F(VlanPortStateTest, Setters_Commit) {
 }
 
 /// Which calls copy the whole table over the applied one; the mark in it is lost then.
+// Required: rebuild-does-not-commit, list-delete-no-commit
 TEST_F(VlanPortStateTest, EachOperation_CommitsOrDoesNot) {
   struct Case {
     const char* name;
@@ -166,6 +168,7 @@ TEST_F(VlanPortStateTest, EachOperation_CommitsOrDoesNot) {
   EXPECT_EQ(rounds, 30);
 }
 
+// Required: list-full-drops-and-commits
 TEST_F(VlanPortStateTest, FullList_CommitsThoughNothingIsStored) {
   for (std::uint16_t vid = 1; vid <= 512; ++vid) {
     AddTrunk(1, vid);
@@ -323,6 +326,7 @@ TEST_P(ModeRowTest, Rebuild_CallsTheAddOfTheCurrentConfiguration) {
   EXPECT_EQ(expected.empty(), GetParam().add == Nothing);
 }
 
+// Required: clear-by-applied-copy
 TEST_P(ModeRowTest, Clear_CallsTheDeleteOfTheAppliedConfiguration) {
   const auto build = [] { GetParam().add(2, g_oldPortVlanInfo[1]); };
   const std::vector<std::string> expected =
@@ -331,6 +335,7 @@ TEST_P(ModeRowTest, Clear_CallsTheDeleteOfTheAppliedConfiguration) {
   EXPECT_EQ(expected.empty(), GetParam().del == Nothing);
 }
 
+// Required: clear-by-applied-copy
 TEST_P(ModeRowTest, Apply_ClearsByTheAppliedAndBuildsByTheCurrentConfiguration) {
   const auto build = [] { GetParam().add(2, g_oldPortVlanInfo[1]); };
   const auto changes = [](std::vector<std::string> lines) {
@@ -355,6 +360,7 @@ INSTANTIATE_TEST_SUITE_P(Codes, ModeRowTest, testing::ValuesIn(kModeRows),
 
 class VlanEntryStateTest : public LibraryTest {};
 
+// Required: full-vlan-table-refuses-moves
 TEST_F(VlanEntryStateTest, FullTable_RefusesEverySetAndChangesNothing) {
   for (std::size_t i = 0; i < kVlanEntries; ++i) {
     g_vlanEntry[i].vid = static_cast<std::uint16_t>(i);
@@ -382,6 +388,7 @@ TEST_F(VlanEntryStateTest, LastFreeEntry_IsUsed) {
   EXPECT_EQ(BCM6838X_SetVlanEntry(1, 1), 1U);
 }
 
+// Required: vlan-attributes-stay
 TEST_F(VlanEntryStateTest, OnlyVidAndMembersMove_AttributesStayInTheirPlace) {
   BCM6838X_SetVlanEntry(1, 10);
   BCM6838X_SetVlanEntry(2, 20);
@@ -411,6 +418,7 @@ TEST_F(VlanEntryStateTest, OnlyVidAndMembersMove_AttributesStayInTheirPlace) {
   EXPECT_EQ(g_vlanEntryGetCnt, 1);
 }
 
+// Required: moved-vlan-entry-skipped
 TEST_F(VlanEntryStateTest, RecordThatMovesIntoAFreedPlace_IsNotLookedAtAgain) {
   g_vlanEntry[0] = {10, 1, 0, {}};
   g_vlanEntry[1] = {20, 1, 0, {}};

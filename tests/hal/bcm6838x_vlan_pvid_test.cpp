@@ -41,11 +41,13 @@ std::string PriorityLogged(std::uint32_t port, std::uint32_t priority) {
 
 class PortPvidTest : public VlanPortTest {};
 
+// Required: pvid-without-mode-hands-over
 TEST_F(PortPvidTest, SetPvid_WithoutMode_SendsTheConfigurationAlone) {
   EXPECT_EQ(BCM6838X_SetPortPvid(2, 100), 0U);
   EXPECT_THAT(left(), ElementsAre(PvidLogged(2, 100), Config().pvid(2, 100).sent()));
 }
 
+// Required: unchanged-pvid-returns-2
 TEST_F(PortPvidTest, SetPvid_SameValue_ReturnsTwoAndSendsNothing) {
   BCM6838X_SetPortPvid(2, 100);
   forget();
@@ -53,6 +55,7 @@ TEST_F(PortPvidTest, SetPvid_SameValue_ReturnsTwoAndSendsNothing) {
   EXPECT_THAT(left(), ElementsAre(PvidLogged(2, 100)));
 }
 
+// Required: unchanged-pvid-returns-2
 TEST_F(PortPvidTest, SetPvid_ZeroAtFirst_IsTheSameValue) {
   EXPECT_EQ(BCM6838X_SetPortPvid(2, 0), 2U);
   EXPECT_EQ(configNow(), Config().sent()) << "no TPID either";
@@ -97,6 +100,7 @@ TEST_F(PortPvidTest, SetPriority_WithoutMode_ChangesThePriorityAlone) {
   EXPECT_THAT(left(), ElementsAre(PriorityLogged(2, 5), Config().priority(2, 5).sent()));
 }
 
+// Required: unchanged-pvid-returns-2
 TEST_F(PortPvidTest, SetPriority_SameValue_ReturnsTwoAndSendsNothing) {
   EXPECT_EQ(BCM6838X_SetPortPriority(2, 0), 2U);
   BCM6838X_SetPortPriority(2, 5);
@@ -148,6 +152,7 @@ class PortPvidModeTest : public VlanPortTest, public testing::WithParamInterface
   }
 };
 
+// Required: pvid-of-transparent-not-sent
 TEST_P(PortPvidModeTest, SetPvid_RebuildsWhereTheRulesUseIt) {
   GetParam().set(1);
   forget();
@@ -157,6 +162,7 @@ TEST_P(PortPvidModeTest, SetPvid_RebuildsWhereTheRulesUseIt) {
   EXPECT_EQ(configNow(), config);
 }
 
+// Required: pvid-of-transparent-not-sent
 TEST_P(PortPvidModeTest, SetPriority_RebuildsWhereTheRulesUseIt) {
   GetParam().set(1);
   forget();
@@ -166,6 +172,7 @@ TEST_P(PortPvidModeTest, SetPriority_RebuildsWhereTheRulesUseIt) {
   EXPECT_EQ(configNow(), config);
 }
 
+// Required: pvid-of-transparent-not-sent
 TEST_P(PortPvidModeTest, SetPvid_IsCommitted) {
   // A trunk entry that was deleted but not applied is lost by any commit: its rules stay.
   AddTrunk(2, 300);
@@ -213,6 +220,7 @@ class CtcModeTest : public VlanPortTest, public testing::WithParamInterface<CtcC
   }
 };
 
+// Required: ctc-codes-fold, ctc-command-b-passes-all, ctc-unknown-names-port
 TEST_P(CtcModeTest, CallsTheSetterThenNamesThePort) {
   EXPECT_EQ(BCM6838X_SetPortCtcMode(0x102, GetParam().code), 0U);
   EXPECT_EQ(left().back(), command());
@@ -262,6 +270,7 @@ TEST_P(CtcModeTest, PortOutOfRange_IsRefusedByACodeWithAModeAlone) {
   EXPECT_EQ(configNow(), Config().sent());
 }
 
+// Required: ctc-unknown-names-port
 TEST_F(PortPvidTest, CtcMode_UnknownCodeOutOfRange_SendsTheLowByteOfThePortAndLogsNothing) {
   EXPECT_EQ(BCM6838X_SetPortCtcMode(0x121, 7), 0U);
   EXPECT_THAT(left(), ElementsAre(Sent("CTC_MODE_A", 0, WireRecord(1).u8(0, 0x21))));
@@ -305,6 +314,7 @@ TEST(PortCtcMode, Modes_HaveTheirNumbers) {
                                  Pair("BDCOM_STACKING", 253), Pair("NONE", 255)));
 }
 
+// Required: ctc-codes-fold
 TEST_F(PortPvidTest, CtcMode_TwentyThenFour_RebuildsOnce) {
   EXPECT_EQ(BCM6838X_SetPortCtcMode(2, 20), 0U);
   forget();

@@ -157,6 +157,7 @@ std::uint32_t RoundsByArithmetic(std::uint32_t difference, std::uint32_t mask) {
   return (difference == 0 ? mask / 2 + 1 : difference / 2) + 1;
 }
 
+// Required: stacking-delete-takes-half
 TEST(StackingRounds, OfADelete_AreHalfTheDifferenceAndOneMore) {
   std::size_t cases = 0;
   for (const std::uint32_t bits : {1U, 2U, 3U, 8U, 11U}) {

@@ -33,6 +33,7 @@ class StackingListTest : public VlanPortTest {
   }
 };
 
+// Required: stacking-request-start-advanced
 TEST_F(StackingListTest, Add_StoresAnEntryForEachVidAndSendsTheConfiguration) {
   PortVlanStackRange range = StackRange(1, 100, 103);
   EXPECT_EQ(BCM6838X_AddVlanStacking(&range), 0U);
@@ -109,6 +110,7 @@ TEST_F(StackingListTest, Delete_Null_IsRefusedWithALine) {
                                   "BCM6838X_DelVlanStacking(<line>), null pointer\r\n"));
 }
 
+// Required: stacking-delete-takes-half
 TEST_F(StackingListTest, Delete_OfARange_RemovesItsFirstHalf) {
   AddStacking(StackRange(1, 100, 103));
   PortVlanStackRange range = StackRange(1, 100, 103);
@@ -119,6 +121,7 @@ TEST_F(StackingListTest, Delete_OfARange_RemovesItsFirstHalf) {
       Config().stackingEnable(1, 1).stacking(1, 2, 2, 102, 200).stacking(1, 3, 2, 103, 200).sent());
 }
 
+// Required: stacking-delete-of-one-wraps
 TEST_F(StackingListTest, Delete_OfASingleVid_RemovesEveryVidFromItOn) {
   AddStacking(StackRange(1, 100, 103));
   PortVlanStackRange range = StackRange(1, 101, 101);
@@ -127,6 +130,7 @@ TEST_F(StackingListTest, Delete_OfASingleVid_RemovesEveryVidFromItOn) {
   EXPECT_EQ(configNow(), Config().stackingEnable(1, 1).stacking(1, 0, 2, 100, 200).sent());
 }
 
+// Required: stacking-off-behind-rebuild
 TEST_F(StackingListTest, Delete_OfTheLastEntry_DisablesStackingBehindTheRebuild) {
   AddStacking(StackRange(1, 100, 100));
   forget();
@@ -196,6 +200,7 @@ TEST_F(StackingListTest, Add_MoreThanTheListHolds_StoresTheFirst512) {
   EXPECT_EQ(range.cvidStart, 4095U);
 }
 
+// Required: stacking-add-without-clear
 TEST_F(StackingListTest, InBdcomMode_AddCreatesTheRulesOfEarlierEntriesASecondTime) {
   BCM6838X_SetPortPvid(1, 50);
   BCM6838X_SetBdcomStacking(1);

@@ -283,6 +283,7 @@ TEST_F(VlanStateTest, LanObject_CountHasSixteenBits) {
   EXPECT_THAT(shellLines(), IsEmpty());
 }
 
+// Required: mirror-any-mode-resets-selector
 TEST_F(VlanStateTest, MirrorMode_OfAnyPortResetsTheSelector) {
   std::array<std::uint8_t, 4> modes = {};
   g_mirror_cfg[0] = 9;

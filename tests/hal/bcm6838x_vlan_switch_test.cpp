@@ -183,8 +183,8 @@ TEST(ModeBalance, EveryModeOnFourPortsAndBackToNothing_LeavesTheChipAsTheStartDi
   EXPECT_EQ(after, start);
 }
 
-/// Intended: the port action of BDCOM stacking is sought at the flow of the customer VLAN. It stays
-/// as long as another port holds the flow of the service VLAN.
+/// The port action stays as long as another port holds the flow of the service VLAN.
+// Required: bdcom-detach-by-customer-vid
 TEST(ModeBalance, BdcomStackingOfDifferentVids_LeavesItsPortActionOnASharedFlow) {
   const auto stack = [](std::uint8_t port) {
     AddStacking(StackRange(port, 500, 500, 600));

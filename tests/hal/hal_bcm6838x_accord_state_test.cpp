@@ -162,6 +162,7 @@ TEST_F(AccordTest, Upstream_TrunkAndHybrid) {
   EXPECT_EQ(rows_, 24U);
 }
 
+// Required: frame-rules-visit-free-entries
 TEST_F(AccordTest, Upstream_ZteTrunk) {
   up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {}, kDropped);
   up(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kServiceTag}, kDropped);
@@ -240,6 +241,7 @@ TEST_F(AccordTest, Downstream_Transparent) {
   EXPECT_EQ(rows_, 4U);
 }
 
+// Required: unremovable-tag-forwards
 TEST_F(AccordTest, Downstream_TagAndZteStacking) {
   for (const std::uint32_t mode : {BCM6838X_VLAN_MODE_TAG, BCM6838X_VLAN_MODE_ZTE_STACKING}) {
     down(mode, {kOwnTag}, Tags{});
@@ -288,6 +290,7 @@ TEST_F(AccordTest, Downstream_ZteTrunk) {
   down(BCM6838X_VLAN_MODE_ZTE_TRUNK, {kOwnTag}, Tags{kOwnTag});
 }
 
+// Required: untranslated-frame-forwards
 TEST_F(AccordTest, Downstream_Translation) {
   for (const std::uint32_t mode :
        {BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2}) {
@@ -329,6 +332,7 @@ TEST_F(AccordTest, Downstream_BdcomStacking) {
 /// A priority tag, whose VID is that of a free entry.
 const TagBytes kPriorityTag = {0x8100, 0xE000};
 
+// Required: frame-rules-visit-free-entries
 TEST_F(AccordTest, FreeEntries_MatchPriorityTagsToo) {
   for (const std::uint32_t mode :
        {BCM6838X_VLAN_MODE_TRANSLATION, BCM6838X_VLAN_MODE_TRANSLATION_2}) {
@@ -368,6 +372,7 @@ TEST_F(AccordTest, Downstream_PvidZero_IsThatOfPriorityTagsAndNotOfUntaggedFrame
   EXPECT_EQ(rows_, 21U);
 }
 
+// Required: frame-rules-visit-free-entries, untranslated-frame-forwards
 TEST_F(AccordTest, Lists_OfAnUnusedPort_MatchUntaggedFramesAlone) {
   for (std::size_t i = 0; i < kListEntries; ++i) {
     config_.trunkList[i] = {};
@@ -391,6 +396,7 @@ TEST_F(AccordTest, Lists_OfAnUnusedPort_MatchUntaggedFramesAlone) {
   EXPECT_EQ(rows_, 24U);
 }
 
+// Required: frame-rules-ignore-list-port
 TEST_F(AccordTest, Lists_EveryPlaceIsFound) {
   constexpr std::uint16_t kWanted = 2222;
   const TagBytes wanted = {0x8100, kWanted};

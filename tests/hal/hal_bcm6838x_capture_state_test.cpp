@@ -143,6 +143,16 @@ TEST_F(CaptureTest, GetEvent_ReadFails_ClearsTheBuffer) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+/// 0 is standard input, on which an ioctl would fail with 8.
+// Required: descriptor-0-is-not-open
+TEST_F(CaptureTest, Ioctl_DescriptorZero_CountsAsNotOpen) {
+  const std::int32_t device = sgHwDevFd;
+  sgHwDevFd = 0;
+  EXPECT_EQ(BCM6838X_Ioctl(BRMGR_CMD_LASER_OFF, nullptr, 0, BRMGR_FLAG_INPUT), 10U);
+  sgHwDevFd = device;
+  EXPECT_THAT(left(), IsEmpty());
+}
+
 TEST_F(CaptureTest, GetEvent_WaitsForTheDriver) {
   std::uint32_t result = 99;
   BrmgrEvent event;
@@ -153,6 +163,7 @@ TEST_F(CaptureTest, GetEvent_WaitsForTheDriver) {
   EXPECT_EQ(event.eventType, 5U);
 }
 
+// Required: capture-by-feature-exactly-1
 TEST_F(CaptureTest, FeatureNotOne_ReadsNothing) {
   ASSERT_TRUE(unit.device().sendEvent(EventDraft{.frame = IgmpFrame().bytes()}.bytes()));
   for (const std::uint32_t value : {0U, 2U, 0xFFFFFFFFU, 0x101U}) {
@@ -221,6 +232,7 @@ TEST_F(CaptureTest, MulticastIn_OtherFrames_ReachNobody) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+// Required: client-told-inner-vid
 TEST_F(CaptureTest, MulticastIn_TheWalkTakesTheInnerVid) {
   struct Row {
     std::vector<TagBytes> tags;
@@ -250,6 +262,7 @@ TEST_F(CaptureTest, MulticastIn_TheWalkTakesTheInnerVid) {
   EXPECT_EQ(checked, 10U);
 }
 
+// Required: outermost-tags-in-order
 TEST_F(CaptureTest, MulticastIn_TagsInAnotherOrder_EndTheWalk) {
   const std::vector<std::vector<TagBytes>> orders = {
       {{0x9201, 7}},
@@ -274,6 +287,7 @@ TEST_F(CaptureTest, MulticastIn_TagsInAnotherOrder_EndTheWalk) {
   EXPECT_EQ(checked, 10U);
 }
 
+// Required: third-customer-tag-drops
 TEST_F(CaptureTest, MulticastIn_AThirdCustomerTag_DropsTheEvent) {
   std::size_t checked = 0;
   for (const std::vector<TagBytes>& front :
@@ -431,6 +445,7 @@ TEST_F(CaptureTest, LengthsAboveTheDataField_AreRefusedWithALogLine) {
   EXPECT_EQ(checked, 24U);
 }
 
+// Required: event-frame-at-22
 TEST_F(CaptureTest, Bpdu_IsTakenFromOffset22) {
   const Bytes frame =
       FrameDraft{.destination = {0x01, 0x80, 0xC2, 0, 0, 0}, .type = 0x0026}.bytes();
@@ -438,6 +453,7 @@ TEST_F(CaptureTest, Bpdu_IsTakenFromOffset22) {
   EXPECT_THAT(left(), ElementsAre(Bpdu(0x01020304, frame)));
 }
 
+// Required: bpdu-cut-at-100
 TEST_F(CaptureTest, Bpdu_UpTo100BytesAreSent) {
   const Bytes frame = FrameDraft{.size = 2046}.bytes();
   struct Row {
@@ -465,6 +481,7 @@ TEST_F(CaptureTest, Bpdu_NoRuleApplies) {
   EXPECT_THAT(left(), ElementsAre(Bpdu(2, Bytes(60)), Bpdu(77, Bytes(60))));
 }
 
+// Required: multicast-out-by-source-rule
 TEST_F(CaptureTest, MulticastOut_OfAPort_IsSentWithItsUpstreamRule) {
   g_PortVlanInfo[1].vlanMode = BCM6838X_VLAN_MODE_TAG;
   Bytes expected = IgmpFrame().bytes();
@@ -542,6 +559,7 @@ TEST_F(CaptureTest, Relays_GetTheirEvents) {
                                       StartsWith("command BRMGR_CMD_SEND_PPPOE len 72 ")));
 }
 
+// Required: capture-hides-relay-results
 TEST_F(CaptureTest, Relays_FailuresAreNotPassedOn) {
   EXPECT_EQ(capture({.type = 6, .frame = PppoeFrame().bytes(), .frameOffset = 22}), 0U);
   EXPECT_EQ(capture({.type = 7, .frame = DhcpFrame().bytes(), .frameOffset = 22}), 0U);

@@ -77,6 +77,7 @@ class ClassTest : public LibraryTest {
   }
 };
 
+// Required: trap-second-group-23, trap-flows-downstream-first
 TEST_F(ClassTest, RdpaIcInit_CreatesEightClassesThenSixTrapFlows) {
   EXPECT_EQ(BCM6838X_RdpaIcInit(), 0U);
   std::vector<std::string> expected = ClassesSent(kNormalRows);
@@ -96,6 +97,7 @@ TEST_F(ClassTest, RdpaIcInit_AsksForTheAddressesAfterTheClasses) {
   EXPECT_EQ(lines[8], "call VOS_OntInfoGetMac()");
 }
 
+// Required: trap-second-group-23
 TEST_F(ClassTest, RdpaIcInit_AddressesUnknown_AddsOnlyTheReservedAddresses) {
   unit.platform().config().macQueryFails = true;
   EXPECT_EQ(BCM6838X_RdpaIcInit(), 0U);
@@ -105,12 +107,14 @@ TEST_F(ClassTest, RdpaIcInit_AddressesUnknown_AddsOnlyTheReservedAddresses) {
   EXPECT_EQ(commands(), expected);
 }
 
+// Required: classes-return-last-result
 TEST_F(ClassTest, RdpaIcInit_ReturnsTheResultOfTheEighthClassAlone) {
   unit.device().faults().refuseNth(8, BRMGR_CMD_IC_CREATE);
   EXPECT_EQ(BCM6838X_RdpaIcInit(), 8U);
   EXPECT_EQ(commands().size(), 14U) << "a refused class stops nothing";
 }
 
+// Required: classes-return-last-result
 TEST_F(ClassTest, RdpaIcInit_EarlierClassesAndFlowsRefused_ReturnsSuccess) {
   for (std::uint32_t nth = 1; nth <= 7; ++nth) {
     unit.device().faults().refuseNth(nth, BRMGR_CMD_IC_CREATE);
@@ -142,6 +146,7 @@ TEST_F(ClassTest, RdpaIcInitPerf_ReturnsTheResultOfTheSecondClass) {
   EXPECT_EQ(BCM6838X_RdpaIcInit_Perf(), 8U);
 }
 
+// Required: data-path-port-is-low-byte-plus-1
 TEST_F(ClassTest, StreamPortIndexUniToRdpa_AddsOneToTheLowByte) {
   EXPECT_EQ(BCM6838X_StreamPortIndexUniToRdpa(1), 2U);
   EXPECT_EQ(BCM6838X_StreamPortIndexUniToRdpa(0), 1U);

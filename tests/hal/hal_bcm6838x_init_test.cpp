@@ -52,6 +52,7 @@ class InitTest : public LibraryTest {
   }
 };
 
+// Required: ports-down-before-device
 TEST_F(InitTest, Init_NormalMode_MakesTheCallsInOrder) {
   EXPECT_EQ(console([] { EXPECT_EQ(BCM6838X_Init(), 0U); }), "");
   const std::vector<std::string> lines = left();
@@ -83,6 +84,7 @@ TEST_F(InitTest, Init_NormalMode_MakesTheCallsInOrder) {
   EXPECT_EQ(BCM6838X_IsPerformance(), 0U);
 }
 
+// Required: ports-down-before-device
 TEST_F(InitTest, Init_PowersEveryPhyDownBeforeTheDeviceIsOpen) {
   BCM6838X_Init();
   const std::vector<std::string> lines = left();
@@ -123,12 +125,14 @@ TEST_F(InitTest, Init_SpawnsTheKernelEventTask) {
   EXPECT_EQ(tasks[0].entry, &BCM6838X_kernelEvent);
 }
 
+// Required: log-handle-32-is-none
 TEST_F(InitTest, Init_LogModuleFails_PrintsAndDoesNothingElse) {
   unit.platform().config().logCreateFails = true;
   EXPECT_EQ(console([] { EXPECT_EQ(BCM6838X_Init(), 1U); }), "LOG_Create fail.\r\n");
   EXPECT_THAT(left(), ElementsAre("call LOG_Create(\"hal_bcm6838x\", 1000, -1)"));
 }
 
+// Required: log-creat-task
 TEST_F(InitTest, Init_TaskSpawnFails_PrintsAndGoesOn) {
   unit.platform().config().taskSpawnFails = true;
   EXPECT_EQ(console([] { EXPECT_EQ(BCM6838X_Init(), 0U); }),
@@ -136,6 +140,7 @@ TEST_F(InitTest, Init_TaskSpawnFails_PrintsAndGoesOn) {
   EXPECT_THAT(commands(), Contains(Sent("FEATURE", 0, WireRecord(4).u32(0, 1))));
 }
 
+// Required: start-goes-on
 TEST_F(InitTest, Init_DeviceDoesNotOpen_LogsOnceAndSendsNothing) {
   unit.platform().config().openDeviceFails = true;
   EXPECT_EQ(BCM6838X_Init(), 0U);
@@ -146,6 +151,7 @@ TEST_F(InitTest, Init_DeviceDoesNotOpen_LogsOnceAndSendsNothing) {
   EXPECT_THAT(left(), Not(Contains("call BCM6838X_sysGetBoardId(16)")));
 }
 
+// Required: performance-marker-consumed
 TEST_F(InitTest, Init_MarkerPresent_StartsInPerformanceModeForThisStartOnly) {
   unit.platform().setPerformanceMarker(true);
   EXPECT_EQ(console([] { EXPECT_EQ(BCM6838X_Init(), 0U); }), kBanner);
@@ -184,6 +190,7 @@ TEST_F(InitTest, InitDrv_SendsThePortCounts) {
                                   "call BCM6838X_sysGetBoardId(16)"));
 }
 
+// Required: board-id-read-anyway
 TEST_F(InitTest, InitDrv_DriverRefuses_ReturnsEightAndStillReadsTheBoardId) {
   unit.device().faults().refuseNth(1);
   EXPECT_EQ(BCM6838X_InitDrv(), 8U);
@@ -195,6 +202,7 @@ TEST_F(InitTest, InitDrv_DeviceDoesNotOpen_ReturnsOne) {
   EXPECT_EQ(BCM6838X_InitDrv(), 1U);
 }
 
+// Required: feature-passed-unchanged
 TEST_F(InitTest, SFInit_PassesFeatureTwentySevenUnchanged) {
   BCM6838X_InitDrv();
   for (const std::uint32_t value : {0U, 1U, 0xA1B2C3D4U}) {
@@ -213,6 +221,7 @@ TEST_F(InitTest, Init_NoEthernetPort_TouchesNoPort) {
   EXPECT_THAT(OfKind(left(), "shell"), IsEmpty());
 }
 
+// Required: start-not-guarded
 TEST_F(InitTest, Init_Twice_RepeatsEverythingAndTheAdministrativeStatesArrive) {
   BCM6838X_Init();
   const std::vector<std::string> first = left();
@@ -267,6 +276,7 @@ TEST(InitFaults, Init_NthCommandRefused_LogsAndFinishesTheStart) {
   FailEachCommandOfTheStart(false);
 }
 
+// Required: start-goes-on
 TEST(InitFaults, Init_EveryCommandFromTheNthOnRefused_LogsAndFinishesTheStart) {
   FailEachCommandOfTheStart(true);
 }

@@ -27,6 +27,7 @@ class LinkTest : public LibraryTest {
   }
 };
 
+// Required: unknown-speed-reports-rate-0, link-change-told-twice
 TEST_F(LinkTest, Report_EveryState) {
   struct Row {
     std::uint32_t state;
@@ -45,11 +46,13 @@ TEST_F(LinkTest, Report_EveryState) {
   EXPECT_EQ(checked, 10U);
 }
 
+// Required: link-down-sends-no-rate, link-change-told-twice
 TEST_F(LinkTest, Report_LinkDown_SendsNoRate) {
   EXPECT_EQ(BCM6838X_EventUniStateReport(3, 6), 0U);
   EXPECT_EQ(left(), DownReport(3));
 }
 
+// Required: unknown-interface-is-port-0
 TEST_F(LinkTest, Report_DevicePorts) {
   struct Row {
     std::uint32_t port;
@@ -94,6 +97,7 @@ TEST_F(ClosedLinkTest, Report_DeviceNotOpen_IsLoggedAndTheNotificationsAreSent) 
                                   clean[2], clean[3]));
 }
 
+// Required: laser-on-reads-back
 TEST_F(LinkTest, Laser_OneIsOnAndAnythingElseIsOff) {
   const std::string on = "command BRMGR_CMD_LASER_ON len 0 flag 1";
   const std::string off = "command BRMGR_CMD_LASER_OFF len 0 flag 0";
@@ -109,6 +113,7 @@ TEST_F(LinkTest, Laser_OneIsOnAndAnythingElseIsOff) {
   }
 }
 
+// Required: laser-on-reads-back
 TEST_F(LinkTest, Laser_HandsNeitherRecordNorLengthToTheDriver) {
   std::vector<BrmgrRequest> requests;
   unit.device().onRequest([&](const BrmgrRequest& request) -> std::optional<int> {

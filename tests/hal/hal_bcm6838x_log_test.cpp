@@ -75,6 +75,7 @@ class LogHandleTest : public LibraryTest {
   }
 };
 
+// Required: log-handle-32-is-none
 TEST_F(LogHandleTest, BeforeTheStart_IsThirtyTwo) {
   LogInEveryArea();
   EXPECT_THAT(sources(), ElementsAre("hal_bcm6838x_link.cpp", "bcm6838x_vlan_object.cpp",

@@ -42,6 +42,7 @@ TEST_F(MonitorTest, KernelEvent_WithoutASocket_Ends) {
   EXPECT_FALSE(unit.monitor().send(ButtonMessage(true))) << "nobody listens";
 }
 
+// Required: monitor-descriptor-0-ends
 TEST_F(MonitorTest, KernelEvent_DescriptorZero_Ends) {
   const int before = dup(STDIN_FILENO);
   ASSERT_EQ(close(STDIN_FILENO), 0);
@@ -84,6 +85,7 @@ TEST_F(MonitorTest, Start_OfTheLibrary_StartsTheTask) {
   EXPECT_EQ(said(), "");
 }
 
+// Required: odd-duplex-is-down
 TEST_F(MonitorTest, Link_SpeedsAndDuplexes) {
   struct Row {
     std::uint32_t speed;
@@ -113,6 +115,7 @@ TEST_F(MonitorTest, Link_SpeedsAndDuplexes) {
   EXPECT_EQ(said(), "");
 }
 
+// Required: unknown-interface-is-port-0
 TEST_F(MonitorTest, Link_InterfacesInAnyCase) {
   struct Row {
     std::string name;
@@ -170,6 +173,7 @@ TEST_F(MonitorTest, Button_Held_ResetsOnThePressMessageAfterFiveSeconds) {
   EXPECT_THAT(left(), ElementsAre(kReset, kSettle, kReboot));
 }
 
+// Required: release-measured-from-0
 TEST_F(MonitorTest, Button_ReleaseWithoutAPress_IsMeasuredFromTimeZero) {
   start();
   sayAt(4999, ButtonMessage(false));
@@ -188,6 +192,7 @@ TEST_F(MonitorTest, Button_PressAtTimeZero_IsNoPress) {
   EXPECT_THAT(left(), ElementsAre(kReboot));
 }
 
+// Required: press-never-forgotten
 TEST_F(MonitorTest, Button_ThePressIsNeverForgotten) {
   start();
   sayAt(1000, ButtonMessage(true));
@@ -219,6 +224,7 @@ TEST_F(MonitorTest, Button_OnlyOneMeansPressed) {
   EXPECT_THAT(left(), IsEmpty()) << "what follows the first word does not count";
 }
 
+// Required: factory-mode-announces-alone
 TEST_F(MonitorTest, Button_FactoryMode_IsOnlyAnnounced) {
   const std::string first =
       "shell /usr/local/bin/msgall.sh \"RST button press 250 milliseconds, restart system now\"";

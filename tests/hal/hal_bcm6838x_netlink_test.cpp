@@ -92,6 +92,7 @@ TEST_F(NetlinkTest, InitKernelMonitorFd_RegistrationFails_ClosesTheSocketAndRetu
   EXPECT_EQ(fcntl(fd, F_GETFD), -1);
 }
 
+// Required: other-senders-only-printed
 TEST_F(NetlinkTest, Senders_OtherThanTheKernel_AreOnlyPrinted) {
   start();
   say(NetlinkMessage(0x3001, NativeWord(0), 4711));

@@ -75,6 +75,7 @@ TEST_F(ProtocolTest, IsMldPacket_WithoutExtension) {
   EXPECT_EQ(IsMld(Joined({Ipv6Frame(58, {}, 131), Bytes(4)})), 1U);
 }
 
+// Required: mld-extensions-in-units-of-8
 TEST_F(ProtocolTest, IsMldPacket_FollowsSixExtensionsAndNoOther) {
   std::uint32_t followed = 0;
   for (std::uint32_t type = 0; type < 256; ++type) {
@@ -88,6 +89,7 @@ TEST_F(ProtocolTest, IsMldPacket_FollowsSixExtensionsAndNoOther) {
   EXPECT_EQ(followed, 6U);
 }
 
+// Required: mld-extensions-in-units-of-8
 TEST_F(ProtocolTest, IsMldPacket_StepsByTheSecondByteInUnitsOfEight) {
   for (const int units : {0, 1, 2, 31, 150}) {
     const Bytes header = Extension(58, static_cast<std::uint8_t>(units));
@@ -150,6 +152,7 @@ TEST_F(ProtocolTest, IsMldPacket_OtherTypes_AreNot) {
   }
 }
 
+// Required: mld-margin-of-25
 TEST_F(ProtocolTest, IsMldPacket_ThePositionMustLieBelowTheRestLess25) {
   // With the message right behind the IPv6 header the position is 40, and the rest counts from the
   // type field: 66 bytes of rest are 78 of the frame. With one header of 8 bytes it is 8 more.
@@ -188,6 +191,7 @@ TEST_F(ProtocolTest, IsMldPacket_OnlyTheLow16BitsOfTheLengthCount) {
   EXPECT_EQ(BCM6838X_IsMldPacket(guarded.data(), 0x10000), 0U);
 }
 
+// Required: dhcp-towards-servers-alone
 TEST_F(ProtocolTest, IsDHCPProtocol_Ipv4) {
   EXPECT_EQ(IsDhcp(DhcpFrame().bytes()), 1U);
   EXPECT_EQ(IsDhcp(FrameDraft{.payload = Ipv4Payload(17, 68)}.bytes()), 0U);
@@ -197,6 +201,7 @@ TEST_F(ProtocolTest, IsDHCPProtocol_Ipv4) {
   EXPECT_EQ(IsDhcp(FrameDraft{.payload = Ipv4Payload(6, 67)}.bytes()), 0U);
 }
 
+// Required: dhcp-header-of-20-bytes
 TEST_F(ProtocolTest, IsDHCPProtocol_Ipv4WithOptions_ReadsTheSamePlace) {
   Bytes payload = Ipv4Payload(17, 67);
   payload[0] = 0x46;
@@ -208,6 +213,7 @@ TEST_F(ProtocolTest, IsDHCPProtocol_Ipv4WithOptions_ReadsTheSamePlace) {
   EXPECT_EQ(IsDhcp(FrameDraft{.payload = Joined({options, ports})}.bytes()), 0U);
 }
 
+// Required: dhcp-towards-servers-alone
 TEST_F(ProtocolTest, IsDHCPProtocol_Ipv6) {
   EXPECT_EQ(IsDhcp(FrameDraft{.type = 0x86DD, .payload = Ipv6Payload(17, 547)}.bytes()), 1U);
   EXPECT_EQ(IsDhcp(FrameDraft{.type = 0x86DD, .payload = Ipv6Payload(17, 546)}.bytes()), 0U);

@@ -113,6 +113,7 @@ TEST_P(RelayTest, Off_TagMode_PutsTheFrameBackTagged) {
   EXPECT_THAT(left(), ElementsAre(sent(2, WithTag(frame, kOwnTag))));
 }
 
+// Required: relay-off-succeeds
 TEST_P(RelayTest, Off_ReturnsZeroWhateverTheTransmitGives) {
   unit.device().faults().refuseFrom(1);
   EXPECT_EQ(handle(relay_.frame.bytes()), 0U);
@@ -120,6 +121,7 @@ TEST_P(RelayTest, Off_ReturnsZeroWhateverTheTransmitGives) {
   EXPECT_EQ(logLines().size(), 1U);
 }
 
+// Required: log-ppoe
 TEST_P(RelayTest, On_HandsTheFrameToTheClient) {
   relay_.setTrap(1);
   forget();
@@ -145,6 +147,7 @@ TEST_P(RelayTest, On_TheRuleAppliesFirst) {
   EXPECT_THAT(left(), ElementsAre(received(2, 100), handed(WithTag(frame, kOwnTag), 100, 2)));
 }
 
+// Required: client-told-inner-vid
 TEST_P(RelayTest, On_TheVidIsThatOfTheOuterCustomerTag) {
   relay_.setTrap(1);
   const Bytes frame = relay_.frame.bytes();
@@ -165,6 +168,7 @@ TEST_P(RelayTest, OnlyItsOwnSwitchCounts) {
   EXPECT_THAT(left(), ElementsAre(sent(2, relay_.frame.bytes())));
 }
 
+// Required: relay-on-at-1-alone
 TEST_P(RelayTest, OnlyTheStatusOneIsOn) {
   for (const int status : {0, 2, 255}) {
     *relay_.status = static_cast<std::uint8_t>(status);
@@ -194,6 +198,7 @@ TEST_P(RelayTest, ThePort_ItsLowByteHasTheRule) {
   EXPECT_THAT(left(), ElementsAre(sent(0x01020302, WithTag(frame, kOwnTag))));
 }
 
+// Required: log-relays-say-dhcp
 TEST_P(RelayTest, OtherProtocols_AreRefusedWithOneTextForBoth) {
   const std::string line = "log 1 " + kFile + "Packet is not dhcp pkts!\r\n";
   for (const Bytes& frame :
@@ -204,6 +209,7 @@ TEST_P(RelayTest, OtherProtocols_AreRefusedWithOneTextForBoth) {
   }
 }
 
+// Required: event-frame-at-22
 TEST_P(RelayTest, TheFrameBeginsTwoBytesBehindTheDataField) {
   const EventDraft event = {.type = 6, .port = 2, .frame = relay_.frame.bytes(), .frameOffset = 20};
   const GuardedBytes guarded(event.bytes());
@@ -264,6 +270,7 @@ TEST_P(RelayTest, NullEvent_IsLogged) {
   EXPECT_THAT(left(), ElementsAre("log 4 " + kFile + "Invalid parameter!\r\n"));
 }
 
+// Required: trap-index-from-0
 TEST_P(RelayTest, SetTrap_TellsEveryPortFromIndexZero) {
   std::vector<std::string> expected;
   for (std::uint32_t index = 0; index < 4; ++index) {
@@ -274,6 +281,7 @@ TEST_P(RelayTest, SetTrap_TellsEveryPortFromIndexZero) {
   EXPECT_EQ(*relay_.status, 1);
 }
 
+// Required: trap-value-passed-on
 TEST_P(RelayTest, SetTrap_PassesTheValueOnAndKeepsASwitch) {
   struct Row {
     std::uint32_t enable;

@@ -43,6 +43,7 @@ class TagTest : public LibraryTest {
   }
 };
 
+// Required: single-88a8-is-untagged
 TEST_F(TagTest, GetTag_CountsTheTagsAndTellsTheOuterOne) {
   struct Row {
     std::vector<TagBytes> tags;
@@ -105,6 +106,7 @@ TEST_F(TagTest, AddVlanTag_MovesTheFrameBehindTheAddresses) {
   EXPECT_EQ(frame, expected);
 }
 
+// Required: written-tags-clear-dei
 TEST_F(TagTest, AddVlanTag_KeepsTwelveBitsOfTheVidAndThreeOfThePriority) {
   struct Row {
     std::uint32_t vid;
@@ -161,6 +163,7 @@ TEST_F(TagTest, AddVlanTag_NullPointer_IsLogged) {
   EXPECT_THAT(left(), ElementsAre(line, line));
 }
 
+// Required: written-tags-clear-dei
 TEST_F(TagTest, TranslateVlanTag_RewritesTheControlWordAlone) {
   Bytes frame = FrameDraft{.tags = {{0x8100, 0xFFFF}, {0x8100, 0x2222}}}.bytes();
   EXPECT_EQ(BCM6838X_TranslateVlanTag(frame.data(), 0x1456, 11), 0U);

@@ -28,6 +28,7 @@ constexpr std::uint32_t kLastCode = 182;
 
 class ClosedChannelTest : public LibraryTest {};
 
+// Required: closed-device-before-code
 TEST_F(ClosedChannelTest, Ioctl_DeviceNotOpen_ReturnsTenForEveryCodeAndSendsNothing) {
   // Codes out of range included: whether the device is open is checked first.
   const std::vector<std::uint32_t> codes = {0, 25, 98, kLastCode, 183, 0x80000000U, 0xFFFFFFFFU};
@@ -64,6 +65,13 @@ TEST_F(ChannelTest, Ioctl_HandsTheAddressOfTheRecordToTheDriver) {
   EXPECT_THAT(addresses, ElementsAre(&record));
 }
 
+/// Read and write, 4 bytes, type 'E', number 1, in the encoding of MIPS.
+// Required: ioctl-number-says-4-bytes
+TEST_F(ChannelTest, Ioctl_RequestNumber_SaysFourBytes) {
+  constexpr std::uint32_t kReadAndWrite = 6U << 29U;
+  EXPECT_EQ(BRMGR_IOCTL_REQUEST, kReadAndWrite | 4U << 16U | 'E' << 8U | 1U);
+}
+
 TEST_F(ChannelTest, Ioctl_CommandWithoutRecord_PassesNoBufferAndNoLength) {
   EXPECT_EQ(BCM6838X_Ioctl(BRMGR_CMD_LASER_ON, nullptr, 0, BRMGR_FLAG_READ_BACK), 0U);
   EXPECT_EQ(BCM6838X_Ioctl(BRMGR_CMD_LASER_OFF, nullptr, 0, BRMGR_FLAG_INPUT), 0U);
@@ -83,6 +91,7 @@ TEST_F(ChannelTest, Ioctl_CodeOutOfRange_ReturnsTwoSilently) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+// Required: refusal-logs-the-return-value
 TEST_F(ChannelTest, Ioctl_DriverRefuses_ReturnsEightWithOneLogLine) {
   unit.device().faults().refuseNth(1);
   EXPECT_EQ(BCM6838X_Ioctl(119, nullptr, 0, BRMGR_FLAG_READ_BACK), 8U);
@@ -91,6 +100,7 @@ TEST_F(ChannelTest, Ioctl_DriverRefuses_ReturnsEightWithOneLogLine) {
                                       "BCM6838X_Ioctl :<line>, cmd:119 err:4294967295\r\n"));
 }
 
+// Required: refusal-logs-the-return-value
 TEST_F(ChannelTest, Ioctl_AnyResultButZero_IsARefusalLoggedWithThatResult) {
   struct Row {
     int result;

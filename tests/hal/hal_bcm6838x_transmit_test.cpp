@@ -121,6 +121,7 @@ TEST_F(TransmitTest, Relays_TooLong_AreRefusedWithTheirLogLine) {
   EXPECT_EQ(checked, 12U);
 }
 
+// Required: null-transmit-silent
 TEST_F(TransmitTest, NullRecords_AreRefusedSilently) {
   for (const RelayCommand& row : kRelayCommands) {
     EXPECT_EQ(row.send(nullptr), 2U) << row.operation;
@@ -155,6 +156,7 @@ TEST_F(ClosedTransmitTest, TransmitsReturnTenWithoutADevice) {
   EXPECT_THAT(left(), IsEmpty());
 }
 
+// Required: send-passes-two-bytes-more
 TEST_F(TransmitTest, RdpaSendIgmpPkt_PassesTwoBytesMoreThanTheFrame) {
   std::size_t checked = 0;
   for (const std::uint32_t size : {0U, 1U, 64U, 2045U, 2046U}) {
@@ -202,6 +204,7 @@ TEST_F(TransmitTest, SendPacket_Bpdu_PassesUpToAHundredBytes) {
   EXPECT_EQ(checked, 5U);
 }
 
+// Required: bpdu-cut-at-100
 TEST_F(TransmitTest, SendPacket_LongBpdu_IsRefusedWithItsLogLine) {
   const Bytes group = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x00};
   for (const std::size_t length : {101U, 1518U, 65535U}) {
@@ -259,12 +262,14 @@ TEST_F(TransmitTest, SendPacket_DhcpAndPppoe_UpTo1700Bytes) {
   EXPECT_EQ(checked, 6U);
 }
 
+// Required: dhcp-towards-servers-alone
 TEST_F(TransmitTest, SendPacket_TowardsADhcpClient_IsAnyOtherFrame) {
   const Bytes frame = FrameDraft{.payload = Ipv4Payload(17, 68)}.bytes();
   send(frame, 1);
   EXPECT_THAT(left(), ElementsAre(SentPacket({64, 1, 0, 1}, frame)));
 }
 
+// Required: sent-frames-name-flow-1
 TEST_F(TransmitTest, SendPacket_OtherFrames_UpTo2046Bytes) {
   std::size_t checked = 0;
   for (const std::size_t size : {0U, 1U, 5U, 6U, 13U, 64U, 2045U, 2046U}) {
@@ -285,6 +290,7 @@ TEST_F(TransmitTest, SendPacket_OtherFrames_UpTo2046Bytes) {
   }
 }
 
+// Required: unknown-port-is-sent-to-0
 TEST_F(TransmitTest, SendPacket_PortTheUnitDoesNotHave_BecomesNone) {
   unit.platform().config().ethPorts = 8;
   struct Row {
@@ -338,6 +344,7 @@ TEST_F(TransmitTest, SendPacket_FieldsBehindTheEnd_DoNotCount) {
   EXPECT_THAT(left(), ElementsAre(SentPacket({5, 1, 0, 1}, group)));
 }
 
+// Required: send-always-succeeds
 TEST_F(TransmitTest, SendPacket_HidesRefusals) {
   unit.device().faults().refuseFrom(1);
   send(FrameDraft{.destination = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x00}}.bytes(), 1);

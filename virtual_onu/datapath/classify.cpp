@@ -47,6 +47,7 @@ bool Matches(const IngressFlowRule& flow, std::uint32_t fieldMask, const Receive
     }
     matched = matched && equal;
   }
+  // Required: unknown-key-never-matches
   const std::uint32_t unknown = UnknownKeyBits(fieldMask);
   if (trial && unknown != 0) {
     trial->keys.push_back({"unknown key", HexNumber(unknown), "none", false});

@@ -46,6 +46,7 @@ PortVlanRule Access(const Asked& asked) {
 
 PortVlanRule InTrunkList(const Asked& asked) {
   const auto listed = [&](const PortVlanTrunkEntry& entry) {
+    // Required: egress-ignores-free-entries
     return entry.vid != 0 && entry.vid == asked.outerVid();
   };
   if (asked.hasTags(1) && std::ranges::any_of(asked.info.trunkList, listed)) {

@@ -51,6 +51,7 @@ struct Operation {
   std::string (*text)(const VlanTag& tag);
 };
 
+// Required: action-operations-in-order
 constexpr std::array kOperations = {
     Operation{BRMGR_TAG_POP, Pop,
               [](const VlanTag& /*tag*/) { return std::string("pop the outer tag"); }},

@@ -165,6 +165,7 @@ CommandResult CreateAction(DriverState& state, VlanActionRule& record) {
 }
 
 /// Deletes an action even while flows name it: the driver keeps no reference counts.
+// Required: named-action-may-be-deleted
 CommandResult DeleteAction(DriverState& state, VlanActionDel& record) {
   if (state.tables.of(record.dir).actions.erase(record.vlanActionIndex) == 0) {
     return NoAction(record.dir, record.vlanActionIndex);

@@ -96,6 +96,7 @@ bool Device::owns(int fd) const {
 int Device::ioctl(unsigned long request, void* argument) {
   std::unique_lock lock(mutex_);
   // As in the kernel, only the low 32 bits of a request count: callers may have sign-extended it.
+  // Required: request-number-has-32-bits
   const auto number = static_cast<std::uint32_t>(request);
   if (number != BRMGR_IOCTL_REQUEST || argument == nullptr) {
     trace_.add(CallEvent{"ioctl(BrmgrDev, " + std::to_string(number) + ")", -1});
@@ -159,6 +160,7 @@ void Device::onRequest(RequestAnswer answer) {
 int Device::serve(const BrmgrRequest& request, CommandEvent& event) {
   CommandResult result = CheckBuffer(request);
   event.after = event.before;
+  // Required: faults-count-every-command
   if (faults_.refuses(request.cmd)) {
     result = {EIO, "refused by a fault rule"};
   }
@@ -166,6 +168,7 @@ int Device::serve(const BrmgrRequest& request, CommandEvent& event) {
     Bytes record = event.before;
     state_.now = trace_.now();
     result = ExecuteCommand(state_, request.cmd, record);
+    // Required: only-flag-1-writes-back
     if (result.error == 0 && request.flag == BRMGR_FLAG_READ_BACK && !record.empty()) {
       std::memcpy(request.buf, record.data(), record.size());
       event.after = std::move(record);

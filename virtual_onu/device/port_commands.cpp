@@ -80,6 +80,7 @@ CommandResult SetVlans(DriverState& state, PortVlanTable& record) {
 }
 
 /// Counts its ports from 1, and takes 0 for the first one too. Reading changes no counter.
+// Required: counters-of-0-are-the-first-port
 CommandResult ReadCounters(DriverState& state, PortStatsRecord& record) {
   if (record.port > state.limits.uniPorts) {
     return {EINVAL, "UNI port " + std::to_string(record.port) + ", but the chip has " +

@@ -76,7 +76,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_DelIgmpVlan(uint32_t port, uint32_t vid);
 /// Sets what becomes of the tag of a port's multicast frames. When the mode changes: leaving mode 0
 /// deletes the port's strip action, also when it has none and the index is 0xFFFFFFFF; leaving mode
 /// 1 removes the multicast VLANs from the VLAN objects where they are members of them. Whether it
-/// changes or not, and both is intended: mode 0 creates a strip action, of which only the last
+/// changes or not, mode 0 creates a strip action, of which only the last
 /// index is kept, and mode 1 adds the multicast VLANs to the VLAN objects where they are to be
 /// members, so that a port that was in it gets one more reference on its LAN objects. Groups that
 /// are forwarded keep the action that they have.
@@ -190,7 +190,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* r
 /// where the bit is clear and the port has it, as BCM6838X_DelMulticastMacAddr does, and adds it
 /// where the bit is set, the port does not have it and there is a free slot, as
 /// BCM6838X_AddMulticastMacAddr does, but for the line on standard output. One record serves all
-/// ports, which is intended: the channel index of a port that was removed is sent with the creates
+/// ports: the channel index of a port that was removed is sent with the creates
 /// after it, which otherwise carry 0xFFFFFFFF, and a port in multicast VLAN mode 2 without a
 /// matching rule gets the VLAN action of the port before it that was changed. The index that a
 /// create returns goes into the port's slot alone, and 0xFFFFFFFF when it fails.

@@ -144,7 +144,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_DelLanVlan(uint32_t port, uint32_t vid);
 
 /// Takes references on the shared downstream flow of a VID and tag count; the first user creates
 /// it, in class 1 or, for any VID, in class 0. When 256 flows are shared already, the flow is
-/// created all the same but not recorded, which is intended: nothing deletes it.
+/// created all the same but not recorded, and nothing deletes it.
 ///
 /// @par Sends
 /// BRMGR_CMD_FLOW_ADD for a flow that is not shared yet.

@@ -40,7 +40,7 @@ BCM6838X_BEGIN_DECLS
 /// each priority, of single- and of double-tagged ones, which go to the queue of their priority;
 /// downstream references on the flows of any VID: one of untagged, eight each of single- and
 /// double-tagged frames. The references for tagged frames are taken only when the flow of priority
-/// 7 succeeds, which is intended. The port's data path is made transparent, and in multicast VLAN
+/// 7 succeeds. The port's data path is made transparent, and in multicast VLAN
 /// mode 1 the port's multicast VLANs are taken out of the VLAN objects.
 ///
 /// @par Sends
@@ -120,9 +120,8 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsTag(uint32_t port, uint32_t vid, uint32_t 
 
 /// ZTE trunk mode: frames of the listed VLANs pass with their tag. Upstream eight flows a VLAN, one
 /// for each priority, which is their queue; with each of them that succeeds the VLAN is added to
-/// the WAN and LAN objects again, which is intended. Downstream eight references on the flow of the
-/// VLAN, taken only when the flow of priority 7 succeeds, which is intended. A VID that stands in
-/// the list twice is built twice.
+/// the WAN and LAN objects again. Downstream eight references on the flow of the VLAN, taken only
+/// when the flow of priority 7 succeeds. A VID that stands in the list twice is built twice.
 ///
 /// @par Sends
 /// BRMGR_CMD_FLOW_ADD.
@@ -197,7 +196,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsHybrid(uint32_t port, uint32_t pvid, uint3
 /// each priority, which is their queue; they share an action that replaces VID and priority, and
 /// with each of them that succeeds the pair is added to the WAN and LAN objects again. Downstream,
 /// only when the flow of priority 7 succeeds, eight references on the flow of the network VID and
-/// on an action, attached to the port, which also carries the network VID; all of this is intended.
+/// on an action, attached to the port, which also carries the network VID.
 ///
 /// @par Sends
 /// BRMGR_CMD_VLAN_ACTION_ADD, BRMGR_CMD_FLOW_ADD; BRMGR_CMD_VLAN_ACTION_DEL when flows are refused.
@@ -277,7 +276,7 @@ BCM6838X_EXPORT int32_t BCM6838X_DelUsZTEStacking(uint32_t port, uint32_t pvid, 
 
 /// BDCOM stacking: the port is an access port of its PVID, as in tag mode, and the customer VLANs
 /// of the list are carried inside the tag of their service VLAN. Upstream one flow an entry, of
-/// priority 0 and queue 0, which is intended; downstream a reference on the service VLAN's flow of
+/// priority 0 and queue 0; downstream a reference on the service VLAN's flow of
 /// double-tagged frames, and a port action that removes the outer tag. The pair is added to the WAN
 /// and LAN objects before the flow is tried. Of `cvid` only the low 12 bits are the VID, although
 /// all of them count when it is held against 0: 0x1001 builds VID 1, and 0x1000 builds VID 0, which
@@ -301,7 +300,7 @@ BCM6838X_EXPORT int32_t BCM6838X_AddUsBDCOMStacking(uint32_t port, uint32_t pvid
 /// Ends BDCOM stacking: for each entry that takes part, deletes the flow of the first slot of its
 /// customer VID with its action, and gives the downstream reference and the VIDs of the objects
 /// back; then the flow of untagged frames as BCM6838X_DelUsHybrid. The port action is sought at the
-/// flow of the customer VID, so that it stays where the service VID is another, which is intended.
+/// flow of the customer VID, so that it stays where the service VID is another.
 /// For customer VID 0 the first slot that compares no VID is meant: that of the untagged flow, or a
 /// free one, whose indexes of 0 are deleted like any others.
 ///

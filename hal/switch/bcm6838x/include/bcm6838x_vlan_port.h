@@ -168,7 +168,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_SetBdcomStacking(uint32_t port);
 
 /// Makes the current configuration of a port effective, whether it has changed or not: takes the
 /// port administratively down (BCM6838X_SetPortAdminState), removes its rules, creates them anew,
-/// takes the port up, whatever its state was, which is intended, and commits.
+/// takes the port up, whatever its state was, and commits.
 ///
 /// @par Sends
 /// BRMGR_CMD_PORT_ADMIN before and after, for ports 1..5; what the builders of the applied and of
@@ -286,7 +286,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_DelVlanTranslation(const PortVlanTransEntry* r
 /// in it and those for which it has no room (512 entries), and sets `stackingEnable` to 1 when it
 /// has stored one; creates the port's rules (BCM6838X_RebuildVlanRule) without removing the earlier
 /// ones first, so that in BDCOM stacking mode the rules of earlier entries are created a second
-/// time, which is intended; commits. The range has cvidEnd - cvidStart + 1 VIDs, the difference
+/// time; commits. The range has cvidEnd - cvidStart + 1 VIDs, the difference
 /// being taken as an unsigned word: an end below the start fills the list.
 ///
 /// @par Sends
@@ -304,7 +304,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_AddVlanStacking(PortVlanStackRange* req);
 /// Removes a port's rules (BCM6838X_ClearVlanRule), takes the customer VIDs of the first half of a
 /// range out of its stacking list, creates the rules anew (BCM6838X_RebuildVlanRule) and commits.
 /// Of d = cvidEnd - cvidStart, taken as an unsigned word, d / 2 + 1 VIDs are taken out, and 2^31 +
-/// 1 when d is 0, each where it stands first; this is intended. VIDs that are not in the list
+/// 1 when d is 0, each where it stands first. VIDs that are not in the list
 /// change nothing. When it has no entry left, `stackingEnable` becomes 0.
 ///
 /// @par Sends

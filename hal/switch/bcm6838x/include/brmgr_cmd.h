@@ -7,6 +7,7 @@
 /// The only ioctl request of the device. In the target's encoding: read and write, size 4, type
 /// 'E', number 1. The size field says 4 although the request record is larger; the driver ignores
 /// it.
+// Required: ioctl-number-says-4-bytes
 #define BRMGR_IOCTL_REQUEST 0xc0044501U
 
 /// Record length of a command whose length depends on its payload.

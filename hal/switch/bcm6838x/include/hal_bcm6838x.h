@@ -220,7 +220,7 @@ BCM6838X_EXPORT uint32_t BCM6838X_AddVlanTag(uint8_t* frame, uint32_t* size, uin
 /// port, or downstream, when there is none, that of the destination port. The rule may add, rewrite
 /// or remove the outer tag. Reads the port's record of the configuration as last set. The lists of
 /// the record are searched by the VID, not by the port, and free entries, whose VID is 0, are
-/// searched too: an untagged frame meets them, which is intended. Sends nothing.
+/// searched too: an untagged frame meets them. Sends nothing.
 ///
 /// @par Logs
 /// - "CTC mode : PORTCFG_CTCMODE_NONE" when the port's mode is none that is known;

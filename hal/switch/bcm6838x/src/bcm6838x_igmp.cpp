@@ -26,6 +26,7 @@ uint32_t BCM6838X_InitIgmp(void) {
     }
     for (McastVlanTrans& rule : info.mcastVlanTrans) {
       rule.mvlan = kNoMcastVlan;
+      // Required: mcast-rules-start-with-action-0
       rule.iptvVlan = kNoMcastVlan;
     }
   }

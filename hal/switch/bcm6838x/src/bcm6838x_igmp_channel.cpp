@@ -100,6 +100,7 @@ uint32_t CreateInSlot(uint16_t slot, const McastGroupRequest& request, McastGrou
   McastGroupEntry record = entry;
   const uint32_t result = Send<BRMGR_CMD_MCAST_ADD>(record);
   entry.channelIndex = result == BCM6838X_OK ? record.channelIndex : BRMGR_INDEX_NONE;
+  // Required: refused-group-takes-slot
   FillSlot(slot, request, entry);
   return result;
 }
@@ -108,6 +109,7 @@ uint32_t CreateInSlot(uint16_t slot, const McastGroupRequest& request, McastGrou
 void RemoveFrom(uint32_t uni, uint16_t slot, const McastGroupRequest& request,
                 McastGroupEntry& entry) {
   DirectTo(uni, request, entry);
+  // Required: group-modify-keeps-deleted-index
   entry.channelIndex = g_mcastChannelInfo[slot].channelIndex;
   McastGroupEntry record = entry;
   Send<BRMGR_CMD_MCAST_DEL>(record);
@@ -162,6 +164,7 @@ uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
     return BCM6838X_INVALID;
   }
   McastGroupEntry entry = MakeEntry(*request);
+  // Required: group-add-twice-takes-two-slots
   const uint16_t slot = BCM6838X_FindUnuseMcastChanSlot();
   const uint32_t uni = FirstPortOf(*request);
   if (slot == kNoSlot || uni == 0) {
@@ -171,6 +174,7 @@ uint32_t BCM6838X_AddMulticastMacAddr(const McastGroupRequest* request) {
   DirectTo(uni, *request, entry);
   const uint32_t result = CreateInSlot(slot, *request, entry);
   if (result != BCM6838X_OK) {
+    // Required: group-modify-silent-on-console
     printf("%s(%d) create igmp entry failed for port=%d \r\n", __func__, __LINE__, AsInt(uni));
   }
   LogAdd(entry, slot, result);
@@ -182,8 +186,7 @@ uint32_t BCM6838X_ModifyMulticastMacAddr(const McastGroupRequest* request) {
     return BCM6838X_INVALID;
   }
   uint32_t result = BCM6838X_OK;
-  // One record serves the whole walk: the index of a delete is sent with the creates after it, and
-  // a port without a matching rule gets the action of the port before it. This is intended.
+  // One record serves the whole walk.
   McastGroupEntry entry = MakeEntry(*request);
   for (const uint32_t uni : EthPortsInTables()) {
     const uint16_t slot = FindSlot(*request, uni);

@@ -28,9 +28,10 @@ void PrintDigits(const uint8_t* bytes, uint32_t count) {
   }
 }
 
-/// The bytes of one row as characters. That 128 counts as one is intended.
+/// The bytes of one row as characters.
 void PrintCharacters(const uint8_t* bytes, uint32_t count) {
   constexpr uint8_t kFirst = 32;
+  // Required: hex-prints-128
   constexpr uint8_t kLast = 128;
   for (uint32_t column = 0; column < count; ++column) {
     const uint8_t byte = bytes[column];
@@ -49,7 +50,7 @@ void BCM6838X_PrintHex(const void* buffer, uint32_t length) {
       "\r\n%08X  00 01 02 03 04 05 06 07   08 09 0A 0B 0C 0D 0E 0F ; ASCII [%ld bytes]\r\n"
       "------------------------------------------------------------------------------\r\n",
       static_cast<uint32_t>(reinterpret_cast<uintptr_t>(buffer)), AsLong(length));
-  // One row more than there are whole ones, also when nothing is left for it, which is intended.
+  // Required: hex-ends-with-blank-row
   for (uint32_t row = 0; row <= length / kRowBytes; ++row) {
     const uint32_t offset = row * kRowBytes;
     const uint32_t count = length - offset < kRowBytes ? length - offset : kRowBytes;

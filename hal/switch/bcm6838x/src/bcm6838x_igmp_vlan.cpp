@@ -91,6 +91,7 @@ void ForEachKeptVlan(uint32_t uni, void (*change)(uint32_t, uint16_t)) {
 
 /// Creates a downstream VLAN action outside the pool. `index` is what the record then holds, none
 /// when the driver refused.
+// Required: mcast-actions-without-tpid
 uint32_t CreateAction(uint32_t cmd, uint16_t vid, uint32_t& index) {
   VlanActionRule record = BeginAction(BRMGR_DIR_DOWNSTREAM, cmd);
   record.tag[0].vid = vid;
@@ -108,6 +109,7 @@ void DeleteAction(uint32_t& index) {
 
 void LeaveMode(uint32_t uni, McastUniPortInfo& info) {
   if (info.mcastVlanMode == kMcastVlanStrip) {
+    // Required: mcast-leaving-strip-always-deletes
     DeleteAction(info.stripActionIndex);
   }
   if (IsInVlanObjects(uni, info)) {
@@ -115,8 +117,8 @@ void LeaveMode(uint32_t uni, McastUniPortInfo& info) {
   }
 }
 
-/// Done also when the port was in the mode already, which is intended: each time one more strip
-/// action is made.
+/// Done also when the port was in the mode already.
+// Required: strip-mode-again-adds-action
 uint32_t EnterMode(uint32_t uni, McastUniPortInfo& info) {
   if (info.mcastVlanMode == kMcastVlanStrip) {
     uint32_t index = BRMGR_INDEX_NONE;
@@ -151,7 +153,9 @@ uint32_t BCM6838X_AddIgmpVlan(uint32_t port, uint32_t vid) {
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: mcast-vlan-twice-takes-two-places
   uint16_t* place = FindPlace(*info, kNoMcastVlan);
+  // Required: mcast-ninth-vlan-silent
   if (place == nullptr) {
     return BCM6838X_OK;
   }
@@ -215,6 +219,7 @@ uint32_t BCM6838X_AddMulticastVlanTrans(uint32_t port, uint32_t mvlan, uint32_t 
   rule->iptvVlan = call.iptvVlan;
   BCM6838X_AddWanVlan(call.uni, call.mvlan, call.iptvVlan);
   BCM6838X_AddLanVlan(call.uni, call.iptvVlan);
+  // Required: mcast-rule-kept-without-action
   CreateAction(BRMGR_TAG_REPLACE_VID, call.iptvVlan, rule->vlanActionIndex);
   return BCM6838X_OK;
 }
@@ -225,6 +230,7 @@ uint32_t BCM6838X_DelMulticastVlanTrans(uint32_t port, uint32_t mvlan, uint32_t 
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: mcast-rule-found-by-mvlan
   McastVlanTrans* rule = FindMcastRule(*info, call.mvlan);
   if (rule == nullptr) {
     printf("%s(%d) igmp vlan translation rule(port=%d, %d->%d) not appear\r\n", __func__, __LINE__,

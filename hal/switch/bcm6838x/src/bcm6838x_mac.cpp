@@ -82,6 +82,7 @@ uint32_t BCM6838X_DelMacBind(uint32_t port, uint32_t vid, MacAddress mac) {
 }
 
 uint32_t BCM6838X_SetMacLimitMacNum(uint32_t limit) {
+  // Required: mac-limit-logs-what-was-given
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), limit=%d\r\n", AsInt(limit));
   MacLimitRecord record = {};
   record.limit = static_cast<uint16_t>(limit);

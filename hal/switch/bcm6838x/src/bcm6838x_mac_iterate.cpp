@@ -56,6 +56,7 @@ uint32_t BCM6838X_GetNextMacEntry(uint32_t* port, uint16_t* vid, uint8_t* mac, u
     return BCM6838X_INVALID;
   }
   MacEntryRecord record = {};
+  // Required: mac-walk-asks-by-address
   memcpy(record.mac, mac, sizeof(record.mac));
   ReadEntry(record, output);
   return BCM6838X_OK;

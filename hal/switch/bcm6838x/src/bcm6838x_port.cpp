@@ -24,6 +24,7 @@ PortMirrorRecord hal::g_mirror_cfg = {};
 
 namespace {
 
+// Required: port-ranges-differ
 constexpr uint32_t kMaxPort = 5;        ///< highest port of administrative state and loopback
 constexpr uint32_t kMaxSwitchPort = 4;  ///< highest port of isolation and mirroring
 
@@ -35,11 +36,13 @@ bool IsPort(uint32_t uni, uint32_t max) {
 }
 
 /// Media types of the chip vendor's tool, by negotiation mode.
+// Required: negotiation-modes-without-gigabit
 constexpr const char* kMediaTypes[] = {"10HD", "100HD", "auto", "10FD", "100FD", "auto", "auto"};
 
 constexpr uint32_t kNegModes = sizeof(kMediaTypes) / sizeof(kMediaTypes[0]);
 
 void SendIsolation(uint32_t uni, uint32_t peerPort, uint32_t isolate) {
+  // Required: isolation-word-12
   constexpr uint32_t kWord12 = 2;
   PortIsolateRecord record = {};
   record.port = DevicePort(uni);
@@ -83,6 +86,7 @@ uint32_t BCM6838X_SetPortNegMode(uint32_t port, uint32_t mode) {
     return BCM6838X_FAILED;
   }
   const uint32_t uni = UniPort(port);
+  // Required: negotiation-mode-takes-any-port
   VOS_System("ethctl eth%d media-type %s", AsInt(uni) - 1, kMediaTypes[mode]);
   if (uni < kUniPorts) {
     BCM6838X_SetPortAdminState(uni, sg_portAdminState[uni]);
@@ -109,8 +113,7 @@ uint32_t BCM6838X_SetPortIsolateMask(uint32_t port, uint32_t mask) {
   }
   for (const uint32_t peer : UniPorts{kMaxSwitchPort}) {
     const bool named = ((mask >> (peer - 1)) & 1U) != 0;
-    // A mask of 0 releases the port from all others; any other mask only adds isolation, towards
-    // the port itself too when it says so.
+    // Required: isolation-mask-only-adds
     if (mask == 0 ? peer != uni : named) {
       SendIsolation(uni, DevicePort(peer), mask == 0 ? 0 : 1);
     }
@@ -118,6 +121,7 @@ uint32_t BCM6838X_SetPortIsolateMask(uint32_t port, uint32_t mask) {
   return BCM6838X_OK;
 }
 
+// Required: learning-is-of-the-switch
 uint32_t BCM6838X_SetPortMacLearn(uint32_t /*port*/, uint32_t enable) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), enable=%d\r\n", AsInt(enable));
   MacLearnRecord record = {};
@@ -126,6 +130,7 @@ uint32_t BCM6838X_SetPortMacLearn(uint32_t /*port*/, uint32_t enable) {
   return BCM6838X_OK;
 }
 
+// Required: learning-is-of-the-switch
 uint32_t BCM6838X_SetPortLimitMacNum(uint32_t /*port*/, uint32_t limit) {
   MacLimitRecord record = {};
   record.limit = static_cast<uint16_t>(limit);
@@ -156,6 +161,7 @@ uint32_t BCM6838X_SetPortStpState(uint32_t port, uint32_t stpState) {
 
 uint32_t BCM6838X_SetPortMtu(uint32_t port, uint32_t mtu) {
   constexpr uint32_t kFirstJumboMtu = 1519;
+  // Required: jumbo-from-1519
   uint32_t value = (mtu & 0xFFFF) >= kFirstJumboMtu ? 1 : 0;
   bcm_port_jumbo_control_set(0, UniPort(port) - 1, &value);
   return BCM6838X_OK;
@@ -166,6 +172,7 @@ uint32_t BCM6838X_SetPortMirrorDestport(uint32_t port) {
   if (!IsPort(uni, kMaxSwitchPort)) {
     return BCM6838X_FAILED;
   }
+  // Required: mirror-sent-with-enable-alone
   g_mirror_cfg.destinationPort = DevicePort(uni);
   return BCM6838X_OK;
 }
@@ -183,6 +190,7 @@ uint32_t BCM6838X_SetPortMirrorMode(const uint8_t* modes) {
     if (mode == 0) {
       continue;
     }
+    // Required: mirror-any-mode-resets-selector
     g_mirror_cfg.selector = 0;
     if (mode <= kModes) {
       g_mirror_cfg.direction = kDirections[mode - 1];

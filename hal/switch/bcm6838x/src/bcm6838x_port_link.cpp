@@ -23,8 +23,8 @@ struct TypeOfBit {
   uint32_t type;
 };
 
-/// Common abilities in the order in which they are tested. That bit 9 gives half duplex at 1000
-/// Mbit/s, and comes second, is intended.
+/// Common abilities in the order in which they are tested.
+// Required: ability-bit-9-is-half-gigabit
 constexpr TypeOfBit kCommonAbilities[] = {
     {0x0100, BCM6838X_MEDIA_100_FULL}, {0x0200, BCM6838X_MEDIA_1000_HALF},
     {0x0080, BCM6838X_MEDIA_100_HALF}, {0x0040, BCM6838X_MEDIA_10_FULL},
@@ -40,9 +40,11 @@ constexpr TypeOfBit kForcedModes[] = {
 };
 
 /// Negotiation result of each media type.
+// Required: link-down-negotiates-10-half
 constexpr uint32_t kNegResults[] = {5, 2, 4, 1, 3, 0, 0};
 
 /// Bit of the advertisement register for each pause mode; other modes advertise no pause.
+// Required: pause-modes-3-to-5-advertise-none
 constexpr int32_t kPauseAdvertTable[] = {0, kMiiPause, kMiiPause, 0, 0, 0, kMiiPause};
 
 constexpr uint32_t kPauseBoth = 2;
@@ -59,6 +61,7 @@ void TypeByNegotiation(MiiPort& port, int32_t advertised, int32_t partner, uint3
     type = BCM6838X_MEDIA_1000_HALF;
     return;
   }
+  // Required: no-acknowledge-keeps-type
   if ((partner & kMiiAcknowledge) == 0) {
     return;
   }
@@ -80,6 +83,7 @@ void TypeByForcedMode(int32_t control, uint32_t& type) {
 }
 
 bool IsLinkUp(MiiPort& port) {
+  // Required: link-read-twice
   // The first read clears the latched status.
   ReadMii(port, kMiiStatus);
   return (ReadMii(port, kMiiStatus) & kMiiLinkUp) != 0;
@@ -150,6 +154,7 @@ uint32_t BCM6838X_PauseAbilitySet(uint32_t port, uint32_t mode) {
   }
   if (Negotiates(mii)) {
     const int32_t bits = mode < kModes ? kPauseAdvertTable[mode] : 0;
+    // Required: pause-written-by-two-ways
     WriteByTool(mii, kMiiAdvertisement, (ReadMii(mii, kMiiAdvertisement) & ~kMiiPause) | bits);
     const int32_t control = ReadMii(mii, kMiiControl);
     WriteMii(mii, kMiiControl, static_cast<uint16_t>(control | kMiiAutoNegotiation | kMiiRestart));
@@ -167,6 +172,7 @@ uint32_t BCM6838X_PauseAbilityGet(uint32_t port, uint32_t* mode) {
     return BCM6838X_FAILED;
   }
   if (Negotiates(mii)) {
+    // Required: pause-without-negotiation-unknown
     *mode = (ReadMii(mii, kMiiAdvertisement) & kMiiPause) != 0 ? kPauseBoth : 0;
   }
   CloseMii(mii);
@@ -178,6 +184,7 @@ uint32_t BCM6838X_SetPortFlowControl(uint32_t port, uint32_t on) {
 }
 
 int32_t BCM6838X_PhyPowerDown(uint32_t port, uint32_t down) {
+  // Required: missing-phy-is-minus-1
   constexpr int32_t kNoPhyResult = -1;
   MiiPort mii;
   switch (OpenMii(UniPort(port), mii)) {

@@ -89,9 +89,11 @@ int32_t mdio_read(int32_t socket, ifreq* ifr, int32_t phy, int32_t reg) {
   mii.phy_id = static_cast<uint16_t>(phy);
   mii.reg_num = static_cast<uint16_t>(reg);
   // The driver reads flag bits from here. The address keeps its sign: -1, no PHY, sets all of them.
+  // Required: mii-flags-of-the-address
   mii.val_out = static_cast<uint16_t>(phy >> kFlagShift);
   StoreMii(mii, *ifr);
   if (ioctl(socket, SIOCGMIIREG, ifr) < 0) {
+    // Required: failed-mii-read-is-0
     PrintFailure("SIOCGMIIREG", *ifr);
     return 0;
   }

@@ -70,6 +70,7 @@ void Subtract(uint32_t current, uint32_t baseline, uint32_t& out) {
 
 /// The 64-bit difference of two 32-bit counters.
 void Subtract(uint32_t current, uint32_t baseline, Counter64& out) {
+  // Required: octets-borrow
   out.high = baseline > current ? UINT32_MAX : 0;
   out.low = current - baseline;
 }
@@ -95,6 +96,7 @@ uint32_t GetCounter(const char* function, const Counter& counter, uint32_t port,
 }
 
 /// Fills all words of the entry but the last, which stays the caller's.
+// Required: statistics-last-word-untouched
 void FillEntry(const PortStatsRecord& record, PortStatisticsEntry& entry) {
   for (const Counter& counter : kCounters) {
     entry.*counter.entryField = ValueOf(counter, record);

@@ -27,8 +27,8 @@ bool IsInstallable(const QosClassRule& rule) {
          rule.fieldCount <= BCM6838X_QOS_CONDITIONS;
 }
 
-/// Any type but that of access control re-marks, also one that is not known.
 bool Remarks(const QosClassRule& rule) {
+  // Required: unknown-rule-type-remarks
   return rule.ruleType != BCM6838X_QOS_RULE_ACL;
 }
 
@@ -48,6 +48,7 @@ IngressClassCfg MakeClass(const QosClassRule& rule) {
 IngressFlowRule MakeFlow(const QosClassRule& rule) {
   IngressFlowRule record = BeginFlow(BRMGR_DIR_UPSTREAM, 0, 0);
   record.ingressPort = BCM6838X_StreamPortIndexUniToRdpa(rule.port);
+  // Required: rules-take-single-tagged-frames
   record.vlanNum = 1;
   return record;
 }
@@ -59,6 +60,7 @@ constexpr char kFieldIgnored[] =
 /// Adds the keys of the rule's conditions to its class and flow.
 void AddKeys(const QosClassRule& rule, IngressClassCfg& ingressClass, IngressFlowRule& flow) {
   for (size_t i = 0; i < rule.fieldCount; ++i) {
+    // Required: other-operators-skipped
     if (rule.op[i] != BCM6838X_QOS_OPERATOR_EQUAL) {
       continue;
     }
@@ -98,6 +100,7 @@ uint32_t AddResult(const QosClassRule& rule, IngressFlowRule& flow) {
     flow.remark = 1;
     flow.remarkPriority = rule.priority;
     flow.forward = BRMGR_FORWARD_PASS;
+    // Required: rule-queue-is-its-priority
     flow.queue = rule.priority;
   }
   return result;
@@ -139,6 +142,7 @@ uint32_t UndoAction(const QosClassRule& rule, uint32_t result) {
 /// Undoes the rule's class, then its VLAN action, in the same way.
 uint32_t UndoClass(const QosClassRule& rule) {
   const size_t entry = EntryOf(rule);
+  // Required: failed-undo-stays-on-record
   const uint32_t deleted = DeleteClass(entry);
   if (deleted == BCM6838X_OK) {
     sg_QosClassificationICEntry[entry] = kNoQosObject;
@@ -146,8 +150,7 @@ uint32_t UndoClass(const QosClassRule& rule) {
   return UndoAction(rule, deleted);
 }
 
-/// Creates the class and then the flow in it. That the result of a failure is that of the undoing
-/// is intended.
+/// Creates the class and then the flow in it.
 uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, IngressFlowRule& flow) {
   const size_t entry = EntryOf(rule);
   uint32_t result = Send<BRMGR_CMD_IC_CREATE>(ingressClass);
@@ -164,6 +167,7 @@ uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, Ingres
     return result;
   }
   sg_QosClassificationFlowEntry[entry] = AsInt(flow.flowIndex);
+  // Required: log-precedunce
   HAL_LOG(LOG_LEVEL_TRACE,
           "port = %d, ruleType = %d, precedunce = %d, icindex = %d, flowIndex = %d\r\n", rule.port,
           AsInt(rule.ruleType), rule.precedence, AsInt(flow.icIndex), AsInt(flow.flowIndex));
@@ -185,9 +189,10 @@ void RemoveRule(size_t entry) {
   }
   ingressClass = kNoQosObject;
   if (action >= 0 && DeleteAction(entry) != BCM6838X_OK) {
-    // Names the class, not the action, which is intended.
+    // Required: log-action-named-by-class
     HAL_LOG(LOG_LEVEL_TRACE, "Failed to delete vlanaction %d\r\n", icIndex);
   }
+  // Required: apply-forgets-what-stays
   action = kNoQosObject;
 }
 
@@ -220,8 +225,10 @@ uint32_t BCM6838X_ApplyQosClassification(const QosClassRuleSet* set) {
     return BCM6838X_OK;
   }
   ListQosRules(*set);
+  // Required: set-removes-by-its-port
   RemoveRules(set->port);
   for (const QosClassRule& rule : set->rule) {
+    // Required: set-goes-on-and-succeeds
     if (rule.precedence != 0) {
       BCM6838X_AddQosClassificationRule(&rule);
     }

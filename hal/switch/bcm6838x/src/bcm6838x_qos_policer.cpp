@@ -1,7 +1,6 @@
 /// @file
 /// What limits the traffic of a port: upstream policer with the line rate, downstream rate limit;
-/// and the map from DSCP to priority. That these operations return 0 also when they refuse their
-/// input is intended.
+/// and the map from DSCP to priority.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -29,13 +28,15 @@ constexpr uint32_t kBitsPerUnit = 1000;
 constexpr uint32_t kLineRates[] = {1000000000, 1000000000, 100000000,
                                    100000000,  10000000,   10000000};
 
-/// The subtraction wraps, so that 0 is in range.
+// Required: policer-rate-0-in-range
 bool IsRateInRange(uint32_t cir) {
   constexpr uint32_t kMinRate = 64000;
+  // Required: policer-rate-wraps
   return cir * kBitsPerUnit - 1 >= kMinRate - 1;
 }
 
 void SendPolicer(uint32_t port, uint32_t cir) {
+  // Required: policer-burst-fixed
   constexpr uint32_t kBurst = 501536;
   PolicerCfg record = {};
   record.rate = cir * kBitsPerUnit;
@@ -54,6 +55,7 @@ void SendPolicerDelete(uint32_t port) {
 /// Sets the policer, or removes it when `cir` is 0. One that is set is deleted in either case.
 void SetPolicer(uint32_t port, uint32_t cir) {
   uint32_t& installed = g_portPolicerCfg[port - 1];
+  // Required: policer-made-anew
   if (installed != 0) {
     SendPolicerDelete(port);
   }
@@ -75,10 +77,12 @@ void ReportLineRate(uint32_t port) {
 
 }  // namespace
 
+// Required: limits-succeed
 uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
   if (HAL_IS_NULL(cfg)) {
     return BCM6838X_OK;
   }
+  // Required: policer-logs-ebs-first
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d) port=%d, cir = %d, ebs = %d, cbs = %d\r\n",
                AsInt(cfg->port), AsInt(cfg->cir), AsInt(cfg->ebs), AsInt(cfg->cbs));
   if (!IsRateInRange(cfg->cir)) {
@@ -88,7 +92,8 @@ uint32_t BCM6838X_SetQosUsPolicer(const QosUsPolicerCfg* cfg) {
   } else {
     SetPolicer(cfg->port, cfg->cir);
   }
-  ReportLineRate(cfg->port);  // whatever became of the policer
+  // Required: refused-rate-still-reports-line
+  ReportLineRate(cfg->port);
   return BCM6838X_OK;
 }
 
@@ -96,6 +101,7 @@ uint32_t BCM6838X_SetQosDsRateLimit(const QosDsRateLimitCfg* cfg) {
   if (HAL_IS_NULL(cfg)) {
     return BCM6838X_OK;
   }
+  // Required: ds-limit-index-from-0
   DsRateLimitRecord record = {cfg->port + 1, cfg->rate * kBitsPerUnit};
   Send<BRMGR_CMD_DS_RATE_LIMIT>(record);
   return BCM6838X_OK;

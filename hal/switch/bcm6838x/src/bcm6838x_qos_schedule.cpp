@@ -25,6 +25,7 @@ constexpr uint32_t kQueuesOfBank = 8;
 uint32_t sg_QosServiceSlaSchedulingScheme = 0;
 
 /// Re-marking rules alone have all three objects; access-control rules are not moved.
+// Required: schedule-moves-remarking-alone
 bool HasAllObjects(size_t entry) {
   return sg_QosClassificationVlanEntry[entry] != kNoQosObject &&
          sg_QosClassificationICEntry[entry] != kNoQosObject &&
@@ -42,6 +43,7 @@ bool TakeFlow(size_t entry, IngressFlowRule& flow) {
 }
 
 /// Makes a flow that was read back ready to be added again; its keys stay.
+// Required: schedule-sends-result-anew
 void Prepare(IngressFlowRule& flow, uint32_t port, size_t entry) {
   flow.dir = BRMGR_DIR_UPSTREAM;
   flow.icIndex = static_cast<uint32_t>(sg_QosClassificationICEntry[entry]);
@@ -62,6 +64,7 @@ void MoveFlow(uint32_t port, size_t entry, uint32_t delta) {
   if (!TakeFlow(entry, flow)) {
     return;
   }
+  // Required: schedule-loses-refused-flow
   sg_QosClassificationFlowEntry[entry] = kNoQosObject;
   flow.queue += delta;
   Prepare(flow, port, entry);
@@ -105,6 +108,7 @@ uint32_t BCM6838X_SetQosSchedule(uint32_t scheme) {
       }
     }
   }
+  // Required: schedule-stored-whatever-failed
   sg_QosServiceSlaSchedulingScheme = scheme;
   return BCM6838X_OK;
 }

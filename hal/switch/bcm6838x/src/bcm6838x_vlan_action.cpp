@@ -61,7 +61,7 @@ void DeleteFromDevice(VlanActionEntry& entry, const char* function) {
     entry = {};
     return;
   }
-  // The slot stays, so that a later add of the same content uses the device object again.
+  // Required: action-refused-delete-stays
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "[%s %d] delete %s vlanAction %d error\r\n",
              DirectionName(entry.rule.dir), AsInt(entry.rule.vlanActionIndex));
 }
@@ -73,6 +73,7 @@ int32_t BCM6838X_AddVlanAction(VlanActionRule rule, uint32_t count) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, add vlan action cmd %u vid[0]=%lu vid[1]=%lu  dir=%s\r\n",
                rule.cmd, AsUnsignedLong(rule.tag[0].vid), AsUnsignedLong(rule.tag[1].vid),
                DirectionName(rule.dir));
+  // Required: action-needs-tpid
   if (!HasTpid(rule)) {
     HAL_LOG_HERE(LOG_LEVEL_TRACE, "[%s %d] tpid is 0\r\n");
     return kNoAction;
@@ -83,6 +84,7 @@ int32_t BCM6838X_AddVlanAction(VlanActionRule rule, uint32_t count) {
     return AsInt(pooled->rule.vlanActionIndex);
   }
   VlanActionEntry* free = FindFree();
+  // Required: action-pool-full-silent
   if (free == nullptr) {
     return kNoAction;
   }
@@ -116,8 +118,8 @@ uint32_t BCM6838X_DelVlanAction(VlanActionRule rule) {
   if (entry == nullptr) {
     return BCM6838X_OK;
   }
-  // Not guarded at zero: the count wraps and the action then stays, which is intended. A free slot,
-  // whose words are all zero, can be met here too.
+  // The entry may be a free slot.
+  // Required: action-count-wraps
   --entry->refCount;
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, del vlan action num %d\r\n", AsInt(entry->refCount));
   if (HasTpid(entry->rule) && entry->refCount == 0 &&

@@ -30,8 +30,7 @@ void CreateDefaultAction() {
   }
 }
 
-/// Records of ports that the unit does not have stay as they are: all zero,
-/// which is intended.
+// Required: missing-ports-have-mode-0
 void ResetConfig() {
   for (const uint32_t uni : EthPortsInTables()) {
     g_PortVlanInfo[uni - 1] = {};

@@ -28,7 +28,7 @@ uint32_t PortBit(uint32_t port) {
   return 1U << ((port - 1) & 31U);
 }
 
-/// Moves the VID and the members of a record; what else a record holds stays in its place.
+// Required: vlan-attributes-stay
 void Move(const VlanEntry& from, VlanEntry& to) {
   to.vid = from.vid;
   to.portMask = from.portMask;
@@ -50,8 +50,7 @@ void InsertEntry(size_t index, uint16_t vid, uint32_t portMask) {
   g_vlanEntry[index].portMask = portMask;
 }
 
-/// Takes a port out of the VLAN whose member it is. A record that moves into a freed place is not
-/// looked at again, which is intended.
+/// Takes a port out of the VLAN whose member it is.
 void LeaveVlan(uint32_t portBit) {
   for (size_t i = 0; i < g_vlanEntryCnt; ++i) {
     VlanEntry& entry = g_vlanEntry[i];
@@ -60,6 +59,7 @@ void LeaveVlan(uint32_t portBit) {
     }
     entry.portMask &= ~portBit;
     if (entry.portMask == 0) {
+      // Required: moved-vlan-entry-skipped
       RemoveEntry(i);
     }
   }
@@ -87,6 +87,7 @@ void Report(const VlanEntry& entry, uint16_t* vid, uint32_t* portMask, uint32_t*
 /// Priority 7 and a VID, as the driver takes the tag of the unit's own traffic.
 uint16_t IphostTci(uint32_t vid) {
   constexpr uint32_t kHighestPriority = 0xE000;
+  // Required: iphost-tag-takes-16-bits
   return static_cast<uint16_t>(vid | kHighestPriority);
 }
 
@@ -99,7 +100,7 @@ uint32_t SendIphostTci(Command<IphostVlanRecord> command, uint16_t tci) {
 }  // namespace
 
 uint32_t BCM6838X_SetVlanEntry(uint32_t port, uint32_t vid) {
-  // Even a port that only moves between existing VLANs is refused, which is intended.
+  // Required: full-vlan-table-refuses-moves
   if (g_vlanEntryCnt >= kVlanEntries) {
     return BCM6838X_FAILED;
   }
@@ -109,6 +110,7 @@ uint32_t BCM6838X_SetVlanEntry(uint32_t port, uint32_t vid) {
   return BCM6838X_OK;
 }
 
+// Required: unknown-vlan-leaves-outputs
 uint32_t BCM6838X_GetVlanPorts(uint32_t vid, uint32_t* portMask, uint32_t* extra) {
   if (IsAnyNull(portMask, extra)) {
     return BCM6838X_INVALID;
@@ -130,7 +132,8 @@ uint32_t BCM6838X_GetFirstVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t*
   if (g_vlanEntryCnt == 0) {
     return BCM6838X_END;
   }
-  Report(g_vlanEntry[0], vid, portMask, attr);  // the walk's place stays, which is intended
+  // Required: vlan-walk-keeps-its-place
+  Report(g_vlanEntry[0], vid, portMask, attr);
   return BCM6838X_OK;
 }
 
@@ -140,6 +143,7 @@ uint32_t BCM6838X_GetNextVlanEntry(uint16_t* vid, uint32_t* portMask, uint32_t* 
   }
   ++g_vlanEntryGetCnt;
   if (g_vlanEntryGetCnt >= g_vlanEntryCnt) {
+    // Required: vlan-walk-restarts-at-the-second
     g_vlanEntryGetCnt = 0;
     return BCM6838X_END;
   }
@@ -163,6 +167,7 @@ uint32_t BCM6838X_DelIphostVlan(uint32_t vid) {
   return BCM6838X_OK;
 }
 
+// Required: add-vlan-does-nothing
 uint32_t BCM6838X_AddVlan(uint32_t /*vid*/, ...) {
   return BCM6838X_OK;
 }

@@ -57,6 +57,7 @@ struct ResultWords {
 };
 
 constexpr ResultWords kNormalWords = {0, 0};
+// Required: performance-flow-words
 constexpr ResultWords kPerformanceWords = {1, 2};
 
 IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
@@ -69,8 +70,6 @@ IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
 }
 
 /// Keeps a created flow: its key, class and indexes, and of the results those that the table knows.
-/// Without a free entry the flow stays in the device unrecorded, which is
-/// intended.
 int32_t RecordFlow(const IngressFlowRule& flow, const FlowKey& key, uint16_t references) {
   IngressFlowEntry* entry = FirstOf(
       g_dsIngressClass, [](const IngressFlowEntry& candidate) { return candidate.outerVid == 0; });
@@ -132,6 +131,7 @@ uint32_t BCM6838X_DelDsIngressClass(uint32_t vid, uint32_t vlanNum) {
   if (entry == nullptr) {
     return BCM6838X_OK;
   }
+  // Required: flow-count-wraps
   --entry->refCount;
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, del IC num %d\r\n", AsInt(entry->refCount));
   if (entry->refCount != 0) {
@@ -142,7 +142,7 @@ uint32_t BCM6838X_DelDsIngressClass(uint32_t vid, uint32_t vlanNum) {
     HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, delete ds icIndex=%ld flowIndex=%ld error\r\n",
                  AsLong(ClassOf(key)), AsLong(entry->flowIndex));
   }
-  // A flow whose delete was refused is forgotten all the same.
+  // Required: flow-refused-delete-forgotten
   *entry = {};
   return BCM6838X_OK;
 }

@@ -65,6 +65,7 @@ extern uint32_t g_dsVlanAction;
 /// Number of a UNI port's LAN object; boards may number them in reverse.
 inline uint32_t LanIndex(uint32_t port) {
   constexpr uint32_t kReverseBase = 5;
+  // Required: lan-number-wraps
   return (g_PortRevert != 0 ? (kReverseBase - port) & 0xFF : port) - 1;
 }
 

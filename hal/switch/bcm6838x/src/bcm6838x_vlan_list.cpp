@@ -21,6 +21,7 @@ bool Same(const PortVlanTrunkEntry& a, const PortVlanTrunkEntry& b) {
   return a.port == b.port && a.vid == b.vid;
 }
 
+// Required: translation-compares-all-fields
 bool Same(const PortVlanTransEntry& a, const PortVlanTransEntry& b) {
   return a.port == b.port && a.dsPriority == b.dsPriority && a.localVid == b.localVid &&
          a.usPriority == b.usPriority && a.netVid == b.netVid;
@@ -29,6 +30,7 @@ bool Same(const PortVlanTransEntry& a, const PortVlanTransEntry& b) {
 // What is stored of an entry: its fields without the reserved bytes.
 
 PortVlanTrunkEntry FieldsOf(const PortVlanTrunkEntry& entry) {
+  // Required: list-reserved-bytes-zero
   return {entry.port, 0, entry.vid};
 }
 
@@ -54,7 +56,7 @@ Entry* Find(Entry (&list)[kVlanListEntries], const Entry& wanted) {
   return FirstOf(list, [&](const Entry& entry) { return Same(entry, wanted); });
 }
 
-/// Adds an entry, unless it is in the list, and commits, also when there is no room for it.
+/// Adds an entry, unless it is in the list, and commits.
 template <typename Entry>
 uint32_t Add(const char* function, const Entry& req) {
   PortVlanInfo* info = FindVlanInfo(function, req.port);
@@ -65,6 +67,7 @@ uint32_t Add(const char* function, const Entry& req) {
   if (Find(list, req) != nullptr) {
     return BCM6838X_OK;
   }
+  // Required: list-full-drops-and-commits
   if (Entry* free = Find(list, Entry{})) {
     *free = FieldsOf(req);
   }
@@ -72,15 +75,16 @@ uint32_t Add(const char* function, const Entry& req) {
   return BCM6838X_OK;
 }
 
-/// Deletes the first entry like the request. Intended not to commit: the applied configuration
-/// keeps the entry, by which the next clear removes its rules.
+/// Deletes the first entry like the request.
 template <typename Entry>
+// Required: list-delete-no-commit
 uint32_t Delete(const char* function, const Entry& req) {
   PortVlanInfo* info = FindVlanInfo(function, req.port);
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
   if (Entry* found = Find(ListOf(*info, req), req)) {
+    // Required: list-keeps-its-holes
     *found = {};
   }
   return BCM6838X_OK;

@@ -33,10 +33,12 @@ CvidRange RangeToAdd(const PortVlanStackRange& req) {
 
 /// A delete stops behind round r, counted from 1, when d - r < r, where d is the range's last
 /// offset and the difference an unsigned word: after d / 2 + 1 rounds, and for d of 0, where the
-/// difference wraps in the first round, after 2^31 + 1. This is intended.
+/// difference wraps in the first round, after 2^31 + 1.
+// Required: stacking-delete-of-one-wraps
 CvidRange RangeToDelete(const PortVlanStackRange& req) {
   constexpr uint32_t kHalfOfAll = 0x80000000U;
   const uint32_t difference = req.cvidEnd - req.cvidStart;
+  // Required: stacking-delete-takes-half
   return {req.cvidStart, difference == 0 ? kHalfOfAll : difference / 2};
 }
 
@@ -137,8 +139,9 @@ uint32_t BCM6838X_AddVlanStacking(PortVlanStackRange* req) {
     return BCM6838X_FAILED;
   }
   AddRange(*info, *req);
+  // Required: stacking-request-start-advanced
   req->cvidStart = req->cvidEnd + 1U;
-  // Without a clear first, which is intended: rules of earlier entries are created a second time.
+  // Required: stacking-add-without-clear
   BCM6838X_RebuildVlanRule(req->port);
   CommitVlanConfig();
   return BCM6838X_OK;
@@ -154,6 +157,7 @@ uint32_t BCM6838X_DelVlanStacking(PortVlanStackRange* req) {
   }
   BCM6838X_ClearVlanRule(req->port);
   DeleteRange(*info, *req);
+  // Required: stacking-request-start-advanced
   req->cvidStart += RangeToDelete(*req).last + 1;
   BCM6838X_RebuildVlanRule(req->port);
   if (IsEmpty(*info)) {

@@ -47,7 +47,7 @@ int32_t BCM6838X_AddUsTransparent_Perf(uint32_t port) {
     return call.result;
   }
   OpenPort(call);
-  // The class of performance mode compares the port alone, so that this flow meets every frame.
+  // Required: performance-transparent-one-flow
   if (AddUsFlow(call, UntaggedFlow(0))) {
     BCM6838X_AddDsIngressClass_Perf(kAnyVid, 0, 1);
   }
@@ -62,6 +62,7 @@ int32_t BCM6838X_DelUsTransparent(uint32_t port) {
   ClosePort(call);
   ForEachSlot(call, IsRecorded, [&](const IngressFlowEntry& slot) {
     if (DelUsFlow(call, slot)) {
+      // Required: reference-back-for-each-flow
       BCM6838X_DelDsIngressClass(kAnyVid, slot.vlanNum);
     }
   });
@@ -77,8 +78,7 @@ int32_t BCM6838X_AddUsTag(uint32_t port, uint32_t vid, uint32_t pbit) {
   BCM6838X_AddWanVlan(call.port, vid, kAnyVid);
   const VlanActionRule action = MakeVlanAction(kPushTagWithPriority, BRMGR_DIR_UPSTREAM, vid, pbit);
   const auto index = static_cast<uint32_t>(BCM6838X_AddVlanAction(action, 1));
-  // Unlike the other modes, a refused flow gives its action back by the index alone; that shows in
-  // the log.
+  // Required: tag-refusal-gives-action-back-by-index
   if (CreateUsFlow(call, UntaggedFlow(static_cast<uint16_t>(pbit)), UsVlanActionOf(index))) {
     BCM6838X_AddDsIngressClass(vid, 1, 1);
   }
@@ -90,6 +90,7 @@ int32_t BCM6838X_DelUsTag(uint32_t port, uint32_t vid, uint32_t /*pbit*/) {
   if (!call.isAccepted) {
     return call.result;
   }
+  // Required: tag-delete-takes-first-slot
   if (const IngressFlowEntry* slot = FindSlot(call, IsUsed)) {
     DelPvidFlow(call, *slot, vid);
   }

@@ -42,9 +42,10 @@ uint16_t CustomerVid(const PortVlanStackEntry& entry) {
   return static_cast<uint16_t>(entry.cvid & kVidMask);
 }
 
-/// Tells whether an entry of the list is built at the port. All bits of `cvid` count, although only
-/// the low 12 are the VID: 0x1000 is built, with VID 0.
+// Required: bdcom-cvid-counts-whole
+/// Tells whether an entry of the list is built at the port.
 bool IsBuilt(const UsCall& call, const PortVlanStackEntry& entry) {
+  // Required: bdcom-entry-must-name-port
   return entry.stackParam == kBuiltStackParam && entry.port == call.port && entry.cvid != 0 &&
          entry.svid != 0;
 }
@@ -56,25 +57,25 @@ void ForEachBuiltEntry(const UsCall& call, const PortVlanStackEntry* list, Visit
 }
 
 void AddStackedVlan(UsCall& call, uint16_t cvid, uint16_t svid) {
+  // Required: bdcom-objects-before-flow
   BCM6838X_AddWanVlan(call.port, svid, cvid);
   BCM6838X_AddLanVlan(call.port, cvid);
   const VlanActionRule push = MakeVlanAction(BRMGR_TAG_PUSH, BRMGR_DIR_UPSTREAM, svid, 0);
-  // One flow, of priority 0, not one for each priority: intended.
+  // Required: bdcom-one-flow-an-entry
   if (AddUsFlow(call, {kUsClassVidPriority, 1, cvid, 0, 0}, push)) {
     AddStrippedFlow(call, svid, 1);
   }
 }
 
 void DelStackedVlan(UsCall& call, uint16_t cvid, uint16_t svid) {
-  // Any slot will do, used or not: with VID 0 that is one that compares no VID.
   const IngressFlowEntry* slot =
+      // Required: bdcom-any-slot-of-the-vid
       FindSlot(call, [&](const IngressFlowEntry& each) { return each.outerVid == cvid; });
   if (slot == nullptr) {
     return;
   }
   DelUsFlowAndAction(call, *slot);
-  // Sought by the customer VID, although attached to the service VID's flow: intended, the port
-  // action stays where the two differ.
+  // Required: bdcom-detach-by-customer-vid
   DetachPortAction(call, slot->outerVid, kStackedTags);
   BCM6838X_DelDsIngressClass(svid, kStackedTags);
   BCM6838X_DelWanVlan(call.port, svid, cvid);
@@ -92,6 +93,7 @@ int32_t BCM6838X_AddUsZTEStacking(uint32_t port, uint32_t pvid, uint32_t priorit
   const VlanActionRule push =
       MakeVlanAction(kPushTagWithPriority, BRMGR_DIR_UPSTREAM, pvid, priority);
   const bool added = AddForEachPriority([&](uint8_t pbit) {
+    // Required: zte-stacking-one-outer-priority
     return AddUsFlow(call, {kUsClassPriority, 1, 0, pbit, pbit}, push);
   });
   if (added) {
@@ -113,6 +115,7 @@ int32_t BCM6838X_DelUsZTEStacking(uint32_t port, uint32_t pvid, uint32_t /*prior
   };
   ForEachSlot(call, isTagged,
               [&](const IngressFlowEntry& slot) { DelZteFlow(call, slot, pvid, kStackedTags); });
+  // Required: zte-stacking-always-releases-wan
   BCM6838X_DelWanVlan(call.port, pvid, kAnyVid);
   ClearSlots(call);
   return call.result;

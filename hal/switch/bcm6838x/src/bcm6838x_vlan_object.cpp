@@ -18,8 +18,8 @@ LanVlanEntry hal::g_lanVlan[kLanVlans] = {};
 
 namespace {
 
-/// Highest VID of a WAN or LAN object, and highest LAN VID of a WAN object. Both bounds lie one
-/// above what the log lines say, which is intended.
+/// Highest VID of a WAN or LAN object, and highest LAN VID of a WAN object.
+// Required: vid-bounds-above-their-texts
 constexpr uint32_t kMaxVid = 4095;
 constexpr uint32_t kMaxLanVid = 4096;
 
@@ -66,6 +66,7 @@ int32_t EnableLanVid(uint32_t lan, uint32_t vid, bool enable) {
 }
 
 void LogWanAdd(const char* function, const WanRequest& request) {
+  // Required: log-double-blanks
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s,%d, add wan vlan  %u  wanVid=%lu lanVid=%lu\r\n",
              request.port, AsUnsignedLong(request.wanVid), AsUnsignedLong(request.lanVid));
 }
@@ -126,14 +127,16 @@ void CreateWanObject(const char* function, const WanRequest& request) {
 
 /// Adds a LAN VID to an object that exists; the VID is dropped when the port's list is full.
 void ExtendWanObject(const char* function, WanVlanEntry& entry, const WanRequest& request) {
+  // Required: wan-object-repeat-runs-nothing
   if (FindLanVid(entry, request.port, request.lanVid) != nullptr) {
     return;
   }
+  // Required: wan-list-full-toggles
   if (uint16_t* free = FindLanVid(entry, request.port, 0)) {
     *free = request.lanVid;
   }
   LogWanAdd(function, request);
-  // Toggled, so that the chip picks the change up.
+  // Required: wan-object-toggled
   EnableWanVid(request.wanVid, false);
   EnableWanVid(request.wanVid, true);
 }
@@ -189,6 +192,7 @@ uint32_t BCM6838X_DelWanVlan(uint32_t port, uint32_t wanVid, uint32_t lanVid) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s,%d, port=%u, del wanVid=%lu lanVid=%lu ret=%d\r\n",
                request.port, AsUnsignedLong(request.wanVid), AsUnsignedLong(request.lanVid),
                result);
+  // Required: wan-delete-returns-shell-result
   return static_cast<uint32_t>(result);
 }
 
@@ -201,9 +205,11 @@ uint32_t BCM6838X_AddLanVlan(uint32_t port, uint32_t vid) {
   }
   const uint32_t lan = LanIndex(request.port);
   if (LanVlanEntry* entry = FindLanEntry(request.port, request.lanVid)) {
+    // Required: lan-objects-counted
     ++entry->refCount;
     EnableLanVid(lan, request.lanVid, false);
   } else {
+    // Required: object-table-full-succeeds
     LanVlanEntry* free = FindLanEntry(0, 0);
     if (free == nullptr) {
       return BCM6838X_OK;

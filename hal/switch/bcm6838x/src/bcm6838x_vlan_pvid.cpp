@@ -28,6 +28,7 @@ bool UsesPvid(const PortVlanInfo& info) {
 /// depend on it.
 template <typename Change>
 void ChangePort(uint32_t port, PortVlanInfo& info, Change change) {
+  // Required: pvid-of-transparent-not-sent
   const bool rebuilds = UsesPvid(info);
   if (rebuilds) {
     BCM6838X_ClearVlanRule(port);
@@ -83,6 +84,7 @@ uint32_t BCM6838X_SetPortPvid(uint32_t port, uint32_t pvid) {
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: unchanged-pvid-returns-2
   if (info->pvid == value) {
     return BCM6838X_INVALID;
   }
@@ -102,6 +104,7 @@ uint32_t BCM6838X_SetPortPriority(uint32_t port, uint32_t priority) {
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: unchanged-pvid-returns-2
   if (info->priority == value) {
     return BCM6838X_INVALID;
   }

@@ -99,6 +99,7 @@ uint32_t SetMode(const char* function, uint32_t port, uint32_t mode) {
   if (info == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: same-mode-does-nothing
   if (info->vlanMode == mode) {
     return BCM6838X_OK;
   }
@@ -127,6 +128,7 @@ uint32_t BCM6838X_ClearVlanRule(uint32_t port) {
   return BCM6838X_OK;
 }
 
+// Required: rebuild-does-not-commit
 uint32_t BCM6838X_RebuildVlanRule(uint32_t port) {
   const uint32_t uni = UniPort(port);
   const PortVlanInfo* info = FindVlanInfo(__func__, uni);
@@ -150,6 +152,7 @@ uint32_t BCM6838X_SetVlanTranslation(uint32_t port) {
   return LogAndSetMode(__func__, port, BCM6838X_VLAN_MODE_TRANSLATION);
 }
 
+// Required: trunk-setter-logs-a-comma
 uint32_t BCM6838X_SetVlanTrunk(uint32_t port) {
   const uint32_t uni = UniPort(port);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d), port=%u\r\n",
@@ -176,10 +179,11 @@ uint32_t BCM6838X_ApplyVlan(uint32_t port) {
     return BCM6838X_FAILED;
   }
   BCM6838X_SetPortAdminState(uni, 0);
+  // Required: apply-always-rebuilds
   BCM6838X_ClearVlanRule(uni);
   BCM6838X_RebuildVlanRule(uni);
-  BCM6838X_SetPortAdminState(uni,
-                             1);  // up whatever its state was, which is intended
+  // Required: apply-leaves-port-up
+  BCM6838X_SetPortAdminState(uni, 1);
   CommitVlanConfig();
   return BCM6838X_OK;
 }

@@ -33,6 +33,7 @@ IngressFlowRule MakeRule(const UsCall& call, const UsFlow& flow, uint32_t vlanAc
   rule.result104 = 1;
   rule.queue = flow.queue;
   rule.vlanActionIndex = vlanActionIndex;
+  // Required: policer-word-is-uni-port
   rule.policer = g_portPolicerCfg[call.port - 1] != 0 ? call.port : BRMGR_INDEX_NONE;
   return rule;
 }
@@ -40,6 +41,7 @@ IngressFlowRule MakeRule(const UsCall& call, const UsFlow& flow, uint32_t vlanAc
 void RecordFlow(const UsCall& call, const IngressFlowRule& rule) {
   IngressFlowEntry* free =
       FindSlot(call, [](const IngressFlowEntry& slot) { return !IsUsed(slot); });
+  // Required: full-slots-unrecorded
   if (free != nullptr) {
     *free = rule;
   }
@@ -131,6 +133,7 @@ bool hal::AddUsFlow(UsCall& call, const UsFlow& flow) {
 
 bool hal::AddUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& action) {
   VlanActionRule held = action;
+  // Required: flow-without-refused-action
   held.vlanActionIndex = static_cast<uint32_t>(BCM6838X_AddVlanAction(action, 1));
   return CreateUsFlow(call, flow, held);
 }
@@ -148,6 +151,7 @@ bool hal::DelUsFlow(UsCall& call, const IngressFlowEntry& slot) {
 
 void hal::DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
   if (HasFlow(slot)) {
+    // Required: refused-delete-gives-rest-back
     DelUsFlow(call, slot);
   }
   if (slot.vlanActionIndex != BRMGR_INDEX_NONE) {
@@ -157,6 +161,7 @@ void hal::DelUsFlowAndAction(UsCall& call, const IngressFlowEntry& slot) {
 
 uint32_t hal::AddPvidFlow(UsCall& call, uint32_t pvid, uint32_t priority) {
   const auto pbit = static_cast<uint8_t>(priority);
+  // Required: pvid-lan-vid-is-4096
   BCM6838X_AddWanVlan(call.port, pvid, kAnyVid);
   const VlanActionRule action =
       MakeVlanAction(kPushTagWithPriority, BRMGR_DIR_UPSTREAM, pvid, pbit);

@@ -156,11 +156,12 @@ void ForEachEntry(const Entry* list, Predicate takesPart, Visit visit) {
 }
 
 /// Adds a flow for each priority and tells whether the last one succeeded, whatever became of the
-/// others: the modes take their downstream references on it alone, which is intended.
+/// others.
 template <typename Add>
 bool AddForEachPriority(Add add) {
   bool added = false;
   for (uint32_t pbit = 0; pbit < kPriorities; ++pbit) {
+    // Required: last-priority-takes-references
     added = add(static_cast<uint8_t>(pbit));
   }
   return added;

@@ -17,9 +17,11 @@ using namespace hal;
 int32_t hal::sgHwDevFd = -1;
 
 uint32_t BCM6838X_Ioctl(uint32_t cmd, void* buf, uint32_t len, uint32_t flag) {
+  // Required: descriptor-0-is-not-open
   if (sgHwDevFd < 1) {
     return BCM6838X_NOT_OPEN;
   }
+  // Required: closed-device-before-code
   if (cmd >= BRMGR_CMD_LIMIT) {
     return BCM6838X_INVALID;
   }
@@ -28,6 +30,7 @@ uint32_t BCM6838X_Ioctl(uint32_t cmd, void* buf, uint32_t len, uint32_t flag) {
   if (result == 0) {
     return BCM6838X_OK;
   }
+  // Required: refusal-logs-the-return-value
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s :%d, cmd:%d err:%lu\r\n", AsInt(cmd),
                AsUnsignedLong(static_cast<uint32_t>(result)));
   return BCM6838X_REFUSED;

@@ -56,6 +56,7 @@ struct HeaderWalk {
 
 HeaderWalk WalkHeaders(FrameView frame) {
   /// Tags of these types, in this order, are skipped; their VIDs are not taken.
+  // Required: outermost-tags-in-order
   constexpr uint32_t kOutermostTags[] = {0x9200, 0x9100};
   constexpr uint32_t kMaxCustomerTags = 2;
   HeaderWalk walk = {false, 0, kTypeOffset};
@@ -66,10 +67,12 @@ HeaderWalk WalkHeaders(FrameView frame) {
   }
   uint32_t customerTags = 0;
   for (; frame.u16(walk.typeOffset) == kTypeCustomerTag; walk.typeOffset += kTagSize) {
+    // Required: third-customer-tag-drops
     if (++customerTags > kMaxCustomerTags) {
       walk.tooManyTags = true;
       return walk;
     }
+    // Required: client-told-inner-vid
     walk.vid = TagVid(frame.u16(walk.typeOffset + kTypeSize));
   }
   return walk;
@@ -112,6 +115,7 @@ uint32_t TakeMulticast(const BrmgrEvent& event) {
 void TakeBpdu(const BrmgrEvent& event) {
   BpduMsg message = {};
   message.port = event.port;
+  // Required: bpdu-cut-at-100
   message.length = event.length < kBpduSize ? event.length : kBpduSize;
   memcpy(message.frame, FrameOf(event), message.length);
   VOS_MsgSend(kStpModule, kStpReceivedBpdu, &message,
@@ -132,6 +136,7 @@ void SendMulticast(const BrmgrEvent& event) {
   }
   if (event.port != 0) {
     MakePacket(event, packet);
+    // Required: multicast-out-by-source-rule
     packet.srcPort = event.port;
     SendIfForwarded(packet);
     return;
@@ -173,6 +178,7 @@ uint32_t BCM6838X_CapturePacket(void) {
       SendMulticast(event);
       return BCM6838X_OK;
     case BRMGR_EVENT_DHCP:
+      // Required: capture-hides-relay-results
       BCM6838X_DhcpRelayHandle(&event);
       return BCM6838X_OK;
     case BRMGR_EVENT_PPPOE:

@@ -60,6 +60,7 @@ template <size_t count>
 uint32_t CreateClasses(const DefaultClass (&classes)[count]) {
   uint32_t result = BCM6838X_OK;
   for (const DefaultClass& wanted : classes) {
+    // Required: classes-return-last-result
     result = CreateClass(wanted);
   }
   return result;
@@ -77,6 +78,7 @@ void TrapUnitAddresses() {
   if (VOS_OntInfoGetMac(first, second) != 0) {
     return;
   }
+  // Required: trap-flows-downstream-first
   constexpr uint32_t kDirections[] = {BRMGR_DIR_DOWNSTREAM, BRMGR_DIR_UPSTREAM};
   for (const uint32_t dir : kDirections) {
     AddTrapFlow(dir, first);
@@ -85,9 +87,9 @@ void TrapUnitAddresses() {
 }
 
 void TrapReservedAddresses() {
-  // The bridge group address of IEEE 802.1D (7.12.3), and a second one whose last byte 0x23 is
-  // intended.
+  // The bridge group address of IEEE 802.1D (7.12.3).
   constexpr uint8_t kBridgeGroup[kMacSize] = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x00};
+  // Required: trap-second-group-23
   constexpr uint8_t kSecondGroup[kMacSize] = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x23};
   AddTrapFlow(BRMGR_DIR_UPSTREAM, kBridgeGroup);
   AddTrapFlow(BRMGR_DIR_UPSTREAM, kSecondGroup);

@@ -28,8 +28,8 @@ struct RuledFrame {
   const PortVlanInfo& port;
 };
 
-/// The first entry of a list with a match, or null. Visits free entries too: an untagged frame,
-/// whose VID is 0, finds them, which is intended.
+/// The first entry of a list with a match, or null.
+// Required: frame-rules-visit-free-entries
 template <typename Entry, typename Matches>
 const Entry* FirstMatch(const Entry (&list)[kVlanListEntries], Matches matches) {
   constexpr size_t kBlock = 64;
@@ -67,7 +67,7 @@ uint32_t PushPvid(const RuledFrame& frame) {
   return Push(frame, frame.port.pvid, frame.port.priority);
 }
 
-/// Forwarded even when the outer tag is one that cannot be removed.
+// Required: unremovable-tag-forwards
 uint32_t Pop(const RuledFrame& frame) {
   BCM6838X_RemoveVlanTag(frame.data, frame.size);
   return kForward;
@@ -80,7 +80,7 @@ uint32_t ForwardTrunkMember(const RuledFrame& frame) {
   return entry != nullptr ? kForward : kDrop;
 }
 
-/// Rewrites the tag; a frame without one is forwarded as it is.
+// Required: untranslated-frame-forwards
 uint32_t Rewrite(const RuledFrame& frame, uint32_t vid, uint32_t priority) {
   if (frame.tag.count != 0) {
     BCM6838X_TranslateVlanTag(frame.data, vid, priority);
@@ -105,6 +105,7 @@ uint32_t TranslateDownstream(const RuledFrame& frame) {
 uint32_t PushServiceTag(const RuledFrame& frame) {
   constexpr uint32_t kStacked = 2;
   const auto* const entry = FirstMatch(frame.port.stackingList, [&](const PortVlanStackEntry& one) {
+    // Required: frame-rules-ignore-list-port
     return one.cvid == frame.tag.vid && one.stackParam == kStacked;
   });
   return entry != nullptr ? Push(frame, entry->svid, 0) : kDrop;

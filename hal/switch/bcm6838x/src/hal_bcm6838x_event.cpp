@@ -37,13 +37,14 @@ void ResetToDefaults() {
 
 void ServePress(uint32_t now, MonitorState& state) {
   if (state.pressTime == 0) {
+    // Required: press-never-forgotten
     state.pressTime = now;
   } else if (now - state.pressTime >= kLongPress) {
     ResetToDefaults();
   }
 }
 
-/// A release without a press is measured from time 0, which is intended.
+// Required: release-measured-from-0
 void ServeRelease(uint32_t now, const MonitorState& state) {
   if (now - state.pressTime < kLongPress) {
     VOS_Reboot(kResetButton);
@@ -62,6 +63,7 @@ void ServeButton(const KernelMessage& message, MonitorState& state) {
   uint32_t factoryMode = 0;
   BCM6838X_sysGetFactoryMode(&factoryMode);
   if (factoryMode != 0) {
+    // Required: factory-mode-announces-alone
     AnnouncePress();
     return;
   }
@@ -87,6 +89,7 @@ void hal::ServeKernelMessage(const KernelMessage& message, MonitorState& state) 
 
 void BCM6838X_kernelEvent(void) {
   InitKernelMonitorFd();
+  // Required: monitor-descriptor-0-ends
   if (kernelMonitorFd < 1) {
     return;
   }

@@ -78,6 +78,7 @@ inline TagRead ReadTag(FrameView frame) {
   if ((type == kTypeServiceTag || type == kTypeCustomerTag) && next == kTypeCustomerTag) {
     return {2, TagVid(tci), TagPriority(tci)};
   }
+  // Required: single-88a8-is-untagged
   if (type == kTypeCustomerTag && frame.size >= kTypeOffset + kTagSize) {
     return {1, TagVid(tci), TagPriority(tci)};
   }

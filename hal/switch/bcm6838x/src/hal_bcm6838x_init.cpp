@@ -53,7 +53,7 @@ uint32_t BCM6838X_PerformanceInit(void) {
     return BCM6838X_END;
   }
   g_SwitchPerformance = 1;
-  // Consumed, so that performance mode lasts for this start only.
+  // Required: performance-marker-consumed
   unlink(kPerformanceMarker);
   PrintPerformanceBanner();
   return BCM6838X_OK;
@@ -80,23 +80,27 @@ uint32_t BCM6838X_InitDrv(void) {
 
 uint32_t BCM6838X_SFInit(void) {
   FeatureRecord record = {};
+  // Required: feature-passed-unchanged
   record.value = SF_GetFeature(kCaptureFeature);
   return Send<BRMGR_CMD_FEATURE>(record);
 }
 
+// Required: start-not-guarded
 uint32_t BCM6838X_Init(void) {
   g_bcm6838xLogId = LOG_Create("hal_bcm6838x", 1000, -1);
+  // Required: log-handle-32-is-none
   if (g_bcm6838xLogId == LOG_ID_NONE) {
     puts("LOG_Create fail.\r");
     return BCM6838X_FAILED;
   }
   if (VOS_TaskSpawn("kernelEvent", 65535, 15, 0, 0, BCM6838X_kernelEvent, 0) != 0) {
+    // Required: log-creat-task
     puts("\n Creat task kernelEvent Error!!! \r");
   }
-  // Intended before the device is opened: only what the port operation does outside the command
-  // channel takes effect.
+  // Required: ports-down-before-device
   SetAllPortsDown();
   BCM6838X_PerformanceInit();
+  // Required: start-goes-on
   BCM6838X_InitDrv();
   BCM6838X_InitPort();
   BCM6838X_InitVlan();

@@ -103,6 +103,7 @@ uint32_t PortOfInterface(const char (&name)[16]) {
       return port;
     }
   }
+  // Required: unknown-interface-is-port-0
   return 0;
 }
 
@@ -146,9 +147,11 @@ uint32_t BCM6838X_EventUniStateReport(uint32_t port, uint32_t state) {
   constexpr uint16_t kSecondCode = 0x0302;
   HAL_LOG(LOG_LEVEL_TRACE, "UNI port[%lu] MODE change to [%lu]\r\n", AsUnsignedLong(port),
           AsUnsignedLong(state));
+  // Required: link-down-sends-no-rate
   if (state != kLinkDown) {
     SendRate(port, state);
   }
+  // Required: link-change-told-twice
   Notify(port, state, kFirstCode);
   Notify(port, state, kSecondCode);
   return BCM6838X_OK;

@@ -91,6 +91,7 @@ void ServeMessage(const KernelMessage& message, MonitorState& state) {
     puts("read_netlink: Message is an error ");
     return;
   }
+  // Required: other-senders-only-printed
   if (message.header.nlmsg_pid != 0) {
     printf("netlink message source(%d)is not kernel \n",
            static_cast<int>(message.header.nlmsg_pid));

@@ -59,7 +59,7 @@ bool HoldsMld(const uint8_t* ipv6, uint32_t end) {
     if (position >= end) {
       return false;
     }
-    // All extensions alike, which is intended: some of them count their length otherwise.
+    // Required: mld-extensions-in-units-of-8
     nextHeader = ipv6[position];
     position += (ipv6[position + 1] + 1U) * kExtensionUnit;
   }
@@ -72,6 +72,7 @@ uint32_t BCM6838X_IsMldPacket(const uint8_t* frame, uint32_t length) {
   /// Behind the chip's own tag lies the type.
   constexpr uint32_t kChipTagSize = 10;
   /// Bytes that must follow the type's first byte and the last header that is looked at.
+  // Required: mld-margin-of-25
   constexpr uint32_t kMargin = 25;
   /// Type field and tags, IPv6 header and margin: what is shorter holds no MLD message.
   constexpr uint32_t kShortest = 40 + kMargin + 1;
@@ -100,14 +101,14 @@ uint32_t BCM6838X_IsMldPacket(const uint8_t* frame, uint32_t length) {
 
 bool hal::IsDhcpFrame(FrameView frame) {
   constexpr uint32_t kServerPort = 67;
-  // The port on which DHCPv6 servers and relays listen (RFC 8415, 7.2). Intended: what goes to 546,
-  // the clients' port, is on its way back and is not matched.
+  // The port on which DHCPv6 servers and relays listen (RFC 8415, 7.2).
+  // Required: dhcp-towards-servers-alone
   constexpr uint32_t kServerPortV6 = 547;
   const uint32_t type = TypeBehindTags(frame);
   const uint32_t ip = type + kTypeSize;
   switch (frame.u16(type)) {
     case kTypeIpv4:
-      // The header is taken as 20 bytes long, options or not, which is intended.
+      // Required: dhcp-header-of-20-bytes
       return frame.u8(ip + 9) == kProtocolUdp && frame.u16(ip + 22) == kServerPort;
     case kTypeIpv6:
       return frame.u8(ip + 6) == kProtocolUdp && frame.u16(ip + 42) == kServerPortV6;

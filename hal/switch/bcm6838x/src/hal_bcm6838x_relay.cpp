@@ -47,7 +47,7 @@ bool TakeFrame(const BrmgrEvent* event, bool (*recognises)(FrameView), RelayFram
   relay.record.length = event->length;
   memcpy(relay.frame(), FrameOf(*event), event->length);
   if (!recognises({relay.frame(), relay.record.length})) {
-    // The same text for both protocols, which is intended.
+    // Required: log-relays-say-dhcp
     HAL_LOG(LOG_LEVEL_TRACE, "Packet is not dhcp pkts!\r\n");
     return false;
   }
@@ -59,6 +59,7 @@ bool TakeFrame(const BrmgrEvent* event, bool (*recognises)(FrameView), RelayFram
 }
 
 /// The VID of the outer customer tag, 0 when there is none.
+// Required: client-told-inner-vid
 uint32_t OuterVid(RelayFrame& relay) {
   const FrameView frame = {relay.frame(), relay.record.length};
   return frame.u16(kTypeOffset) == kTypeCustomerTag ? TagVid(frame.u16(kTypeOffset + kTypeSize))
@@ -79,7 +80,9 @@ uint32_t BCM6838X_DhcpRelayHandle(const BrmgrEvent* event) {
   if (!TakeFrame(event, IsDhcpFrame, relay)) {
     return BCM6838X_FAILED;
   }
+  // Required: relay-on-at-1-alone
   if (g_dhcpRelayStatus != 1) {
+    // Required: relay-off-succeeds
     BCM6838X_SendDhcpPkt(&relay.record);
     return BCM6838X_OK;
   }
@@ -94,11 +97,13 @@ uint32_t BCM6838X_PPPoERelayHandle(const BrmgrEvent* event) {
   if (!TakeFrame(event, IsPppoeFrame, relay)) {
     return BCM6838X_FAILED;
   }
+  // Required: relay-on-at-1-alone
   if (g_pppoeRelayStatus != 1) {
     BCM6838X_SendPPPoEPkt(&relay.record);
     return BCM6838X_OK;
   }
   const uint32_t vid = OuterVid(relay);
+  // Required: log-ppoe
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "[%s:%d] receive ppoe pkts from port %u VLAN %u\r\n",
                relay.record.desPort, vid);
   return PPPOERELAY_HandlePacket(relay.frame(), relay.record.length, vid, relay.record.desPort);

@@ -16,6 +16,7 @@ namespace {
 constexpr uint32_t kTagBytes = kTypeOffset + kTagSize + kTypeSize;
 
 /// The control word of a tag; the drop-eligible bit is always 0.
+// Required: written-tags-clear-dei
 void WriteTagControl(uint8_t* frame, uint32_t vid, uint32_t priority) {
   frame[14] = static_cast<uint8_t>((priority << 5U) + ((vid >> 8U) & 0x0F));
   frame[15] = static_cast<uint8_t>(vid);

@@ -46,15 +46,18 @@ bool IsBridgeFrame(FrameView frame) {
 RelayPkt MakeRelay(FrameView frame, uint32_t port, uint32_t room) {
   RelayPkt record = {};
   record.desPort = port;
+  // Required: bpdu-cut-at-100
   record.length = frame.size;
   memcpy(record.data, frame.data, frame.size < room ? frame.size : room);
   return record;
 }
 
 void SendOther(FrameView frame, uint32_t port) {
+  // Required: sent-frames-name-flow-1
   constexpr uint32_t kFlow = 1;
   RdpaPkt packet = {};
   packet.size = frame.size;
+  // Required: unknown-port-is-sent-to-0
   packet.desPort = port <= HC_GetEthPortNum() ? port : 0;
   packet.gemFlowId = kFlow;
   memcpy(packet.data, frame.data, frame.size < kRdpaSize ? frame.size : kRdpaSize);
@@ -63,6 +66,7 @@ void SendOther(FrameView frame, uint32_t port) {
 
 }  // namespace
 
+// Required: null-transmit-silent
 uint32_t BCM6838X_SendBpduPkt(const RelayPkt* rec) {
   return SendRelayFrame(__func__, FrameCommandOf<BRMGR_CMD_SEND_BPDU>(), rec, kBpduSize);
 }
@@ -76,7 +80,7 @@ uint32_t BCM6838X_SendPPPoEPkt(const RelayPkt* rec) {
 }
 
 uint32_t BCM6838X_RdpaSendIgmpPkt(const RdpaPkt* desc) {
-  /// Two bytes more than the header and the frame, as the driver wants it.
+  // Required: send-passes-two-bytes-more
   constexpr uint32_t kOverhead = offsetof(RdpaPkt, data) + 2;
   static_assert(kOverhead + kRdpaSize == sizeof(RdpaPkt));
   if (desc == nullptr) {
@@ -93,6 +97,7 @@ uint32_t BCM6838X_RdpaSendIgmpPkt(const RdpaPkt* desc) {
   return SendFrame(FrameCommandOf<BRMGR_CMD_SEND_PKT>(), *desc, kOverhead + desc->size);
 }
 
+// Required: send-always-succeeds
 uint32_t BCM6838X_SendPacket(const uint8_t* frame, uint32_t length, uint32_t /*vlan*/,
                              uint32_t /*srcPort*/, uint32_t desPort) {
   if (HAL_IS_NULL(frame)) {
