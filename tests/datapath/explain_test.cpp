@@ -7,8 +7,8 @@
 
 #include "chip_builder.h"
 #include "datapath/data_path.h"
-#include "datapath/frame.h"
-#include "sample_frames.h"
+#include "frame/headers.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

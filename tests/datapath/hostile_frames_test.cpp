@@ -8,8 +8,9 @@
 
 #include "chip_builder.h"
 #include "datapath/data_path.h"
-#include "datapath/frame.h"
-#include "sample_frames.h"
+#include "frame/frame.h"
+#include "frame/summary.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

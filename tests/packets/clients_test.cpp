@@ -13,10 +13,10 @@
 
 #include "clients/client_recorder.h"
 #include "clients/protocol_clients.h"
-#include "datapath/sample_frames.h"
 #include "device/event_record.h"
 #include "hal/packet_bytes.h"
 #include "packet_fixture.h"
+#include "support/sample_frames.h"
 
 namespace hal_test {
 namespace {

@@ -10,10 +10,10 @@
 #include <brmgr_cmd.h>
 #include <hal_bcm6838x.h>
 
-#include "datapath/frame.h"
-#include "datapath/sample_frames.h"
+#include "frame/frame.h"
 #include "hal/packet_bytes.h"
 #include "packet_fixture.h"
+#include "support/sample_frames.h"
 
 namespace hal_test {
 namespace {

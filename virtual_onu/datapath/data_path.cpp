@@ -7,6 +7,7 @@
 #include "datapath/classify.h"
 #include "datapath/traps.h"
 #include "datapath/vlan_action.h"
+#include "frame/frame.h"
 
 namespace virtual_onu {
 namespace {

@@ -12,8 +12,8 @@
 
 #include <brmgr_record.h>
 
-#include "datapath/frame.h"
 #include "datapath/port.h"
+#include "frame/headers.h"
 
 namespace virtual_onu {
 

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <vector>
 
+#include "frame/frame.h"
+
 namespace virtual_onu {
 namespace {
 

@@ -1,6 +1,5 @@
 /// @file
-/// Puts a frame together from named parts, with the lengths and checksums that belong to it.
-/// Reading the words of a person is not done here.
+/// The parts of which a frame is put together, and what a protocol is made of.
 #pragma once
 
 #include <array>
@@ -11,7 +10,7 @@
 #include <vector>
 
 #include "base/bytes.h"
-#include "datapath/frame.h"
+#include "frame/headers.h"
 
 namespace virtual_onu {
 
@@ -44,18 +43,6 @@ struct FrameProtocol {
   [[nodiscard]] bool overIp() const { return overIpv4 || overIpv6; }
 };
 
-extern const FrameProtocol kPlainProtocol;  ///< no protocol: a payload behind an EtherType
-extern const FrameProtocol kIpProtocol;     ///< a payload behind an IP header
-extern const FrameProtocol kUdpProtocol;
-extern const FrameProtocol kTcpProtocol;
-extern const FrameProtocol kIcmpProtocol;
-extern const FrameProtocol kIgmpProtocol;
-extern const FrameProtocol kMldProtocol;
-extern const FrameProtocol kDhcpProtocol;
-extern const FrameProtocol kArpProtocol;
-extern const FrameProtocol kStpProtocol;
-extern const FrameProtocol kPppoeProtocol;
-
 using MacAddress = std::array<std::uint8_t, kMacSize>;
 
 /// The parts of a frame; what is empty takes its default.
@@ -75,8 +62,5 @@ struct FrameParts {
   std::optional<std::uint16_t> dstPort;
   std::optional<Bytes> payload;
 };
-
-/// The frame, without padding.
-Bytes AssembleFrame(FrameParts parts);
 
 }  // namespace virtual_onu

@@ -1,10 +1,11 @@
 /// @file
 /// The table of words.
-#include "datapath/frame_draft.h"
+#include "frame/word_rules.h"
 
 #include <array>
 
 #include "base/text.h"
+#include "frame/protocols.h"
 
 namespace virtual_onu {
 namespace {

@@ -1,13 +1,12 @@
 /// @file
-/// Reading and editing Ethernet frames: VLAN tags (IEEE 802.1Q clause 9), and the header fields
-/// that ingress classes compare. All reads stay inside the frame.
+/// What the headers of an Ethernet frame hold: addresses, VLAN tags (IEEE 802.1Q clause 9), and the
+/// fields that ingress classes compare. How they are read is not known here.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "base/bytes.h"
@@ -44,8 +43,8 @@ struct VlanTag {
 
 /// What was found in a frame's headers; fields that the frame does not have are empty.
 struct FrameHeaders {
-  std::array<std::uint8_t, 6> dstMac = {};
-  std::array<std::uint8_t, 6> srcMac = {};
+  std::array<std::uint8_t, kMacSize> dstMac = {};
+  std::array<std::uint8_t, kMacSize> srcMac = {};
   std::vector<VlanTag> tags;      ///< outermost first
   std::uint16_t etherType = 0;    ///< type/length field; below kMinEtherType it is a length
   std::size_t payloadOffset = 0;  ///< first byte behind the EtherType
@@ -62,23 +61,5 @@ struct FrameHeaders {
   std::optional<std::uint16_t> l4SrcPort;  ///< TCP and UDP
   std::optional<std::uint16_t> l4DstPort;
 };
-
-enum class FrameFault : std::uint8_t { None, Runt, TruncatedTag };
-
-/// Parses a frame. On a fault the headers hold what stood before it.
-FrameFault ParseFrame(ByteView frame, FrameHeaders& headers);
-
-/// Puts a tag in front of all others; of its numbers count the low 3 bits of `pcp` and the low 12
-/// of `vid`. A frame without two whole addresses is left alone.
-void PushTag(Bytes& frame, const VlanTag& tag);
-
-/// Edits of the outer tag; each returns false, and leaves the frame alone, when there is no whole
-/// tag with an EtherType behind it. The setters keep the tag's other fields.
-bool PopTag(Bytes& frame);
-bool SetOuterVid(Bytes& frame, std::uint16_t vid);
-bool SetOuterPcp(Bytes& frame, std::uint8_t pcp);
-
-/// One line for people: addresses, tags, protocol, ports, length.
-std::string SummarizeFrame(ByteView frame);
 
 }  // namespace virtual_onu

@@ -1,12 +1,14 @@
 /// @file
 /// Reading a frame in words: taking each word, then checking that they go together.
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 
 #include <algorithm>
 #include <array>
 
 #include "base/text.h"
-#include "datapath/frame_draft.h"
+#include "frame/builder.h"
+#include "frame/protocols.h"
+#include "frame/word_rules.h"
 
 namespace virtual_onu {
 namespace {

@@ -1,6 +1,6 @@
 /// @file
 /// Network byte order and the Internet checksum.
-#include "datapath/wire_format.h"
+#include "frame/wire_format.h"
 
 namespace virtual_onu {
 namespace {

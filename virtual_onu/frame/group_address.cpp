@@ -1,6 +1,6 @@
 /// @file
 /// The scopes of groups.
-#include "datapath/group_address.h"
+#include "frame/group_address.h"
 
 #include <algorithm>
 #include <array>

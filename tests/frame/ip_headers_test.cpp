@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "datapath/frame.h"
-#include "sample_frames.h"
+#include "frame/frame.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

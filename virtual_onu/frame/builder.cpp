@@ -1,11 +1,12 @@
 /// @file
 /// Defaults, the IP header and the Ethernet header of a built frame.
-#include "datapath/frame_builder.h"
+#include "frame/builder.h"
 
 #include <algorithm>
 
 #include "base/text.h"
-#include "datapath/wire_format.h"
+#include "frame/frame.h"
+#include "frame/wire_format.h"
 
 namespace virtual_onu {
 namespace {

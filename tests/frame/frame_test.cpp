@@ -1,12 +1,12 @@
 /// @file
 /// Ethernet headers and VLAN tags: parsing and the four edits.
-#include "datapath/frame.h"
+#include "frame/frame.h"
 
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-#include "sample_frames.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

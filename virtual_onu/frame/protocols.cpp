@@ -1,11 +1,12 @@
 /// @file
-/// The protocols that a built frame can carry: messages and defaults.
+/// The messages and the defaults of each protocol.
+#include "frame/protocols.h"
+
 #include <algorithm>
 
 #include "base/text.h"
-#include "datapath/frame_builder.h"
-#include "datapath/ip_headers.h"
-#include "datapath/wire_format.h"
+#include "frame/ip_headers.h"
+#include "frame/wire_format.h"
 
 namespace virtual_onu {
 namespace {

@@ -1,10 +1,10 @@
 /// @file
 /// Ethernet headers and VLAN tags: parsing and editing.
-#include "datapath/frame.h"
+#include "frame/frame.h"
 
 #include <algorithm>
 
-#include "datapath/ip_headers.h"
+#include "frame/ip_headers.h"
 
 namespace virtual_onu {
 namespace {

@@ -10,15 +10,9 @@
 #include <vector>
 
 #include "base/bytes.h"
+#include "frame/word.h"
 
 namespace virtual_onu {
-
-/// One word of the language, for help and completion.
-struct FrameWord {
-  std::string_view word;
-  std::string_view argument;  ///< empty when the word stands alone
-  std::string_view text;
-};
 
 /// All words, in the order of their explanation.
 std::span<const FrameWord> FrameWords();

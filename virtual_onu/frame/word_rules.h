@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "datapath/frame_builder.h"
-#include "datapath/frame_words.h"
+#include "frame/parts.h"
+#include "frame/word.h"
 
 namespace virtual_onu {
 

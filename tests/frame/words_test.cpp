@@ -1,6 +1,6 @@
 /// @file
 /// Frames in words: the bytes that they give, and the errors.
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "datapath/frame.h"
-#include "sample_frames.h"
+#include "frame/frame.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

@@ -2,8 +2,10 @@
 /// The network and transport headers of a frame, as far as ingress classes compare them.
 #pragma once
 
+#include <cstdint>
+
 #include "base/bytes.h"
-#include "datapath/frame.h"
+#include "frame/headers.h"
 
 namespace virtual_onu {
 

@@ -1,11 +1,12 @@
 /// @file
 /// The one line about a frame.
+#include "frame/summary.h"
+
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-#include "datapath/frame.h"
-#include "sample_frames.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

@@ -1,13 +1,15 @@
 /// @file
-/// One line about a frame for people. Nothing is decided by it.
+/// The names of protocols and messages, and the line made of them.
+#include "frame/summary.h"
+
 #include <algorithm>
 #include <array>
 #include <span>
 #include <string_view>
 
 #include "base/text.h"
-#include "datapath/frame.h"
-#include "datapath/ip_headers.h"
+#include "frame/frame.h"
+#include "frame/ip_headers.h"
 
 namespace virtual_onu {
 namespace {

@@ -1,7 +1,7 @@
 /// @file
 /// Parsing of IPv4 (RFC 791), IPv6 with its extension headers (RFC 8200), and the ports of TCP and
 /// UDP.
-#include "datapath/ip_headers.h"
+#include "frame/ip_headers.h"
 
 #include <algorithm>
 
