@@ -10,7 +10,7 @@
 
 #include "base/text.h"
 #include "config_table.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "device/records.h"
 #include "frame/words.h"
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "base/bytes.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "device/port_tables.h"
 #include "frame/headers.h"
 

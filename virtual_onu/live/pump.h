@@ -14,7 +14,7 @@
 #include "base/bytes.h"
 #include "datapath/data_path.h"
 #include "datapath/outcome.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "live/frame_end.h"
 
 namespace virtual_onu {

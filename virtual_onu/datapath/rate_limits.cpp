@@ -1,6 +1,6 @@
 /// @file
 /// The token buckets.
-#include "datapath/limits.h"
+#include "datapath/rate_limits.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 /// @file
 /// The search through classes and flows.
-#include "datapath/classify.h"
+#include "datapath/flow_search.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "datapath/limits.h"
+#include "datapath/rate_limits.h"
 #include "ports_fixture.h"
 
 namespace virtual_onu {

@@ -1,6 +1,6 @@
 /// @file
 /// The table of keys.
-#include "datapath/keys.h"
+#include "datapath/key_fields.h"
 
 #include <algorithm>
 #include <utility>

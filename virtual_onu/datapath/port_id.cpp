@@ -1,6 +1,6 @@
 /// @file
 /// Port names.
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 
 #include "base/text.h"
 

@@ -12,7 +12,7 @@
 
 #include <brmgr_record.h>
 
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "frame/headers.h"
 
 namespace virtual_onu {

@@ -1,6 +1,6 @@
 /// @file
 /// Policers and downstream limits, to the frame and to the millisecond.
-#include "datapath/limits.h"
+#include "datapath/rate_limits.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>

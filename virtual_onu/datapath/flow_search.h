@@ -1,6 +1,6 @@
 /// @file
-/// Classification: finds the flow that decides about a frame. What the decision does is not known
-/// here.
+/// Classification: the search for the flow that decides about a frame. What the decision does is
+/// not known here.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 #include <brmgr_record.h>
 
 #include "datapath/explanation.h"
-#include "datapath/keys.h"
+#include "datapath/key_fields.h"
 #include "device/chip_tables.h"
 
 namespace virtual_onu {
