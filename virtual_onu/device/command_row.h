@@ -12,7 +12,7 @@
 #include <brmgr_cmd.h>
 #include <brmgr_record.h>
 
-#include "device/commands.h"
+#include "device/driver_state.h"
 
 namespace virtual_onu {
 

@@ -17,7 +17,7 @@
 #include "base/fault_plan.h"
 #include "base/trace.h"
 #include "device/chip_tables.h"
-#include "device/commands.h"
+#include "device/driver_state.h"
 
 namespace virtual_onu {
 
@@ -97,7 +97,7 @@ class Device {
   /// The value of feature switch 27, once it was told.
   [[nodiscard]] std::optional<std::uint32_t> feature() const;
 
-  /// What the chip's own shell does to a port action; see SetPortAction in commands.h. Not traced:
+  /// What the chip's own shell does to a port action; see SetPortAction(). Not traced:
   /// the line of the shell is.
   CommandResult setPortAction(std::uint32_t icIndex, const PortActionKey& key,
                               std::uint32_t vlanActionIndex);

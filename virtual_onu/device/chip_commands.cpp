@@ -1,6 +1,6 @@
 /// @file
 /// The handlers of the chip's objects: classes, flows, VLAN actions, and what start-up tells.
-#include "device/commands.h"
+#include "device/chip_commands.h"
 
 #include <algorithm>
 #include <array>
@@ -11,13 +11,7 @@
 
 #include <brmgr_cmd.h>
 
-#include "device/command_row.h"
 #include "device/free_index.h"
-#include "device/mac_commands.h"
-#include "device/mcast_commands.h"
-#include "device/packet_commands.h"
-#include "device/port_commands.h"
-#include "device/qos_commands.h"
 
 namespace virtual_onu {
 namespace {
@@ -186,6 +180,10 @@ constexpr std::array kChipCommands = {
 
 }  // namespace
 
+std::span<const CommandRow> ChipCommands() {
+  return kChipCommands;
+}
+
 CommandResult SetPortAction(DriverState& state, std::uint32_t icIndex, const PortActionKey& key,
                             std::uint32_t vlanActionIndex) {
   IngressClass* const owner = FindClass(state, BRMGR_DIR_DOWNSTREAM, icIndex);
@@ -203,22 +201,6 @@ CommandResult SetPortAction(DriverState& state, std::uint32_t icIndex, const Por
     return NoAction(BRMGR_DIR_DOWNSTREAM, vlanActionIndex);
   }
   owner->portActions[key] = vlanActionIndex;
-  return {};
-}
-
-CommandResult ExecuteCommand(DriverState& state, std::uint32_t code,
-                             std::span<std::uint8_t> record) {
-  if (!HasVariableLength(code) && record.size() < RecordSize(code)) {
-    return {EINVAL, "short record"};
-  }
-  for (const std::span<const CommandRow> rows :
-       {std::span<const CommandRow>(kChipCommands), PortCommands(), QosCommands(), MacCommands(),
-        McastCommands(), PacketCommands()}) {
-    const auto row = std::ranges::find(rows, code, &CommandRow::code);
-    if (row != rows.end()) {
-      return row->run(state, record);
-    }
-  }
   return {};
 }
 

@@ -1,11 +1,9 @@
 /// @file
-/// What the driver does with each command: checks, the chip's tables, index allotment. Requests,
-/// descriptors and the trace are the device's.
+/// All that the driver keeps, and what becomes of a command that works on it.
 #pragma once
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 
 #include <brmgr_record.h>
@@ -37,16 +35,5 @@ struct CommandResult {
   int error = 0;       ///< 0, or the errno value of the refusal
   std::string reason;  ///< why the command was refused; empty when it was not
 };
-
-/// Sets the VLAN action of a port on a flow of a downstream class, or takes it away.
-/// @param[in] vlanActionIndex  a downstream VLAN action, or BRMGR_INDEX_NONE
-CommandResult SetPortAction(DriverState& state, std::uint32_t icIndex, const PortActionKey& key,
-                            std::uint32_t vlanActionIndex);
-
-/// Carries out one command on a record in the processor's byte order, and fills in what the driver
-/// returns. A code that has no described record is accepted and changes nothing; a refused command
-/// changes neither the state nor the record.
-CommandResult ExecuteCommand(DriverState& state, std::uint32_t code,
-                             std::span<std::uint8_t> record);
 
 }  // namespace virtual_onu
