@@ -1,5 +1,5 @@
 /// @file
-/// The lines that the shell understands, a table for each program: patterns, and what each does.
+/// A row of the tables of lines that the shell understands: the pattern of a line, and what it does.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "shell/board.h"
+#include "shell/path_objects.h"
 #include "shell/pattern.h"
-#include "shell/shell.h"
 
 namespace virtual_onu {
 
@@ -23,9 +24,6 @@ struct LineRow {
   /// Returns why the line was refused; empty when it was done.
   std::string (*run)(const Workplace& place, std::span<const Argument> arguments);
 };
-
-std::span<const LineRow> BsLines();
-std::span<const LineRow> EthctlLines();
 
 /// The reason for a number outside its bounds.
 inline std::string OutOfRange(const std::string& what, std::uint32_t first, std::uint32_t last) {
