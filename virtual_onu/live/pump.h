@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "base/bytes.h"
-#include "datapath/data_path.h"
 #include "datapath/outcome.h"
 #include "datapath/port_id.h"
+#include "datapath/verdict.h"
 #include "live/frame_end.h"
 
 namespace virtual_onu {
