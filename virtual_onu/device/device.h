@@ -32,12 +32,9 @@ using FrameSender = std::function<SentFrame(const OutgoingFrame& frame)>;
 /// to the driver. It may write into the request's record.
 using RequestAnswer = std::function<std::optional<int>(const BrmgrRequest& request)>;
 
-/// Commands and events may come from any thread; they are carried out, and traced, one at a time. A
-/// listener of the trace must therefore not call the device's functions that lock: ioctl,
-/// sendEvent, pendingEvents, open, owns, ports, feature, setPortAction, hold. tables(),
-/// portTables(), qosTables(), macTables(), mcastGroups(), counters() and faults() hand out what the
-/// commands work on, without a lock: use them on the thread that sends the commands, while none is
-/// sent, or with hold().
+/// Commands and events are carried out, and traced, one at a time; what tables(), portTables(),
+/// qosTables(), macTables(), mcastGroups(), counters() and faults() hand out has no lock. Threads:
+/// see Unit.
 class Device {
  public:
   /// Records longer than this are refused unread; the longest that a command carries has 492032

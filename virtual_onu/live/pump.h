@@ -38,7 +38,7 @@ struct PumpCalls {
   std::function<void(PortId port, const FrameEnd& end)> gone = {};
 };
 
-/// transmit() and traffic() may be called from any thread; bind() before the first turn.
+/// bind() is called before the first turn, turn() on one thread. Threads: see Unit.
 class Pump {
  public:
   /// Frames that one end may bring in a turn, so that no port starves the others.

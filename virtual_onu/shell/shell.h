@@ -13,9 +13,8 @@
 
 namespace virtual_onu {
 
-/// Lines may come from any thread; they are carried out one at a time. objects() and faults() hand
-/// out what the lines work on, without a lock: use them on the thread that runs the lines, or while
-/// none runs.
+/// Lines are carried out one at a time; what objects() and faults() hand out has no lock. Threads:
+/// see Unit.
 class Shell {
  public:
   explicit Shell(const ShellBoard& board) : board_(board) {}
