@@ -19,7 +19,7 @@
 #include <hal_bcm6838x.h>
 #include <platform_vos.h>
 
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 #include "ratio_reporter.h"
 #include "unit/unit.h"
 #ifdef BENCH_WITH_DPDK

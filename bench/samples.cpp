@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/bytes.h"
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 #include "recognisers.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "chip_builder.h"
-#include "sample_frames.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "datapath/frame_words.h"
 #include "datapath/outcome.h"
+#include "frame/words.h"
 
 namespace virtual_onu {
 namespace {

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "base/text.h"
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 #include "ports_fixture.h"
 
 namespace virtual_onu {

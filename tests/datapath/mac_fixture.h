@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "datapath/frame.h"
+#include "frame/frame.h"
 #include "ports_fixture.h"
 
 namespace virtual_onu {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "datapath/limits.h"
+#include "datapath/rate_limits.h"
 #include "ports_fixture.h"
 
 namespace virtual_onu {

@@ -11,7 +11,7 @@
 
 #include "chip_builder.h"
 #include "datapath/data_path.h"
-#include "sample_frames.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 

@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "datapath/frame.h"
 #include "datapath/vlan_action.h"
-#include "sample_frames.h"
+#include "frame/frame.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

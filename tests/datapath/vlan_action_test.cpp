@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "sample_frames.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {

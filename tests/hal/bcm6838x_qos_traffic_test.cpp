@@ -20,8 +20,7 @@
 
 #include "base/text.h"
 #include "datapath/data_path.h"
-#include "datapath/frame.h"
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 #include "qos_rules.h"
 #include "support/library_test.h"
 

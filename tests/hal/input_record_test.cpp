@@ -5,7 +5,6 @@
 #include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <optional>
 #include <string>
 
 #include <bcm6838x_igmp.h>
@@ -15,6 +14,7 @@
 #include <hal_bcm6838x.h>
 
 #include "support/library_test.h"
+#include "support/refusal.h"
 
 namespace hal_test {
 namespace {
@@ -34,14 +34,10 @@ class InputRecordTest : public LibraryTest {
 
   /// From now on the driver overwrites every record of a command that it is to read, and the ioctl
   /// returns `result`.
+  template <typename Record>
   void overwrite(std::uint32_t code, int result) {
-    unit.device().onRequest([code, result](const BrmgrRequest& request) -> std::optional<int> {
-      if (request.cmd != code || request.flag != BRMGR_FLAG_INPUT) {
-        return std::nullopt;
-      }
-      std::memset(request.buf, 0xA5, request.len);
-      return result;
-    });
+    AnswerWritten<Record>(unit, code, result,
+                          [](Record& record) { std::memset(&record, 0xA5, sizeof(record)); });
   }
 
   /// The record that was sent last by a command.
@@ -62,9 +58,9 @@ class InputRecordTest : public LibraryTest {
 };
 
 TEST_F(InputRecordTest, IphostVlan_LogsTheTagThatWasSent) {
-  overwrite(BRMGR_CMD_IPHOST_VLAN_ADD, 0);
+  overwrite<IphostVlanRecord>(BRMGR_CMD_IPHOST_VLAN_ADD, 0);
   BCM6838X_AddIphostVlan(100);
-  overwrite(BRMGR_CMD_IPHOST_VLAN_DEL, 0);
+  overwrite<IphostVlanRecord>(BRMGR_CMD_IPHOST_VLAN_DEL, 0);
   BCM6838X_DelIphostVlan(101);
   EXPECT_THAT(logLines(),
               ElementsAre(EndsWith(" Upstream ip host packets Tci[e064],ret = 0 \r\n"),
@@ -72,14 +68,14 @@ TEST_F(InputRecordTest, IphostVlan_LogsTheTagThatWasSent) {
 }
 
 TEST_F(InputRecordTest, IphostVlanRefused_LogsTheTagThatWasSent) {
-  overwrite(BRMGR_CMD_IPHOST_VLAN_ADD, -1);
+  overwrite<IphostVlanRecord>(BRMGR_CMD_IPHOST_VLAN_ADD, -1);
   BCM6838X_AddIphostVlan(100);
   EXPECT_THAT(logLines().back(), EndsWith(" Upstream ip host packets Tci[e064],ret = 8 \r\n"));
 }
 
 TEST_F(InputRecordTest, UpstreamFlow_RefusedDelete_LogsTheIndexesThatWereSent) {
   BCM6838X_AddUsTag(1, 100, 3);
-  overwrite(BRMGR_CMD_FLOW_DEL, -1);
+  overwrite<IngressFlowDel>(BRMGR_CMD_FLOW_DEL, -1);
   forget();
   EXPECT_EQ(BCM6838X_DelUsTag(1, 200, 3), 8);
   const auto sent = lastSent<IngressFlowDel>(BRMGR_CMD_FLOW_DEL);
@@ -90,7 +86,7 @@ TEST_F(InputRecordTest, UpstreamFlow_RefusedDelete_LogsTheIndexesThatWereSent) {
 
 TEST_F(InputRecordTest, DownstreamFlow_RefusedDelete_LogsTheIndexesThatWereSent) {
   BCM6838X_AddDsIngressClass(100, 1, 1);
-  overwrite(BRMGR_CMD_FLOW_DEL, -1);
+  overwrite<IngressFlowDel>(BRMGR_CMD_FLOW_DEL, -1);
   EXPECT_EQ(BCM6838X_DelDsIngressClass(100, 1), 0U);
   const auto sent = lastSent<IngressFlowDel>(BRMGR_CMD_FLOW_DEL);
   EXPECT_EQ(sent.icIndex, 1U);
@@ -104,7 +100,7 @@ TEST_F(InputRecordTest, VlanAction_RefusedDelete_LogsTheIndexThatWasSent) {
   for (const std::uint32_t dir : {BRMGR_DIR_UPSTREAM, BRMGR_DIR_DOWNSTREAM}) {
     const VlanActionRule push = {BRMGR_TAG_PUSH, {{100, 0, 0, 0x8100}, {}}, dir, 0};
     const auto index = static_cast<std::uint32_t>(BCM6838X_AddVlanAction(push, 1));
-    overwrite(BRMGR_CMD_VLAN_ACTION_DEL, -1);
+    overwrite<VlanActionDel>(BRMGR_CMD_VLAN_ACTION_DEL, -1);
     BCM6838X_DelVlanAction({0, {}, dir, index});
     EXPECT_THAT(logLines().back(), EndsWith(" [BCM6838X_DelVlanAction <line>] delete " +
                                             std::string(dir == 0 ? "ds" : "us") + " vlanAction " +
@@ -117,7 +113,7 @@ TEST_F(InputRecordTest, VlanAction_RefusedDelete_LogsTheIndexThatWasSent) {
 TEST_F(InputRecordTest, MulticastGroup_Delete_LogsAndGoesOnWithWhatWasSent) {
   McastGroupRequest request = {100, {1, 0, 0x5E, 1, 2, 3}, {239, 1, 2, 3}, {}, 1};
   BCM6838X_AddMulticastMacAddr(&request);
-  overwrite(BRMGR_CMD_MCAST_DEL, 0);
+  overwrite<McastGroupEntry>(BRMGR_CMD_MCAST_DEL, 0);
   request.portMask = 2;
   forget();
   EXPECT_EQ(BCM6838X_ModifyMulticastMacAddr(&request), 0U);

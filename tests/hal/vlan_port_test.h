@@ -68,24 +68,27 @@ inline std::ptrdiff_t CountOf(const std::vector<std::string>& commands, const st
   return std::ranges::count(NamesOf(commands), name);
 }
 
-inline std::uint32_t AddTrunk(std::uint8_t port, std::uint16_t vid) {
+/// Calls an operation that takes an entry of a trunk list.
+inline std::uint32_t CallWithTrunk(std::uint32_t (*operation)(const PortVlanTrunkEntry* entry),
+                                   std::uint8_t port, std::uint16_t vid) {
   const PortVlanTrunkEntry entry = {port, 0, vid};
-  return BCM6838X_AddVlanTrunk(&entry);
+  return operation(&entry);
+}
+
+inline std::uint32_t AddTrunk(std::uint8_t port, std::uint16_t vid) {
+  return CallWithTrunk(BCM6838X_AddVlanTrunk, port, vid);
 }
 
 inline std::uint32_t DelTrunk(std::uint8_t port, std::uint16_t vid) {
-  const PortVlanTrunkEntry entry = {port, 0, vid};
-  return BCM6838X_DelVlanTrunk(&entry);
+  return CallWithTrunk(BCM6838X_DelVlanTrunk, port, vid);
 }
 
 inline std::uint32_t AddZteTrunk(std::uint8_t port, std::uint16_t vid) {
-  const PortVlanTrunkEntry entry = {port, 0, vid};
-  return BCM6838X_AddZteVlanTrunk(&entry);
+  return CallWithTrunk(BCM6838X_AddZteVlanTrunk, port, vid);
 }
 
 inline std::uint32_t DelZteTrunk(std::uint8_t port, std::uint16_t vid) {
-  const PortVlanTrunkEntry entry = {port, 0, vid};
-  return BCM6838X_DelZteVlanTrunk(&entry);
+  return CallWithTrunk(BCM6838X_DelZteVlanTrunk, port, vid);
 }
 
 inline std::uint32_t AddTranslation(std::uint8_t port, std::uint16_t localVid, std::uint16_t netVid,

@@ -51,7 +51,7 @@ struct MacEntry {
 };
 
 TEST_F(WrittenRefusalTest, MacReaders_HandOnWhatTheDriverWrote) {
-  RefuseWritten<MacEntryRecord>(unit, BRMGR_CMD_MAC_GET_NEXT, [](MacEntryRecord& record) {
+  AnswerWritten<MacEntryRecord>(unit, BRMGR_CMD_MAC_GET_NEXT, kRefused, [](MacEntryRecord& record) {
     record.mac[5] = static_cast<std::uint8_t>(record.mac[5] + 1);
     record.port = 0x80000003;
     record.vid = 0x8FA1;
@@ -73,7 +73,7 @@ TEST_F(WrittenRefusalTest, MacReaders_HandOnWhatTheDriverWrote) {
 }
 
 TEST_F(WrittenRefusalTest, PortTable_HoldsWhatTheDriverWrote) {
-  RefuseWritten<PortStatsRecord>(unit, BRMGR_CMD_PORT_STATS, [](PortStatsRecord& record) {
+  AnswerWritten<PortStatsRecord>(unit, BRMGR_CMD_PORT_STATS, kRefused, [](PortStatsRecord& record) {
     record.rxOctets = 100 + record.port;
     record.txError47 = 200;
   });
@@ -87,7 +87,7 @@ TEST_F(WrittenRefusalTest, PortTable_HoldsWhatTheDriverWrote) {
 }
 
 TEST_F(WrittenRefusalTest, Counter_LeavesTheCallersValueAlone) {
-  RefuseWritten<PortStatsRecord>(unit, BRMGR_CMD_PORT_STATS,
+  AnswerWritten<PortStatsRecord>(unit, BRMGR_CMD_PORT_STATS, kRefused,
                                  [](PortStatsRecord& record) { record.rxUnicast = 100; });
   std::uint32_t value = 7;
   EXPECT_EQ(BCM6838X_GetPortStatisticsRxUnicastPackets(1, &value), 1U);
@@ -96,7 +96,7 @@ TEST_F(WrittenRefusalTest, Counter_LeavesTheCallersValueAlone) {
 
 TEST_F(WrittenRefusalTest, Clear_KeepsWhatTheDriverWrote) {
   unit.device().counters(1).rxUnicast = 1000;
-  RefuseWritten<PortStatsRecord>(unit, BRMGR_CMD_PORT_STATS,
+  AnswerWritten<PortStatsRecord>(unit, BRMGR_CMD_PORT_STATS, kRefused,
                                  [](PortStatsRecord& record) { record.rxUnicast = 100; });
   EXPECT_EQ(BCM6838X_SetPortStatisticsClear(1), 8U);
   refuseNothing();
@@ -106,7 +106,7 @@ TEST_F(WrittenRefusalTest, Clear_KeepsWhatTheDriverWrote) {
 }
 
 TEST_F(WrittenRefusalTest, DefaultAction_StaysTheEarlierOne) {
-  RefuseWritten<VlanActionRule>(unit, BRMGR_CMD_VLAN_ACTION_ADD,
+  AnswerWritten<VlanActionRule>(unit, BRMGR_CMD_VLAN_ACTION_ADD, kRefused,
                                 [](VlanActionRule& record) { record.vlanActionIndex = 99; });
   EXPECT_EQ(BCM6838X_InitVlan(), 0U);
   refuseNothing();
@@ -122,7 +122,7 @@ TEST_F(WrittenRefusalTest, PooledAction_IsNone) {
   push.cmd = BRMGR_TAG_PUSH;
   push.tag[0] = {100, 0, 0, 0x8100};
   push.dir = BRMGR_DIR_UPSTREAM;
-  RefuseWritten<VlanActionRule>(unit, BRMGR_CMD_VLAN_ACTION_ADD,
+  AnswerWritten<VlanActionRule>(unit, BRMGR_CMD_VLAN_ACTION_ADD, kRefused,
                                 [](VlanActionRule& record) { record.vlanActionIndex = 99; });
   EXPECT_EQ(BCM6838X_AddVlanAction(push, 1), -1);
   EXPECT_EQ(BCM6838X_GetVlanAction(push), -1);
@@ -133,7 +133,7 @@ void WriteFlowIndex(IngressFlowRule& record) {
 }
 
 TEST_F(WrittenRefusalTest, DownstreamFlow_IsLoggedByItsWrittenIndexAndNotPooled) {
-  RefuseWritten<IngressFlowRule>(unit, BRMGR_CMD_FLOW_ADD, WriteFlowIndex);
+  AnswerWritten<IngressFlowRule>(unit, BRMGR_CMD_FLOW_ADD, kRefused, WriteFlowIndex);
   EXPECT_EQ(BCM6838X_AddDsIngressClass(100, 1, 1), -1);
   EXPECT_EQ(BCM6838X_AddDsIngressClass_Perf(100, 1, 1), -1);
   EXPECT_THAT(logLines(),
@@ -142,7 +142,7 @@ TEST_F(WrittenRefusalTest, DownstreamFlow_IsLoggedByItsWrittenIndexAndNotPooled)
 }
 
 TEST_F(WrittenRefusalTest, UpstreamFlow_IsLoggedByItsWrittenIndexAndNotRemembered) {
-  RefuseWritten<IngressFlowRule>(unit, BRMGR_CMD_FLOW_ADD, WriteFlowIndex);
+  AnswerWritten<IngressFlowRule>(unit, BRMGR_CMD_FLOW_ADD, kRefused, WriteFlowIndex);
   EXPECT_EQ(BCM6838X_AddUsTag(1, 100, 3), 8);
   EXPECT_THAT(logLines(),
               Contains("log 1 hal/switch/bcm6838x/src/bcm6838x_vlan_us.cpp "
@@ -175,7 +175,7 @@ class WrittenQosRefusalTest : public WrittenRefusalTest {
 };
 
 TEST_F(WrittenQosRefusalTest, Rule_ActionRefused_IsNotOnRecord) {
-  RefuseWritten<VlanActionRule>(unit, BRMGR_CMD_VLAN_ACTION_ADD,
+  AnswerWritten<VlanActionRule>(unit, BRMGR_CMD_VLAN_ACTION_ADD, kRefused,
                                 [](VlanActionRule& record) { record.vlanActionIndex = 99; });
   EXPECT_EQ(addRule(), 8U);
   EXPECT_EQ(logLines().back(), logged("Failed to Add vlanaction ret 8"));
@@ -183,7 +183,7 @@ TEST_F(WrittenQosRefusalTest, Rule_ActionRefused_IsNotOnRecord) {
 }
 
 TEST_F(WrittenQosRefusalTest, Rule_ClassRefused_IsLoggedByItsWrittenIndexAndNotOnRecord) {
-  RefuseWritten<IngressClassCfg>(unit, BRMGR_CMD_IC_CREATE,
+  AnswerWritten<IngressClassCfg>(unit, BRMGR_CMD_IC_CREATE, kRefused,
                                  [](IngressClassCfg& record) { record.icIndex = 99; });
   EXPECT_EQ(addRule(), 0U) << "the result of the undoing";
   EXPECT_EQ(logLines().back(), logged("Failed to Add ICIndex 99"));
@@ -191,7 +191,7 @@ TEST_F(WrittenQosRefusalTest, Rule_ClassRefused_IsLoggedByItsWrittenIndexAndNotO
 }
 
 TEST_F(WrittenQosRefusalTest, Rule_FlowRefused_IsLoggedByItsWrittenIndexAndNotOnRecord) {
-  RefuseWritten<IngressFlowRule>(unit, BRMGR_CMD_FLOW_ADD, WriteFlowIndex);
+  AnswerWritten<IngressFlowRule>(unit, BRMGR_CMD_FLOW_ADD, kRefused, WriteFlowIndex);
   EXPECT_EQ(addRule(), 0U) << "the result of the undoing";
   EXPECT_EQ(logLines().back(), logged("Failed to Add flow 99"));
   EXPECT_THAT(onRecord(), IsEmpty());

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/text.h"
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 #include "json.h"
 #include "run_program.h"
 #include "scratch.h"

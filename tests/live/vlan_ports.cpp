@@ -21,6 +21,7 @@
 
 #include "base/text.h"
 #include "live/frame_end.h"
+#include "live/open_end.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <variant>
 
 #include "base/bytes.h"
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 #include "run_lines.h"
 #include "run_program.h"
 

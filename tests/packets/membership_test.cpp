@@ -6,8 +6,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "datapath/group_address.h"
-#include "datapath/sample_frames.h"
+#include "support/sample_frames.h"
 
 namespace virtual_onu {
 namespace {
@@ -112,15 +111,6 @@ TEST(Membership, DamagedMessages_EndWhereTheBytesEnd) {
   EXPECT_THAT(MembershipChanges(Hex(kUdp4)), IsEmpty());
   EXPECT_THAT(MembershipChanges(Hex(kUntagged)), IsEmpty());
   EXPECT_THAT(MembershipChanges({}), IsEmpty());
-}
-
-TEST(Membership, LinkLocalGroups_AreThoseOfTheLink) {
-  EXPECT_TRUE(IsLinkLocalGroup(Hex("e0000016")));
-  EXPECT_FALSE(IsLinkLocalGroup(Hex("e0000116")));
-  EXPECT_FALSE(IsLinkLocalGroup(kGroup4));
-  EXPECT_TRUE(IsLinkLocalGroup(kGroup6));
-  EXPECT_TRUE(IsLinkLocalGroup(Hex("ff110000000000000000000000010003")));
-  EXPECT_FALSE(IsLinkLocalGroup(Hex("ff150000000000000000000000010003")));
 }
 
 TEST(Membership, GroupMac_HoldsTheLowBitsOfTheGroup) {

@@ -1,6 +1,6 @@
 /// @file
-/// Commands that the driver refuses: the log line, and a driver that has written into the record
-/// before it refuses.
+/// Commands that the driver refuses: the log line, and a driver that writes into the record before
+/// it answers.
 #pragma once
 
 #include <cstdint>
@@ -14,19 +14,23 @@
 
 namespace hal_test {
 
+/// What the ioctl of a refused command returns.
+inline constexpr int kRefused = -1;
+
 /// The line of the command channel, as Left() describes it.
 std::string RefusalLogged(std::uint32_t code);
 
-/// From now on the driver refuses every command of one code, once `write` has changed its record.
+/// From now on `write` changes the record of every command of one code in the driver's place, and
+/// the ioctl returns `result`.
 template <typename Record, typename Write>
-void RefuseWritten(virtual_onu::Unit& unit, std::uint32_t code, Write write) {
-  unit.device().onRequest([code, write](const BrmgrRequest& request) -> std::optional<int> {
+void AnswerWritten(virtual_onu::Unit& unit, std::uint32_t code, int result, Write write) {
+  unit.device().onRequest([code, result, write](const BrmgrRequest& request) -> std::optional<int> {
     if (request.cmd != code) {
       return std::nullopt;
     }
     EXPECT_EQ(request.len, sizeof(Record));
     write(*static_cast<Record*>(request.buf));
-    return -1;
+    return result;
   });
 }
 

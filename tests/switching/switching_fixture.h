@@ -13,7 +13,7 @@
 #include <bcm6838x_port.h>
 #include <hal_bcm6838x.h>
 
-#include "datapath/frame_words.h"
+#include "frame/words.h"
 #include "support/library_test.h"
 
 namespace hal_test {

@@ -10,9 +10,9 @@
 
 #include "base/text.h"
 #include "config_table.h"
-#include "datapath/frame_words.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "device/records.h"
+#include "frame/words.h"
 
 namespace onu {
 

@@ -3,9 +3,9 @@
 #include <string>
 
 #include "commands.h"
-#include "datapath/frame.h"
 #include "datapath/outcome.h"
 #include "device/records.h"
+#include "frame/summary.h"
 #include "frame_input.h"
 #include "packet_report.h"
 #include "port_argument.h"

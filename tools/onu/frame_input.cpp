@@ -7,8 +7,8 @@
 #include <variant>
 
 #include "base/text.h"
-#include "datapath/frame_words.h"
 #include "failure.h"
+#include "frame/words.h"
 
 namespace onu {
 

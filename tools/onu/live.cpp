@@ -12,6 +12,7 @@
 
 #include "clients/protocol_clients.h"
 #include "live/capture_thread.h"
+#include "live/open_end.h"
 #include "live/pump.h"
 #include "live/real_time.h"
 #include "live/stop_signals.h"

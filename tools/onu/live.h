@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "failure.h"
 #include "session.h"
 

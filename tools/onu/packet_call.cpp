@@ -8,9 +8,9 @@
 
 #include <bcm6838x_igmp.h>
 
-#include "datapath/frame.h"
 #include "device/event_record.h"
 #include "device/records.h"
+#include "frame/summary.h"
 #include "frame_input.h"
 #include "record_report.h"
 #include "unit/unit.h"

@@ -2,10 +2,10 @@
 /// Events and transmissions, as JSON and as text.
 #include "packet_report.h"
 
-#include "datapath/frame.h"
 #include "datapath/outcome.h"
 #include "device/event_record.h"
 #include "device/records.h"
+#include "frame/summary.h"
 #include "text_table.h"
 #include "verdict_report.h"
 

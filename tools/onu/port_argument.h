@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "argument.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "session.h"
 
 namespace onu {

@@ -14,9 +14,9 @@
 #include "chip_report.h"
 #include "commands.h"
 #include "consistency/read_qos_rules.h"
-#include "datapath/frame.h"
 #include "datapath/vlan_action.h"
 #include "device/qos_tables.h"
+#include "frame/frame.h"
 #include "port_argument.h"
 #include "text_table.h"
 

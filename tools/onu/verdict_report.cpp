@@ -5,8 +5,8 @@
 #include <map>
 #include <set>
 
-#include "datapath/frame.h"
 #include "datapath/outcome.h"
+#include "frame/summary.h"
 #include "qos_report.h"
 #include "switching_report.h"
 #include "words.h"

@@ -7,7 +7,7 @@
 
 namespace virtual_onu {
 
-/// Milliseconds since the unit was switched on. May be read and moved from any thread.
+/// Milliseconds since the unit was switched on. Threads: see Unit.
 class Clock {
  public:
   [[nodiscard]] std::uint64_t milliseconds() const {

@@ -82,7 +82,7 @@ class PackedEvent {
   std::optional<PackedBytes> after_;  ///< nothing when the driver left the record as it was
 };
 
-/// Keeps the newest events up to a capacity. May be used from any thread.
+/// Keeps the newest events up to a capacity. Threads: see Unit.
 class Trace {
  public:
   static constexpr std::size_t kDefaultCapacity = 100'000;

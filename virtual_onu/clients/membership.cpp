@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "datapath/frame.h"
-#include "datapath/ip_headers.h"
+#include "frame/frame.h"
+#include "frame/ip_headers.h"
 
 namespace virtual_onu {
 namespace {

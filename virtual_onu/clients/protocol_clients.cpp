@@ -10,7 +10,7 @@
 
 #include "clients/group_request.h"
 #include "clients/membership.h"
-#include "datapath/group_address.h"
+#include "frame/group_address.h"
 
 namespace virtual_onu {
 namespace {

@@ -4,9 +4,10 @@
 
 #include <utility>
 
-#include "datapath/classify.h"
+#include "datapath/flow_search.h"
 #include "datapath/traps.h"
 #include "datapath/vlan_action.h"
+#include "frame/frame.h"
 
 namespace virtual_onu {
 namespace {

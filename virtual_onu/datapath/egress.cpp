@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "datapath/frame.h"
 #include "datapath/port_vlan_rule.h"
 #include "datapath/vlan_action.h"
+#include "frame/frame.h"
 
 namespace virtual_onu {
 

@@ -8,10 +8,10 @@
 
 #include "base/bytes.h"
 #include "datapath/group_table.h"
-#include "datapath/limits.h"
 #include "datapath/mac_bridge.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "datapath/ports.h"
+#include "datapath/rate_limits.h"
 #include "datapath/verdict.h"
 #include "device/chip_tables.h"
 

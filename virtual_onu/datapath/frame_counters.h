@@ -12,7 +12,7 @@
 
 #include "base/bytes.h"
 #include "datapath/outcome.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "datapath/port_statistics.h"
 #include "datapath/queue_counts.h"
 #include "datapath/verdict.h"

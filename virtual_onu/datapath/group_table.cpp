@@ -9,7 +9,7 @@
 #include <span>
 
 #include "base/text.h"
-#include "datapath/group_address.h"
+#include "frame/group_address.h"
 
 namespace virtual_onu {
 namespace {

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "base/bytes.h"
-#include "datapath/frame.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "device/chip_tables.h"
 #include "device/mac_tables.h"
+#include "frame/headers.h"
 
 namespace virtual_onu {
 

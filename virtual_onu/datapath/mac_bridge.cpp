@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "datapath/frame.h"
+#include "frame/headers.h"
 
 namespace virtual_onu {
 namespace {

@@ -11,7 +11,7 @@
 #include "base/bytes.h"
 #include "base/clock.h"
 #include "datapath/outcome.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "device/mac_tables.h"
 #include "device/port_tables.h"
 

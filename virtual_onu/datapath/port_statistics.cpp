@@ -6,7 +6,7 @@
 #include <array>
 #include <cstddef>
 
-#include "datapath/frame.h"
+#include "frame/headers.h"
 
 namespace virtual_onu {
 namespace {

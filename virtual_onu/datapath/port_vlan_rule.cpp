@@ -9,6 +9,8 @@
 
 #include <bcm6838x_vlan_port.h>
 
+#include "frame/frame.h"
+
 namespace virtual_onu {
 namespace {
 

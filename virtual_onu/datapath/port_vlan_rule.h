@@ -10,7 +10,7 @@
 #include <brmgr_record.h>
 
 #include "base/bytes.h"
-#include "datapath/frame.h"
+#include "frame/headers.h"
 
 namespace virtual_onu {
 

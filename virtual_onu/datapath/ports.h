@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "datapath/outcome.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "device/port_tables.h"
 
 namespace virtual_onu {

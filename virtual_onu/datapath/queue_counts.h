@@ -7,7 +7,7 @@
 #include <map>
 #include <utility>
 
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 
 namespace virtual_onu {
 

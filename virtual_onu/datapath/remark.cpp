@@ -2,7 +2,7 @@
 /// The priorities before and behind a VLAN action.
 #include "datapath/remark.h"
 
-#include "datapath/frame.h"
+#include "frame/frame.h"
 
 namespace virtual_onu {
 

@@ -8,8 +8,8 @@
 
 #include <brmgr_record.h>
 
-#include "datapath/ip_headers.h"
 #include "device/event_record.h"
+#include "frame/ip_headers.h"
 
 namespace virtual_onu {
 namespace {

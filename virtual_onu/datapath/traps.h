@@ -6,9 +6,9 @@
 #include <cstdint>
 
 #include "base/bytes.h"
-#include "datapath/frame.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "device/port_tables.h"
+#include "frame/headers.h"
 
 namespace virtual_onu {
 

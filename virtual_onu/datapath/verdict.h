@@ -11,7 +11,7 @@
 #include "datapath/group_table.h"
 #include "datapath/mac_bridge.h"
 #include "datapath/outcome.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 #include "datapath/remark.h"
 
 namespace virtual_onu {

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "base/text.h"
-#include "datapath/frame.h"
+#include "frame/frame.h"
 
 namespace virtual_onu {
 namespace {

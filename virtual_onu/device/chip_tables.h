@@ -1,6 +1,6 @@
 /// @file
 /// The chip objects that the driver keeps: ingress classes with their flows, and VLAN actions. The
-/// device writes them; the data path reads them.
+/// device writes them, port actions for the lines of the shell too; the data path reads them.
 #pragma once
 
 #include <compare>

@@ -11,7 +11,7 @@
 #include <brmgr_cmd.h>
 #include <brmgr_traits.h>
 
-#include "device/commands.h"
+#include "device/driver_state.h"
 
 namespace virtual_onu {
 

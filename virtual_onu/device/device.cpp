@@ -1,5 +1,5 @@
 /// @file
-/// Descriptor, requests and events of the device. What a command does is in commands.cpp.
+/// Descriptor, requests and events of the device. What a command does is not known here.
 #include "device/device.h"
 
 #include <algorithm>
@@ -15,6 +15,9 @@
 #include <utility>
 
 #include <brmgr_cmd.h>
+
+#include "device/chip_commands.h"
+#include "device/execute_command.h"
 
 namespace virtual_onu {
 namespace {

@@ -17,7 +17,7 @@
 #include "base/fault_plan.h"
 #include "base/trace.h"
 #include "device/chip_tables.h"
-#include "device/commands.h"
+#include "device/driver_state.h"
 
 namespace virtual_onu {
 
@@ -32,12 +32,9 @@ using FrameSender = std::function<SentFrame(const OutgoingFrame& frame)>;
 /// to the driver. It may write into the request's record.
 using RequestAnswer = std::function<std::optional<int>(const BrmgrRequest& request)>;
 
-/// Commands and events may come from any thread; they are carried out, and traced, one at a time. A
-/// listener of the trace must therefore not call the device's functions that lock: ioctl,
-/// sendEvent, pendingEvents, open, owns, ports, feature, setPortAction, hold. tables(),
-/// portTables(), qosTables(), macTables(), mcastGroups(), counters() and faults() hand out what the
-/// commands work on, without a lock: use them on the thread that sends the commands, while none is
-/// sent, or with hold().
+/// Commands and events are carried out, and traced, one at a time; what tables(), portTables(),
+/// qosTables(), macTables(), mcastGroups(), counters() and faults() hand out has no lock. Threads:
+/// see Unit.
 class Device {
  public:
   /// Records longer than this are refused unread; the longest that a command carries has 492032
@@ -97,7 +94,7 @@ class Device {
   /// The value of feature switch 27, once it was told.
   [[nodiscard]] std::optional<std::uint32_t> feature() const;
 
-  /// What the chip's own shell does to a port action; see SetPortAction in commands.h. Not traced:
+  /// What the chip's own shell does to a port action; see SetPortAction(). Not traced:
   /// the line of the shell is.
   CommandResult setPortAction(std::uint32_t icIndex, const PortActionKey& key,
                               std::uint32_t vlanActionIndex);

@@ -1,6 +1,6 @@
 /// @file
 /// What the driver keeps of the UNI ports and of MAC learning. The device writes it; the data path
-/// reads it.
+/// reads it, and counts into the counters.
 #pragma once
 
 #include <algorithm>

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/bytes.h"
+#include "live/descriptor.h"
 
 namespace virtual_onu {
 
@@ -14,22 +15,6 @@ namespace virtual_onu {
 class LiveError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
-};
-
-/// An open descriptor that is closed at its end.
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {}
-  ~Descriptor();
-  Descriptor(Descriptor&& other) noexcept;
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  Descriptor& operator=(Descriptor&&) = delete;
-
-  [[nodiscard]] int get() const { return fd_; }
-
- private:
-  int fd_;
 };
 
 /// What an attempt to receive gave.
@@ -58,9 +43,5 @@ class FrameEnd {
   std::string name_;
   bool isSocket_;
 };
-
-/// Opens what a text names: "tap:NAME", "tap:NAME@NETNS" or "fd:N". Throws a LiveError that begins
-/// with the text.
-FrameEnd OpenFrameEnd(const std::string& text);
 
 }  // namespace virtual_onu

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "base/bytes.h"
-#include "datapath/data_path.h"
 #include "datapath/outcome.h"
-#include "datapath/port.h"
+#include "datapath/port_id.h"
+#include "datapath/verdict.h"
 #include "live/frame_end.h"
 
 namespace virtual_onu {
@@ -38,7 +38,7 @@ struct PumpCalls {
   std::function<void(PortId port, const FrameEnd& end)> gone = {};
 };
 
-/// transmit() and traffic() may be called from any thread; bind() before the first turn.
+/// bind() is called before the first turn, turn() on one thread. Threads: see Unit.
 class Pump {
  public:
   /// Frames that one end may bring in a turn, so that no port starves the others.

@@ -4,7 +4,7 @@
 
 #include <csignal>
 
-#include "live/frame_end.h"
+#include "live/descriptor.h"
 
 namespace virtual_onu {
 

@@ -24,7 +24,7 @@ struct MonitorFaults {
 };
 
 /// Serves the sockets of netlink protocol 25: each is one end of a pair of datagram sockets, so
-/// that select() and recvmsg() are the system's own. May be used from any thread.
+/// that select() and recvmsg() are the system's own. Threads: see Unit.
 class KernelMonitor {
  public:
   static constexpr int kProtocol = 25;

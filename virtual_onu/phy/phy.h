@@ -31,8 +31,8 @@ struct Link {
 };
 
 /// Reading and writing registers works as in IEEE 802.3 clauses 22, 28 and 40; registers without a
-/// meaning there are plain storage. A link that can come up does so at once. May be used from any
-/// thread.
+/// meaning there are plain storage. A link that can come up does so at once. Threads: see
+/// Unit.
 class Phy {
  public:
   Phy();

@@ -116,7 +116,7 @@ class Platform {
   ShellRunner shellRunner_;
   std::function<std::uint32_t()> ethPorts_;
   std::function<void()> taskEnd_;
-  mutable std::mutex mutex_;
+  mutable std::mutex mutex_;  ///< guards what follows; threads: see Unit
   std::vector<Task> tasks_;
   std::vector<std::thread> threads_;
 };

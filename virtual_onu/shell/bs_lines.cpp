@@ -1,5 +1,7 @@
 /// @file
 /// The lines of the data-path shell "bs": VLAN objects, port attributes, port actions, schedulers.
+#include "shell/bs_lines.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -7,7 +9,6 @@
 #include <brmgr_record.h>
 
 #include "base/text.h"
-#include "shell/lines.h"
 
 namespace virtual_onu {
 namespace {

@@ -1,12 +1,13 @@
 /// @file
 /// The lines of the Ethernet tool "ethctl": PHY registers and media types.
+#include "shell/ethctl_lines.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
 
 #include "base/text.h"
-#include "shell/lines.h"
 
 namespace virtual_onu {
 namespace {

@@ -8,7 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "shell/lines.h"
+#include "shell/bs_lines.h"
+#include "shell/ethctl_lines.h"
+#include "shell/line_row.h"
 #include "shell/pattern.h"
 
 namespace virtual_onu {

@@ -3,28 +3,18 @@
 /// shell "bs" and of the Ethernet tool "ethctl", and runs nothing on the machine.
 #pragma once
 
-#include <cstdint>
 #include <mutex>
 #include <string>
 
 #include "base/fault_plan.h"
 #include "base/trace.h"
-#include "device/device.h"
-#include "phy/interfaces.h"
+#include "shell/board.h"
 #include "shell/path_objects.h"
 
 namespace virtual_onu {
 
-/// What the lines reach beside the shell's own objects.
-struct ShellBoard {
-  Device& device;
-  Interfaces& interfaces;
-  const std::uint32_t& portRevert;  ///< not 0: LAN port objects are numbered in reverse
-};
-
-/// Lines may come from any thread; they are carried out one at a time. objects() and faults() hand
-/// out what the lines work on, without a lock: use them on the thread that runs the lines, or while
-/// none runs.
+/// Lines are carried out one at a time; what objects() and faults() hand out has no lock. Threads:
+/// see Unit.
 class Shell {
  public:
   explicit Shell(const ShellBoard& board) : board_(board) {}

@@ -10,10 +10,10 @@
 #include <brmgr_cmd.h>
 #include <brmgr_record.h>
 
-#include "datapath/frame.h"
-#include "datapath/ip_headers.h"
 #include "datapath/traps.h"
 #include "device/event_record.h"
+#include "frame/frame.h"
+#include "frame/ip_headers.h"
 
 namespace virtual_onu {
 namespace {

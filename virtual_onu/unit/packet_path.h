@@ -32,7 +32,7 @@ struct Transmission {
 /// Takes a frame that leaves by a port.
 using FrameTaker = std::function<void(PortId port, ByteView frame)>;
 
-/// May be used from any thread.
+/// Threads: see Unit.
 class PacketPath {
  public:
   /// Transmissions beyond are forgotten, the oldest first.
@@ -65,7 +65,7 @@ class PacketPath {
   DataPath& dataPath_;
   Trace& trace_;
   std::function<std::uint32_t()> uplinkPort_;
-  mutable std::mutex mutex_;  ///< guards what follows; taken behind the device's
+  mutable std::mutex mutex_;  ///< guards what follows
   FrameTaker taker_;
   std::deque<Transmission> transmissions_;
   std::uint64_t next_ = 1;
