@@ -13,6 +13,8 @@
 
 #include <hal_bcm6838x.h>
 
+#include "support/library_tables.h"
+
 extern "C" {
 #include <c_platform.h>
 }

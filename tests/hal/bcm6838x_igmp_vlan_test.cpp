@@ -19,39 +19,10 @@
 #include <hal_bcm6838x.h>
 
 #include "support/console_output.h"
+#include "support/library_tables.h"
 #include "support/library_test.h"
 #include "support/refusal.h"
 #include "support/wire_record.h"
-
-namespace {
-
-constexpr std::uint32_t kPorts = 32;
-constexpr std::size_t kPlaces = 8;
-
-struct Rule {
-  std::uint16_t mvlan;
-  std::uint16_t iptvVlan;
-  std::uint32_t vlanActionIndex;
-};
-
-struct McastPort {
-  std::uint16_t mode;
-  std::array<std::uint16_t, kPlaces> vlans;
-  std::uint32_t stripActionIndex;
-  std::array<Rule, kPlaces> rules;
-};
-
-struct Channel {
-  std::array<std::uint8_t, 28> bytes;
-};
-
-}  // namespace
-
-extern "C" {
-extern McastPort g_mcastUniPortInfo[kPorts];
-extern Channel g_mcastChannelInfo[1024];
-extern PortVlanInfo g_PortVlanInfo[kPorts];
-}
 
 namespace hal_test {
 namespace {
@@ -118,13 +89,6 @@ std::vector<std::string> Joined(std::vector<std::string> first,
   return first;
 }
 
-template <typename Object>
-std::vector<std::uint8_t> BytesOf(const Object& object) {
-  std::vector<std::uint8_t> bytes(sizeof(object));
-  std::memcpy(bytes.data(), &object, sizeof(object));
-  return bytes;
-}
-
 constexpr std::uint32_t kTagMode = 1;
 
 class McastVlanTest : public LibraryTest {
@@ -158,7 +122,7 @@ TEST_F(McastVlanTest, InitIgmp_SetsEveryEthernetPortAndFreesTheChannels) {
     EXPECT_EQ(port(uni).mode, 1);
     EXPECT_EQ(port(uni).stripActionIndex, kNone);
     EXPECT_THAT(port(uni).vlans, Each(kEmpty));
-    for (const Rule& rule : port(uni).rules) {
+    for (const McastRule& rule : port(uni).rules) {
       EXPECT_EQ(rule.mvlan, kEmpty);
       EXPECT_EQ(rule.iptvVlan, kEmpty);
       EXPECT_EQ(rule.vlanActionIndex, 0xAAAAAAAAU) << "not touched, zero at the start";
@@ -236,7 +200,7 @@ TEST_F(McastVlanTest, AddAndDelVlan_EveryMode_TouchTheObjectsOrOnlyTheTable) {
 }
 
 TEST_F(McastVlanTest, AddVlan_TheNinth_IsDroppedSilently) {
-  for (std::uint16_t vid = 1; vid <= kPlaces; ++vid) {
+  for (std::uint16_t vid = 1; vid <= kMcastPlaces; ++vid) {
     BCM6838X_AddIgmpVlan(1, vid);
   }
   forget();
@@ -477,7 +441,7 @@ class McastTransTest : public McastVlanTest {
         "port=" + Number(port) + " mvlan=" + Number(mvlan) + ", iptvVlan=" + Number(iptvVlan));
   }
 
-  static void expectRule(const Rule& rule, std::uint16_t mvlan, std::uint16_t iptvVlan,
+  static void expectRule(const McastRule& rule, std::uint16_t mvlan, std::uint16_t iptvVlan,
                          std::uint32_t index) {
     EXPECT_EQ(rule.mvlan, mvlan);
     EXPECT_EQ(rule.iptvVlan, iptvVlan);
@@ -510,7 +474,7 @@ TEST_F(McastTransTest, Add_InEveryMode_JoinsTheObjects) {
 }
 
 TEST_F(McastTransTest, Add_TheNinth_TellsTheConsole) {
-  for (std::uint16_t i = 0; i < kPlaces; ++i) {
+  for (std::uint16_t i = 0; i < kMcastPlaces; ++i) {
     BCM6838X_AddMulticastVlanTrans(2, 100 + i, 10);
   }
   forget();
@@ -518,7 +482,7 @@ TEST_F(McastTransTest, Add_TheNinth_TellsTheConsole) {
             "BCM6838X_AddMulticastVlanTrans(<line>) add igmp vlan translation rule more than 8 "
             "for the port 2\r\n");
   EXPECT_THAT(left(), ElementsAre(transLogged("Add", 2, 200, 10)));
-  for (std::uint16_t i = 0; i < kPlaces; ++i) {
+  for (std::uint16_t i = 0; i < kMcastPlaces; ++i) {
     expectRule(port(2).rules.at(i), 100 + i, 10, i);
   }
 }

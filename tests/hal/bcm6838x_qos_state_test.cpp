@@ -16,22 +16,9 @@
 #include <hal_bcm6838x.h>
 
 #include "qos_rules.h"
+#include "support/library_tables.h"
 #include "support/library_test.h"
 #include "support/wire_record.h"
-
-namespace {
-
-constexpr std::size_t kEntries = 256;
-constexpr std::size_t kPorts = 32;
-
-}  // namespace
-
-extern "C" {
-extern std::int32_t sg_QosClassificationVlanEntry[kEntries];
-extern std::int32_t sg_QosClassificationICEntry[kEntries];
-extern std::int32_t sg_QosClassificationFlowEntry[kEntries];
-extern std::uint32_t g_portPolicerCfg[kPorts];
-}
 
 namespace hal_test {
 namespace {

@@ -13,8 +13,8 @@
 #include <hal_bcm6838x.h>
 
 #include "packet_bytes.h"
+#include "support/library_tables.h"
 #include "support/library_test.h"
-#include "vlan_config.h"
 
 namespace hal_test {
 namespace {
@@ -33,6 +33,7 @@ const std::string kLog =
 const std::string kTagLog =
     "log 4 hal/switch/bcm6838x/src/hal_bcm6838x_tag.cpp BCM6838X_AddVlanTag(<line>), ";
 
+constexpr std::size_t kListEntries = 512;
 constexpr std::uint16_t kPvid = 100;
 constexpr TagBytes kOwnTag = {0x8100, 0x6000 | kPvid};  ///< PVID and priority 3 of the port
 
@@ -46,7 +47,7 @@ Bytes FrameWith(const Tags& tags) {
 
 /// A list without free entries and with VIDs from 3000 on, beside the entries that a test looks
 /// for.
-void FillLists(VlanConfig& config) {
+void FillLists(PortVlanInfo& config) {
   for (std::size_t i = 0; i < kListEntries; ++i) {
     const auto vid = static_cast<std::uint16_t>(3000 + i);
     config.trunkList[i] = {1, 0, vid};
@@ -113,7 +114,7 @@ class AccordTest : public LibraryTest {
     expect(false, mode, before, after);
   }
 
-  VlanConfig& config_ = g_PortVlanInfo[1];
+  PortVlanInfo& config_ = g_PortVlanInfo[1];
   std::size_t rows_ = 0;
 };
 

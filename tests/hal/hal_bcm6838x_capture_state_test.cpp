@@ -14,11 +14,9 @@
 #include <hal_bcm6838x.h>
 
 #include "packet_bytes.h"
+#include "support/library_tables.h"
 #include "support/library_test.h"
 #include "support/wire_record.h"
-#include "vlan_config.h"
-
-extern "C" std::int32_t sgHwDevFd;
 
 namespace hal_test {
 namespace {
@@ -58,7 +56,7 @@ class CaptureTest : public LibraryTest {
  protected:
   void SetUp() override {
     ASSERT_EQ(BCM6838X_InitDrv(), 0U);
-    for (VlanConfig& config : g_PortVlanInfo) {
+    for (PortVlanInfo& config : g_PortVlanInfo) {
       config.pvid = 100;
       config.priority = 3;
     }
@@ -343,7 +341,7 @@ TEST_F(CaptureTest, MulticastIn_ThePortsRuleComesFirst) {
 }
 
 TEST_F(CaptureTest, MulticastIn_WithoutAPort_NoRuleApplies) {
-  for (VlanConfig& config : g_PortVlanInfo) {
+  for (PortVlanInfo& config : g_PortVlanInfo) {
     config.vlanMode = 255;
   }
   const Bytes frame = IgmpFrame().bytes();
