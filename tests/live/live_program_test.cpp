@@ -158,11 +158,16 @@ TEST_F(Live, For_EndsTheRunByItself) {
 
 TEST_F(Live, Signal_EndsTheRunInOrder) {
   const Scratch scratch;
-  const std::string script = scratch.write(
-      "end.sh",
-      "program=$1 signal=$2 said=$3\nshift 3\n: >\"$said\"\n\"$program\" \"$@\" 2>\"$said\" &\n"
-      "until grep -q 'live: wan on' \"$said\" ; do sleep 0.02; done\n"
-      "kill -s \"$signal\" $!\nwait $!\n");
+  const std::string script =
+      scratch.write("end.sh",
+                    "program=$1 signal=$2 said=$3\n"
+                    "shift 3\n"
+                    "mkfifo \"$said\"\n"
+                    "\"$program\" \"$@\" 2>\"$said\" &\n"
+                    "exec 3<\"$said\"\n"
+                    "while read -r line <&3 && [[ $line != *'live: wan on'* ]]; do :; done\n"
+                    "kill -s \"$signal\" $!\n"
+                    "wait $!\n");
   for (const char* signal : {"INT", "TERM", "HUP"}) {
     Words words = {script, test::ProgramPath().string(), signal, scratch / signal};
     const Words live = arguments();
