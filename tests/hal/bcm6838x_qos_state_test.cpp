@@ -103,8 +103,8 @@ TEST_F(QosStateTest, Apply_FlowWithoutAClass_IsForgottenWithoutADelete) {
   EXPECT_EQ(applyEmpty(2), 0U);
   EXPECT_THAT(commands(), ElementsAre(ActionDeleteSent(7)));
   EXPECT_EQ(logLines().back(),
-            "log 1 hal/switch/bcm6838x/src/bcm6838x_qos_classify.cpp Failed to delete vlanaction "
-            "-1\r\n");
+            "log 1 hal/switch/bcm6838x/src/bcm6838x_qos_classify.cpp "
+            "Failed to delete vlanaction -1\r\n");
   EXPECT_THAT(entry(8), Each(-1));
   EXPECT_THAT(entry(9), Each(-1));
 }

@@ -184,8 +184,8 @@ TEST_F(VlanModeStateTest, PvidDelete_OfASlotWithoutFlowAndAction_ReleasesTheRest
     EXPECT_EQ(ModeOf(name).del(2, 0), 0) << name;
     EXPECT_THAT(commands(), IsEmpty()) << name;
     EXPECT_THAT(leftWith("log BCM6838X_DelVlanAction"), IsEmpty()) << name;
-    EXPECT_THAT(leftWith("log BCM6838X_DelDsIngressClass,<line>, del ds ingress class vid 10  "
-                         "vlanNum 1"),
+    EXPECT_THAT(leftWith("log BCM6838X_DelDsIngressClass,<line>, "
+                         "del ds ingress class vid 10  vlanNum 1"),
                 SizeIs(1))
         << name;
     EXPECT_THAT(leftWith("log BCM6838X_DelWanVlan,<line>, port=2,del wanVid=10 lanVid=4096"),
@@ -225,10 +225,10 @@ TEST_F(VlanModeStateTest, ZteStackingDelete_OfSlotsWithoutFlowAndAction_Releases
   EXPECT_THAT(commands(), IsEmpty());
   EXPECT_THAT(leftWith("log BCM6838X_DelVlanAction"), IsEmpty());
   EXPECT_THAT(leftWith("log BCM6838X_GetDsIngressClass"),
-              ElementsAre("log BCM6838X_GetDsIngressClass,<line>, get ds ingress class vid 10  "
-                          "vlanNum 1",
-                          "log BCM6838X_GetDsIngressClass,<line>, get ds ingress class vid 10  "
-                          "vlanNum 2"));
+              ElementsAre("log BCM6838X_GetDsIngressClass,<line>, "
+                          "get ds ingress class vid 10  vlanNum 1",
+                          "log BCM6838X_GetDsIngressClass,<line>, "
+                          "get ds ingress class vid 10  vlanNum 2"));
 }
 
 TEST_F(VlanModeStateTest, TranslationDelete_OfSlotsWithoutFlowAndAction_ReleasesTheRest) {

@@ -18,8 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const std::string kNoMode =
-    "log 1 hal/switch/bcm6838x/src/hal_bcm6838x_classify.cpp "
-    "CTC mode : PORTCFG_CTCMODE_NONE\r\n";
+    "log 1 hal/switch/bcm6838x/src/hal_bcm6838x_classify.cpp CTC mode : PORTCFG_CTCMODE_NONE\r\n";
 const MaybeTags kDropped = std::nullopt;
 const TagBytes kServiceTag = {0x88A8, 10};
 const TagBytes kFirst = {0x8100, 0xA00A};  ///< VID 10, the first of every list

@@ -283,8 +283,8 @@ TEST_P(LiveErrors, IsOneLine) {
 }
 
 constexpr const char* kBindings =
-    "live: expected --wan and at least one of --uni1, --uni2, ... (onu live --help lists the "
-    "options)";
+    "live: expected --wan and at least one of --uni1, --uni2, ... "
+    "(onu live --help lists the options)";
 
 const Case kCases[] = {
     {"NoPort", {"live"}, 2, kBindings},
@@ -301,8 +301,8 @@ const Case kCases[] = {
     {"NoDescriptor",
      {"live", "--uni2", "tap:a", "--wan", "fd:99"},
      1,
-     "--wan: fd:99: expected an open socket that keeps frames apart (SOCK_SEQPACKET or "
-     "SOCK_DGRAM)"},
+     "--wan: fd:99: expected an open socket that keeps frames apart "
+     "(SOCK_SEQPACKET or SOCK_DGRAM)"},
     {"NoNamespace",
      {"live", "--wan", "tap:a@onu-absent", "--uni1", "tap:b"},
      1,

@@ -85,13 +85,13 @@ class LiveCommandLine {
 
 LiveCommandLine::LiveCommandLine(CLI::App& app)
     : live_(app.add_subcommand("live",
-                               "binds ports to TAP interfaces: real programs talk through "
-                               "the unit")) {
+                               "binds ports to TAP interfaces: "
+                               "real programs talk through the unit")) {
   live_
       ->add_option("--wan", bindings_[PortId::Wan()],
-                   "the WAN side's end: tap:NAME for a TAP interface, which is made when there is "
-                   "none, tap:NAME@NETNS for one in a network namespace, fd:N for an open socket "
-                   "that keeps frames apart")
+                   "the WAN side's end: tap:NAME for a TAP interface, which is made "
+                   "when there is none, tap:NAME@NETNS for one in a network namespace, "
+                   "fd:N for an open socket that keeps frames apart")
       ->type_name("END");
   for (std::uint32_t uni = 1; uni <= virtual_onu::kMaxUniPorts; ++uni) {
     const std::string name = "--" + PortId::Uni(uni).name();
@@ -103,15 +103,15 @@ LiveCommandLine::LiveCommandLine(CLI::App& app)
   }
   live_
       ->add_option("--script", script_,
-                   "configures the unit, - for standard input; without it the library is started "
-                   "and the bound ports are up and transparent")
+                   "configures the unit, - for standard input; "
+                   "without it the library is started and the bound ports are up and transparent")
       ->type_name("FILE");
   live_->add_option("--for", seconds_, "ends by itself; without it, by Ctrl-C or SIGTERM")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, kMostSeconds));
   live_->footer(
-      "A port that is bound has a link, others have no cable. At the end the frames that "
-      "crossed each port are listed.");
+      "A port that is bound has a link, others have no cable. "
+      "At the end the frames that crossed each port are listed.");
 }
 
 LiveOptions LiveCommandLine::options() const {
@@ -123,8 +123,8 @@ LiveOptions LiveCommandLine::options() const {
   }
   if (!options.bindings.contains(PortId::Wan()) || options.bindings.size() < 2) {
     throw WrongUse(
-        "live: expected --wan and at least one of --uni1, --uni2, ... (onu live --help "
-        "lists the options)");
+        "live: expected --wan and at least one of --uni1, --uni2, ... "
+        "(onu live --help lists the options)");
   }
   if (live_->count("--for") > 0) {
     options.duration = std::chrono::milliseconds(static_cast<std::int64_t>(seconds_ * 1000));
@@ -154,8 +154,8 @@ CommandLine ReadCommandLine(int argc, const char* const* argv) {
   app.add_flag("--log", options.session.log, "shows log lines as they come");
   app.add_flag("--keep-going", options.keepGoing, "goes on behind an error");
   app.add_option("--config", config,
-                 "sets a key of the configuration at the start, \"eth=2\" or \"feature=27,0\"; may "
-                 "be repeated")
+                 "sets a key of the configuration at the start, \"eth=2\" or \"feature=27,0\"; "
+                 "may be repeated")
       ->allow_extra_args(false)
       ->type_name("KEY=VALUE");
   CLI::App* run = app.add_subcommand("run", "runs a script");
