@@ -39,8 +39,8 @@ FrameEnd AdoptDescriptor(const std::string& text, std::string_view number) {
   }
   if (!KeepsFramesApart(static_cast<int>(*fd))) {
     throw LiveError(text +
-                    ": expected an open socket that keeps frames apart "
-                    "(SOCK_SEQPACKET or SOCK_DGRAM)");
+                    ": expected an open socket that keeps frames apart (SOCK_SEQPACKET or "
+                    "SOCK_DGRAM)");
   }
   return {Descriptor(static_cast<int>(*fd)), text};
 }
