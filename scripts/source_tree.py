@@ -14,7 +14,9 @@ import tarfile
 
 SUFFIXES = {".c", ".cpp", ".h", ".inc"}
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(["<])([^">]+)[">]', re.M)
-COMMENT_OR_LITERAL = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:[^"\\\n]|\\.)*"|\'(?:[^\'\\\n]|\\.)*\'', re.S)
+COMMENT_OR_LITERAL = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:[^"\\\n]|\\.)*"'
+                                # Not the mark between digits.
+                                r"|(?<![0-9a-fA-F])'(?:[^'\\\n]|\\.)*'", re.S)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -57,8 +59,9 @@ class SourceTree:
     @staticmethod
     def of_folder(folder):
         """What git tracks in the folder or would track; everything where it is no work tree."""
-        listed = subprocess.run(["git", "-C", str(folder), "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
-                                capture_output=True, text=True)
+        listed = subprocess.run(
+            ["git", "-C", str(folder), "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
+            capture_output=True, text=True)
         root = pathlib.Path(folder)
         paths = ([root / name for name in listed.stdout.split("\0") if name] if listed.returncode == 0
                  else root.rglob("*"))
