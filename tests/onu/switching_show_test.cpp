@@ -99,9 +99,10 @@ TEST(MoveClock, WordThatIsNoStep_IsRefusedAndMovesNothing) {
     EXPECT_EQ(ran.status, ExitStatus::WrongUse) << word;
     EXPECT_EQ(ran.out, "");
   }
-  EXPECT_EQ(RunLines({"clock 5"}).errors,
-            "test: clock: +SECONDS: expected + and a number of seconds up to 31536000 such as +300 "
-            "or +0.5, got \"5\"\n");
+  EXPECT_EQ(
+      RunLines({"clock 5"}).errors,
+      "test: clock: +SECONDS: expected + and a number of seconds up to 31536000 such as +300 or "
+      "+0.5, got \"5\"\n");
 }
 
 TEST(MoveClock, Aging_FollowsIt) {
