@@ -33,14 +33,14 @@ constexpr const char* kDhcpFilter =
     "udp dst port 67 or udp dst port 547 or (vlan and (udp dst port 67 or udp dst port 547 or "
     "(vlan and (udp dst port 67 or udp dst port 547))))";
 constexpr const char* kPppoeFilter =
-    "ether proto 0x8863 or ether proto 0x8864 or (vlan and (ether proto 0x8863 or ether proto "
-    "0x8864 or (vlan and (ether proto 0x8863 or ether proto 0x8864))))";
+    "ether proto 0x8863 or ether proto 0x8864 or (vlan and (ether proto 0x8863 "
+    "or ether proto 0x8864 or (vlan and (ether proto 0x8863 or ether proto 0x8864))))";
 // Hop-by-hop options of eight bytes, then ICMPv6 types 130 to 132 and 143.
 constexpr const char* kMldFilter =
     "(ip6[6] = 0 and ip6[40] = 58 and ((ip6[48] >= 130 and ip6[48] <= 132) or ip6[48] = 143)) or "
-    "(vlan and ((ip6[6] = 0 and ip6[40] = 58 and ((ip6[48] >= 130 and ip6[48] <= 132) or "
-    "ip6[48] = 143)) or (vlan and (ip6[6] = 0 and ip6[40] = 58 and ((ip6[48] >= 130 and "
-    "ip6[48] <= 132) or ip6[48] = 143)))))";
+    "(vlan and ((ip6[6] = 0 and ip6[40] = 58 and "
+    "((ip6[48] >= 130 and ip6[48] <= 132) or ip6[48] = 143)) or (vlan and "
+    "(ip6[6] = 0 and ip6[40] = 58 and ((ip6[48] >= 130 and ip6[48] <= 132) or ip6[48] = 143)))))";
 
 bool IsMldType(Tins::ICMPv6::Types type) {
   return (type >= Tins::ICMPv6::MGM_QUERY && type <= Tins::ICMPv6::MGM_REDUCTION) ||

@@ -14,6 +14,8 @@
 #include <bcm6838x_vlan_port.h>
 #include <hal_bcm6838x.h>
 
+#include "support/library_tables.h"
+
 extern "C" {
 #include <c_platform.h>
 }

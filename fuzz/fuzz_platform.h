@@ -11,8 +11,6 @@
 
 #include <brmgr_record.h>
 
-extern "C" PortVlanInfo g_PortVlanInfo[32];
-
 namespace fuzz {
 
 using Bytes = std::vector<std::uint8_t>;

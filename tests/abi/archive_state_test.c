@@ -8,11 +8,7 @@
 #include <platform_log.h>
 
 #include "c_platform.h"
-
-extern int32_t sgHwDevFd;
-extern uint32_t g_bcm6838xLogId;
-extern int32_t g_SwitchPerformance;
-extern char g_BoardId[17];
+#include "support/library_tables.h"
 
 static int g_failures = 0;
 

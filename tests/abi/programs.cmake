@@ -32,6 +32,7 @@ set(c_interface
 add_c_program(c_interface_shared hal_bcm6838x ${c_interface})
 add_c_program(c_interface_archive hal_bcm6838x_static ${c_interface})
 add_c_program(archive_state hal_bcm6838x_static archive_state_test.c)
+target_include_directories(archive_state PRIVATE ${PROJECT_SOURCE_DIR}/tests)
 
 add_c_program(start_sequence hal_bcm6838x_static start_sequence_test.c)
 foreach(operation InitIgmp InitPort InitQoS InitVlan RdpaIcInit RdpaIcInit_Perf SetPortAdminState)

@@ -143,15 +143,14 @@ TEST_F(ConsistencyTest, FlowThatTheLibraryForgot_IsFound) {
 
 TEST_F(ConsistencyTest, FlowThatIsGone_IsFound) {
   chip.downstream.classes[0].flows.clear();
-  EXPECT_THAT(check(),
-              ElementsAre("downstream flow 0 of class 0 is in the library's tables, but does not "
-                          "exist"));
+  EXPECT_THAT(check(), ElementsAre("downstream flow 0 of class 0 is in the library's tables, "
+                                   "but does not exist"));
 }
 
 TEST_F(ConsistencyTest, ActionThatTheLibraryForgot_IsFound) {
   exists(Action(BRMGR_DIR_DOWNSTREAM, BRMGR_TAG_POP, 0, 5));
-  EXPECT_THAT(check(), ElementsAre("downstream VLAN action 5 exists, but the library does not "
-                                   "know it"));
+  EXPECT_THAT(check(), ElementsAre("downstream VLAN action 5 exists, "
+                                   "but the library does not know it"));
 }
 
 TEST_F(ConsistencyTest, ActionThatIsGone_IsFoundWithThePortActionThatNamesIt) {
@@ -159,8 +158,8 @@ TEST_F(ConsistencyTest, ActionThatIsGone_IsFoundWithThePortActionThatNamesIt) {
   EXPECT_THAT(check(),
               UnorderedElementsAre(
                   "downstream VLAN action 1 is in the library's tables, but does not exist",
-                  "the port action of UNI port 1 on downstream flow 0 of class 1 names VLAN action "
-                  "1, which does not exist"));
+                  "the port action of UNI port 1 on downstream flow 0 "
+                  "of class 1 names VLAN action 1, which does not exist"));
 }
 
 TEST_F(ConsistencyTest, ReferencesOfASharedFlow_AreCountedByVidAndTags) {
@@ -183,18 +182,18 @@ TEST_F(ConsistencyTest, ReferencesOfActions_AreCountedPerDirection) {
   library.actions[1].references = 1;
   EXPECT_THAT(check(), UnorderedElementsAre(
                            "upstream VLAN action 0 has 3 references, but 2 users",
-                           "the pool of downstream VLAN actions of VID 100 has 1 references, but 2 "
-                           "users"));
+                           "the pool of downstream VLAN actions of VID 100 has 1 references, "
+                           "but 2 users"));
 }
 
 TEST_F(ConsistencyTest, VlanObjects_AreComparedBothWays) {
   objects.vlans.erase("wan0_200");
   objects.vlans["lan1_30"] = {"lan1", 2, {30}};
   EXPECT_THAT(check(), UnorderedElementsAre(
-                           "the VLAN object of VID 200 on the WAN side is in the library's "
-                           "tables, but does not exist",
-                           "the VLAN object of VID 30 on UNI port 2 exists, but the library "
-                           "does not know it"));
+                           "the VLAN object of VID 200 on the WAN side is in the library's tables, "
+                           "but does not exist",
+                           "the VLAN object of VID 30 on UNI port 2 exists, "
+                           "but the library does not know it"));
 }
 
 TEST_F(ConsistencyTest, VlanObjectWithoutVid_IsFound) {
@@ -204,8 +203,8 @@ TEST_F(ConsistencyTest, VlanObjectWithoutVid_IsFound) {
 
 TEST_F(ConsistencyTest, ReferencesOfLanObjects_CountFlowsAndMulticastVlans) {
   library.multicastVlans.push_back({1, 10});
-  EXPECT_THAT(check(), ElementsAre("the VLAN object of VID 10 on UNI port 1 has 2 references, but "
-                                   "3 users"));
+  EXPECT_THAT(check(), ElementsAre("the VLAN object of VID 10 on UNI port 1 has 2 references, "
+                                   "but 3 users"));
   library.lanVlans[0].references = 3;
   EXPECT_THAT(check(), IsEmpty());
 }

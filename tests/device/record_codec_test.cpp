@@ -477,16 +477,16 @@ TEST(SetField, OfAnElement_ChangesThatOneAlone) {
   const auto error = SetField(record, "port[2].translationList[512].netVid", "1", bytes);
   ASSERT_TRUE(error);
   EXPECT_TRUE(
-      error->starts_with("PortVlanTable has no field \"port[2].translationList[512].netVid\"; it "
-                         "has port[0..31].pvid, "))
+      error->starts_with("PortVlanTable has no field \"port[2].translationList[512].netVid\"; "
+                         "it has port[0..31].pvid, "))
       << *error;
 }
 
 TEST(SetField, AnUnknownField_NamesTheKnownOnes) {
   Bytes bytes(32);
   EXPECT_EQ(SetField(RecordNamed("IngressClassCfg"), "mask", "1", bytes),
-            "IngressClassCfg has no field \"mask\"; it has type, fieldMask, priority, dir, "
-            "icIndex");
+            "IngressClassCfg has no field \"mask\"; "
+            "it has type, fieldMask, priority, dir, icIndex");
 }
 
 TEST(SetField, ABadValue_SaysWhatWasExpectedAndLeavesTheBytes) {

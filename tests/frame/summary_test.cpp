@@ -26,8 +26,7 @@ TEST(FrameSummary, Samples_ReadLikeThis) {
       {kUdp4Fragment, kAddresses + "udp 192.0.2.1 > 192.0.2.2 length 44"},
       {kTcp6, kAddresses + "tcp [2001:db8::1]:1024 > [2001:db8::2]:80 length 74"},
       {kIgmpReport,
-       "01:00:5e:01:01:01 < 02:00:00:00:00:01 igmp report 192.0.2.1 > 239.1.1.1 "
-       "length 46"},
+       "01:00:5e:01:01:01 < 02:00:00:00:00:01 igmp report 192.0.2.1 > 239.1.1.1 length 46"},
       {kMldReport,
        "33:33:00:01:00:03 < 02:00:00:00:00:01 mld report fe80::1 > ff02::1:3 length 86"},
       {kBpdu, "01:80:c2:00:00:00 < 02:00:00:00:00:01 stp config length 52"},

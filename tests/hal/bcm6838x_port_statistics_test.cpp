@@ -223,10 +223,9 @@ TEST_F(PortStatisticsTest, Getters_Null_LogAndSendNothing) {
   EXPECT_EQ(BCM6838X_GetPortStatisticsTx64Octets(1, nullptr), 2U);
   EXPECT_THAT(
       left(),
-      ElementsAre("log 4" + kPlace + "BCM6838X_GetPortStatisticsRxOctets(<line>), null pointer\r\n",
-                  "log 4" + kPlace +
-                      "BCM6838X_GetPortStatisticsTx64Octets(<line>), null "
-                      "pointer\r\n"));
+      ElementsAre(
+          "log 4" + kPlace + "BCM6838X_GetPortStatisticsRxOctets(<line>), null pointer\r\n",
+          "log 4" + kPlace + "BCM6838X_GetPortStatisticsTx64Octets(<line>), null pointer\r\n"));
 }
 
 TEST_F(PortStatisticsTest, Clear_EveryGetterOfThePortReadsZeroFromThere) {

@@ -16,22 +16,9 @@
 #include <hal_bcm6838x.h>
 
 #include "qos_rules.h"
+#include "support/library_tables.h"
 #include "support/library_test.h"
 #include "support/wire_record.h"
-
-namespace {
-
-constexpr std::size_t kEntries = 256;
-constexpr std::size_t kPorts = 32;
-
-}  // namespace
-
-extern "C" {
-extern std::int32_t sg_QosClassificationVlanEntry[kEntries];
-extern std::int32_t sg_QosClassificationICEntry[kEntries];
-extern std::int32_t sg_QosClassificationFlowEntry[kEntries];
-extern std::uint32_t g_portPolicerCfg[kPorts];
-}
 
 namespace hal_test {
 namespace {
@@ -116,8 +103,8 @@ TEST_F(QosStateTest, Apply_FlowWithoutAClass_IsForgottenWithoutADelete) {
   EXPECT_EQ(applyEmpty(2), 0U);
   EXPECT_THAT(commands(), ElementsAre(ActionDeleteSent(7)));
   EXPECT_EQ(logLines().back(),
-            "log 1 hal/switch/bcm6838x/src/bcm6838x_qos_classify.cpp Failed to delete vlanaction "
-            "-1\r\n");
+            "log 1 hal/switch/bcm6838x/src/bcm6838x_qos_classify.cpp "
+            "Failed to delete vlanaction -1\r\n");
   EXPECT_THAT(entry(8), Each(-1));
   EXPECT_THAT(entry(9), Each(-1));
 }

@@ -93,8 +93,7 @@ TEST_F(VlanFlowTest, AddPerf_CarriesTwoResultWordsMoreAndLogsUnderItsOwnName) {
   forget();
   EXPECT_EQ(BCM6838X_AddDsIngressClass_Perf(100, 1, 2), 0);
   EXPECT_THAT(left(), ElementsAre(Logged("AddDsIngressClass_Perf",
-                                         "add ds ingress class vid 100  "
-                                         "vlanNum 1"),
+                                         "add ds ingress class vid 100  vlanNum 1"),
                                   Logged("AddDsIngressClass_Perf", "add IC num 4")));
 }
 
@@ -302,8 +301,7 @@ TEST_F(VlanFlowTest, PortAction_IndexesAreSignedAndThePortHasSixteenBits) {
       ElementsAre(
           Logged("AddPortAction", "add port action port 2 icIndex=-2147483648 flowIndex=-1"),
           "shell bs /b/c ingress_class/dir=ds,index=-2147483648 "
-          "port_action[{flow=-1,port=lan1}]={{vlan_action={vlan_action/dir=ds,index=-1},"
-          "drop=no}}",
+          "port_action[{flow=-1,port=lan1}]={{vlan_action={vlan_action/dir=ds,index=-1},drop=no}}",
           Logged("DelPortAction", "del port action port 2 icIndex=-2147483648 flowIndex=-1"),
           "shell bs /b/c ingress_class/dir=ds,index=-2147483648 "
           "port_action[{flow=-1,port=lan1}]={{vlan_action=null,drop=no}}"));

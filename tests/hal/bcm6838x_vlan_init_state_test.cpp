@@ -15,17 +15,7 @@
 #include <hal_bcm6838x.h>
 
 #include "hal/vlan_port_test.h"
-
-// The tables of chip objects, as bytes: what they hold is not this file's matter.
-extern "C" {
-extern PortVlanInfo g_PortVlanInfo[32];
-extern PortVlanInfo g_oldPortVlanInfo[32];
-extern std::uint8_t g_wanVlan[0x800200];
-extern std::uint8_t g_lanVlan[1536];
-extern std::uint8_t g_vlanAction[7168];
-extern std::uint8_t g_usIngressClass[0x148000];
-extern std::uint8_t g_dsIngressClass[41984];
-}
+#include "support/library_tables.h"
 
 namespace hal_test {
 namespace {
@@ -37,12 +27,15 @@ struct Table {
   std::span<std::uint8_t> bytes;
 };
 
+template <typename Object>
+Table TableOf(const std::string& name, Object& object) {
+  return {name, {reinterpret_cast<std::uint8_t*>(&object), sizeof(object)}};
+}
+
 std::vector<Table> ChipTables() {
-  return {{"g_wanVlan", g_wanVlan},
-          {"g_lanVlan", g_lanVlan},
-          {"g_vlanAction", g_vlanAction},
-          {"g_usIngressClass", g_usIngressClass},
-          {"g_dsIngressClass", g_dsIngressClass}};
+  return {TableOf("g_wanVlan", g_wanVlan), TableOf("g_lanVlan", g_lanVlan),
+          TableOf("g_vlanAction", g_vlanAction), TableOf("g_usIngressClass", g_usIngressClass),
+          TableOf("g_dsIngressClass", g_dsIngressClass)};
 }
 
 PortVlanInfo RecordOf(std::uint8_t byte) {

@@ -128,8 +128,8 @@ TEST_F(VlanModeBasicTest, Transparent_LastPriorityRefused_TakesNoReferences) {
   EXPECT_THAT(leftWith("FLOW_ADD ds"), ElementsAre("FLOW_ADD ds outerVid=0 vlanNum=0 icIndex=0",
                                                    "FLOW_ADD ds outerVid=0 vlanNum=2 icIndex=0"));
   EXPECT_THAT(leftWith("log BCM6838X_AddUsTransparent,"),
-              ElementsAre("log BCM6838X_AddUsTransparent,<line>, add us icIndex=4 flowIndex=-1 "
-                          "error"));
+              ElementsAre("log BCM6838X_AddUsTransparent,<line>, "
+                          "add us icIndex=4 flowIndex=-1 error"));
 }
 
 // Required: builders-return-last-result
@@ -177,8 +177,8 @@ TEST_F(VlanModeBasicTest, Tag_TwoPorts_ShareTheActionAndTheDownstreamFlow) {
                           "log BCM6838X_AddVlanAction,<line>, add vlan action num 2",
                           "FLOW_ADD us outerVid=0 ingressPort=3 outerPbit=0 vlanNum=0 queue=3 "
                           "icIndex=0 vlanActionIndex=0",
-                          "log BCM6838X_AddDsIngressClass,<line>, add ds ingress class vid 100  "
-                          "vlanNum 1",
+                          "log BCM6838X_AddDsIngressClass,<line>, "
+                          "add ds ingress class vid 100  vlanNum 1",
                           "log BCM6838X_AddDsIngressClass,<line>, add IC num 2"));
   EXPECT_EQ(BCM6838X_DelUsTag(1, 100, 3), 0);
   EXPECT_THAT(device(), ElementsAre("us flow 0.1 vid 0 pbit 0 tags 0 action 0",

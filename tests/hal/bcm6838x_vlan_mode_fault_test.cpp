@@ -35,8 +35,8 @@ struct Row {
   std::string mode;
   std::string command;  ///< regular expression for the whole line
   std::int32_t result;  ///< of the operation whose command it is
-  Lines left = {};      ///< beginnings of the lines of DeviceContent() after the delete, "$1" for
-                        ///< the pattern's group
+  /// Beginnings of the lines of DeviceContent() after the delete, "$1" for the pattern's group.
+  Lines left = {};
 };
 
 /// The command refused during the add; then the delete runs without faults.

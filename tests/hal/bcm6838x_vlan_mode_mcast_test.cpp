@@ -14,36 +14,15 @@
 #include <bcm6838x_vlan.h>
 
 #include "hal/vlan_mode_fixture.h"
-
-namespace {
-
-constexpr std::size_t kPorts = 32;
-constexpr std::uint16_t kNoVlan = 0xFFFF;
-
-struct McastTranslation {
-  std::uint16_t mvlan;
-  std::uint16_t iptvVlan;
-  std::uint32_t vlanActionIndex;
-};
-
-struct McastPort {
-  std::uint16_t mode;
-  std::array<std::uint16_t, 8> vlans;
-  std::uint32_t stripActionIndex;
-  std::array<McastTranslation, 8> translations;
-};
-
-}  // namespace
-
-extern "C" {
-extern McastPort g_mcastUniPortInfo[kPorts];
-}
+#include "support/library_tables.h"
 
 namespace hal_test {
 namespace {
 
 using testing::IsEmpty;
 using testing::SizeIs;
+
+constexpr std::uint16_t kNoVlan = 0xFFFF;
 
 class VlanModeMcastTest : public VlanModeTest {
  protected:

@@ -112,8 +112,8 @@ TEST_F(VlanModeStackingTest, Zte_UntaggedFlowRefused_GoesOnWithTheTaggedOnes) {
   EXPECT_THAT(leftWith("log BCM6838X_AddPortAction"), SizeIs(1));
   forget();
   EXPECT_EQ(BCM6838X_DelUsZTEStacking(2, 10, 3), 0);
-  EXPECT_THAT(leftWith("log BCM6838X_GetDsIngressClass,<line>, get ds ingress class vid 10  "
-                       "vlanNum 1"),
+  EXPECT_THAT(leftWith("log BCM6838X_GetDsIngressClass,<line>, "
+                       "get ds ingress class vid 10  vlanNum 1"),
               IsEmpty());
   EXPECT_THAT(leftWith("log BCM6838X_DelWanVlan,<line>, port=2,del wanVid=10 lanVid=4096"),
               SizeIs(1))
@@ -284,8 +284,8 @@ TEST_F(VlanModeStackingTest, Bdcom_CustomerAndServiceVidDiffer_ThePortActionIsNo
   forget();
   EXPECT_EQ(delBdcom(OneEntry({2, {}, 2, 100, 0, 300})), 0);
   EXPECT_THAT(leftWith("log BCM6838X_GetDsIngressClass"),
-              ElementsAre("log BCM6838X_GetDsIngressClass,<line>, get ds ingress class vid 100  "
-                          "vlanNum 2"));
+              ElementsAre("log BCM6838X_GetDsIngressClass,<line>, "
+                          "get ds ingress class vid 100  vlanNum 2"));
   EXPECT_THAT(leftWith("log BCM6838X_DelPortAction"), IsEmpty());
 }
 
@@ -352,8 +352,8 @@ TEST_F(VlanModeStackingTest, Bdcom_FlowRefused_KeepsTheObjectsAndGoesOn) {
   unit.device().faults().refuseNth(3, 100);
   EXPECT_EQ(addBdcom(StackingList(2, 2)), 0);
   EXPECT_THAT(leftWith("log BCM6838X_AddUsBDCOMStacking"),
-              ElementsAre("log BCM6838X_AddUsBDCOMStacking,<line>, add us icIndex=3 flowIndex=-1 "
-                          "error"));
+              ElementsAre("log BCM6838X_AddUsBDCOMStacking,<line>, "
+                          "add us icIndex=3 flowIndex=-1 error"));
   EXPECT_THAT(leftWith("log BCM6838X_DelVlanAction,<line>, del vlan action cmd 1 vid[0]=300 "),
               SizeIs(1))
       << "released by the whole rule";

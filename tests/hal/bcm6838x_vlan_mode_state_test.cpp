@@ -16,20 +16,7 @@
 #include <brmgr_record.h>
 
 #include "hal/vlan_mode_fixture.h"
-
-namespace {
-
-constexpr std::size_t kSlots = 256;
-constexpr std::size_t kPorts = 32;
-constexpr std::uint32_t kNone = 0xFFFFFFFF;
-
-}  // namespace
-
-extern "C" {
-extern IngressFlowRule g_usIngressClass[kPorts * kSlots];
-extern std::uint32_t g_portPolicerCfg[kPorts];
-extern std::uint32_t g_dsVlanAction;
-}
+#include "support/library_tables.h"
 
 namespace hal_test {
 namespace {
@@ -42,21 +29,17 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
+constexpr std::uint32_t kNone = 0xFFFFFFFF;
+
 /// Slot i of a port.
 IngressFlowRule& Slot(std::uint32_t port, std::size_t i) {
-  return g_usIngressClass[(port - 1) * kSlots + i];
-}
-
-std::vector<std::uint8_t> BytesOf(const IngressFlowRule& slot) {
-  std::vector<std::uint8_t> bytes(sizeof(slot));
-  std::memcpy(bytes.data(), &slot, sizeof(slot));
-  return bytes;
+  return g_usIngressClass[port - 1][i];
 }
 
 /// A port's slots that are not all zero.
 std::size_t SlotsInUse(std::uint32_t port) {
   std::size_t count = 0;
-  for (std::size_t i = 0; i < kSlots; ++i) {
+  for (std::size_t i = 0; i < kChipObjects; ++i) {
     count += BytesOf(Slot(port, i)) == BytesOf(IngressFlowRule{}) ? 0U : 1U;
   }
   return count;
@@ -160,7 +143,7 @@ TEST_F(VlanModeStateTest, Slots_EveryDeleteClearsAllOfThePortEvenWhenRefused) {
     const std::size_t others = SlotsInUse(3);
     ASSERT_GE(SlotsInUse(2), 1U) << mode.name;
     EXPECT_EQ(SlotsInUse(2), others) << mode.name;
-    Slot(2, kSlots - 1).refCount = 1;
+    Slot(2, kChipObjects - 1).refCount = 1;
     unit.device().faults().refuseFrom(1);
     mode.del(2, 2);
     unit.device().faults().clear();
@@ -201,8 +184,8 @@ TEST_F(VlanModeStateTest, PvidDelete_OfASlotWithoutFlowAndAction_ReleasesTheRest
     EXPECT_EQ(ModeOf(name).del(2, 0), 0) << name;
     EXPECT_THAT(commands(), IsEmpty()) << name;
     EXPECT_THAT(leftWith("log BCM6838X_DelVlanAction"), IsEmpty()) << name;
-    EXPECT_THAT(leftWith("log BCM6838X_DelDsIngressClass,<line>, del ds ingress class vid 10  "
-                         "vlanNum 1"),
+    EXPECT_THAT(leftWith("log BCM6838X_DelDsIngressClass,<line>, "
+                         "del ds ingress class vid 10  vlanNum 1"),
                 SizeIs(1))
         << name;
     EXPECT_THAT(leftWith("log BCM6838X_DelWanVlan,<line>, port=2,del wanVid=10 lanVid=4096"),
@@ -242,10 +225,10 @@ TEST_F(VlanModeStateTest, ZteStackingDelete_OfSlotsWithoutFlowAndAction_Releases
   EXPECT_THAT(commands(), IsEmpty());
   EXPECT_THAT(leftWith("log BCM6838X_DelVlanAction"), IsEmpty());
   EXPECT_THAT(leftWith("log BCM6838X_GetDsIngressClass"),
-              ElementsAre("log BCM6838X_GetDsIngressClass,<line>, get ds ingress class vid 10  "
-                          "vlanNum 1",
-                          "log BCM6838X_GetDsIngressClass,<line>, get ds ingress class vid 10  "
-                          "vlanNum 2"));
+              ElementsAre("log BCM6838X_GetDsIngressClass,<line>, "
+                          "get ds ingress class vid 10  vlanNum 1",
+                          "log BCM6838X_GetDsIngressClass,<line>, "
+                          "get ds ingress class vid 10  vlanNum 2"));
 }
 
 TEST_F(VlanModeStateTest, TranslationDelete_OfSlotsWithoutFlowAndAction_ReleasesTheRest) {

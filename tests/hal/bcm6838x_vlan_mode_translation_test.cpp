@@ -154,8 +154,8 @@ TEST_F(VlanModeTranslationTest, FlowRefused_GivesItsReferenceBackAndSkipsItsObje
                           "vid[1]=0  dir=us",
                           "log BCM6838X_DelVlanAction,<line>, del vlan action num 1"));
   EXPECT_THAT(leftWith("log BCM6838X_AddUsTranslation"),
-              ElementsAre("log BCM6838X_AddUsTranslation,<line>, add us icIndex=3 flowIndex=-1 "
-                          "error"));
+              ElementsAre("log BCM6838X_AddUsTranslation,<line>, "
+                          "add us icIndex=3 flowIndex=-1 error"));
   EXPECT_THAT(leftWith("log BCM6838X_AddLanVlan"), SizeIs(7));
   EXPECT_EQ(del(TranslationList(2, 1)), 0);
   // Seven flows gave back seven of the eight references downstream.

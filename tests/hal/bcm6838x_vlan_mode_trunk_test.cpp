@@ -119,8 +119,8 @@ TEST_F(VlanModeTrunkTest, ZteTrunk_LastPriorityRefused_TakesNoReferencesButIsSti
   EXPECT_THAT(leftWith("FLOW_ADD ds"), IsEmpty());
   EXPECT_THAT(leftWith("log BCM6838X_AddLanVlan"), SizeIs(7)) << "none for the refused flow";
   EXPECT_THAT(leftWith("log BCM6838X_AddUsZTETrunk"),
-              ElementsAre("log BCM6838X_AddUsZTETrunk,<line>, add us icIndex=3 flowIndex=-1 "
-                          "error"));
+              ElementsAre("log BCM6838X_AddUsZTETrunk,<line>, "
+                          "add us icIndex=3 flowIndex=-1 error"));
   forget();
   EXPECT_EQ(BCM6838X_DelUsZTETrunk(2, ListOf({{0, 100}}).data()), 0);
   EXPECT_THAT(leftWith("FLOW_DEL"), SizeIs(7));

@@ -21,29 +21,7 @@
 #include "hal/chip_content.h"
 #include "hal/vlan_port_test.h"
 #include "support/in_child.h"
-
-namespace {
-
-constexpr std::size_t kVlanEntries = 4096;
-
-struct VlanEntry {
-  std::uint16_t vid;
-  std::uint32_t portMask;
-  std::uint32_t vlanAttr;
-  std::array<std::uint8_t, 40> unused;
-};
-static_assert(sizeof(VlanEntry) == 52);
-
-}  // namespace
-
-extern "C" {
-extern PortVlanInfo g_PortVlanInfo[32];
-extern PortVlanInfo g_oldPortVlanInfo[32];
-extern std::uint32_t g_dsVlanAction;
-extern VlanEntry g_vlanEntry[kVlanEntries];
-extern std::uint16_t g_vlanEntryCnt;
-extern std::uint16_t g_vlanEntryGetCnt;
-}
+#include "support/library_tables.h"
 
 namespace hal_test {
 namespace {
@@ -51,13 +29,6 @@ namespace {
 bool IsCommitted() {
   return std::memcmp(static_cast<const void*>(g_oldPortVlanInfo), g_PortVlanInfo,
                      sizeof(g_PortVlanInfo)) == 0;
-}
-
-template <typename Object>
-std::vector<std::uint8_t> BytesOf(const Object& object) {
-  std::vector<std::uint8_t> bytes(sizeof(object));
-  std::memcpy(bytes.data(), &object, sizeof(object));
-  return bytes;
 }
 
 class VlanPortStateTest : public VlanPortTest {};

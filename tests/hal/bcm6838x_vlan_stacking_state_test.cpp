@@ -17,12 +17,8 @@
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
+#include "support/library_tables.h"
 #include "unit/unit.h"
-
-extern "C" {
-extern PortVlanInfo g_PortVlanInfo[32];
-extern PortVlanInfo g_oldPortVlanInfo[32];
-}
 
 namespace hal_test {
 namespace {

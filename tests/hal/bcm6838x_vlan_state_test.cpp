@@ -16,41 +16,9 @@
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
+#include "support/library_tables.h"
 #include "support/library_test.h"
 #include "support/wire_record.h"
-
-namespace {
-
-constexpr std::size_t kEntries = 256;
-constexpr std::uint32_t kNone = 0xFFFFFFFF;
-
-struct ActionEntry {
-  VlanActionRule rule;
-  std::uint32_t refCount;
-};
-
-struct WanEntry {
-  std::uint16_t wanVid;
-  std::array<std::array<std::uint16_t, 512>, 32> lanVid;
-  bool operator==(const WanEntry&) const = default;
-};
-
-struct LanEntry {
-  std::uint16_t port;
-  std::uint16_t vid;
-  std::uint16_t refCount;
-};
-
-}  // namespace
-
-extern "C" {
-extern ActionEntry g_vlanAction[kEntries];
-extern WanEntry g_wanVlan[kEntries];
-extern LanEntry g_lanVlan[kEntries];
-extern IngressFlowRule g_dsIngressClass[kEntries];
-extern IngressFlowRule g_usIngressClass[32 * kEntries];
-extern std::uint32_t g_mirror_cfg[4];
-}
 
 namespace hal_test {
 namespace {
@@ -59,12 +27,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-template <typename Object>
-std::vector<std::uint8_t> BytesOf(const Object& object) {
-  std::vector<std::uint8_t> bytes(sizeof(object));
-  std::memcpy(bytes.data(), &object, sizeof(object));
-  return bytes;
-}
+constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
 VlanActionRule PushTag(std::uint16_t vid) {
   return {0x101, {{vid, 3, 0, 0x8100}, {9, 2, 0, 0x88A8}}, BRMGR_DIR_UPSTREAM, 0};
@@ -95,7 +58,7 @@ TEST_F(VlanStateTest, Action_KeepsItsContentIndexAndCount) {
   rule.vlanActionIndex = 77;
   BCM6838X_AddVlanAction(PushTag(50), 1);
   BCM6838X_AddVlanAction(rule, 8);
-  ActionEntry expected = {PushTag(100), 8};
+  VlanActionEntry expected = {PushTag(100), 8};
   expected.rule.vlanActionIndex = 1;
   EXPECT_EQ(BytesOf(g_vlanAction[1]), BytesOf(expected));
   BCM6838X_DelVlanAction({0, {}, BRMGR_DIR_UPSTREAM, 0});
@@ -154,7 +117,7 @@ TEST_F(VlanStateTest, WanObject_KeepsTheLanVidsOfEachPort) {
   BCM6838X_AddWanVlan(1, 100, 4096);
   BCM6838X_DelWanVlan(32, 100, 10);
   BCM6838X_AddWanVlan(32, 100, 12);
-  WanEntry expected = {};
+  WanVlanEntry expected = {};
   expected.wanVid = 100;
   expected.lanVid[31][0] = 12;
   expected.lanVid[31][1] = 11;
@@ -166,7 +129,7 @@ TEST_F(VlanStateTest, WanObject_SameThreeTwice_TakesOneSlot) {
   for (const std::uint32_t lanVid : {10U, 10U, 11U, 11U, 10U}) {
     BCM6838X_AddWanVlan(2, 100, lanVid);
   }
-  WanEntry expected = {};
+  WanVlanEntry expected = {};
   expected.wanVid = 100;
   expected.lanVid[1][0] = 10;
   expected.lanVid[1][1] = 11;
@@ -176,7 +139,7 @@ TEST_F(VlanStateTest, WanObject_SameThreeTwice_TakesOneSlot) {
 TEST_F(VlanStateTest, WanObject_LastDelete_ClearsTheEntry) {
   BCM6838X_AddWanVlan(2, 100, 10);
   BCM6838X_DelWanVlan(2, 100, 10);
-  EXPECT_EQ(g_wanVlan[0], WanEntry{});
+  EXPECT_EQ(g_wanVlan[0], WanVlanEntry{});
 }
 
 TEST_F(VlanStateTest, WanObject_EverySlotHoldingTheLanVidIsFreed) {
@@ -184,7 +147,7 @@ TEST_F(VlanStateTest, WanObject_EverySlotHoldingTheLanVidIsFreed) {
   g_wanVlan[0].lanVid[1][300] = 10;
   g_wanVlan[0].lanVid[1][511] = 10;
   BCM6838X_DelWanVlan(2, 100, 10);
-  EXPECT_EQ(g_wanVlan[0], WanEntry{});
+  EXPECT_EQ(g_wanVlan[0], WanVlanEntry{});
 }
 
 TEST_F(VlanStateTest, WanObject_AnySlotOfAnyPortKeepsIt) {
@@ -198,20 +161,20 @@ TEST_F(VlanStateTest, WanObject_AnySlotOfAnyPortKeepsIt) {
 
 TEST_F(VlanStateTest, WanObject_OutOfRangePort_ChangesNothingInTheTable) {
   BCM6838X_AddWanVlan(1, 100, 10);
-  const WanEntry before = g_wanVlan[0];
+  const WanVlanEntry before = g_wanVlan[0];
   for (const std::uint32_t port : {0U, 33U, 0xFFFFU}) {
     BCM6838X_AddWanVlan(port, 100, 11);
     BCM6838X_AddWanVlan(port, 101, 11);
     BCM6838X_DelWanVlan(port, 100, 10);
   }
   EXPECT_EQ(g_wanVlan[0], before);
-  EXPECT_EQ(g_wanVlan[1], WanEntry{});
+  EXPECT_EQ(g_wanVlan[1], WanVlanEntry{});
 }
 
 TEST_F(VlanStateTest, WanTable_ClearedByTheProgram_IsEmptyForTheLibraryToo) {
   BCM6838X_AddWanVlan(1, 100, 10);
   BCM6838X_AddWanVlan(1, 200, 10);
-  std::ranges::fill(g_wanVlan, WanEntry{});
+  std::ranges::fill(g_wanVlan, WanVlanEntry{});
   forget();
   BCM6838X_DelWanVlan(1, 200, 10);
   EXPECT_THAT(shellLines(), IsEmpty());
@@ -221,10 +184,10 @@ TEST_F(VlanStateTest, WanTable_ClearedByTheProgram_IsEmptyForTheLibraryToo) {
 }
 
 TEST_F(VlanStateTest, WanTable_ClearedWhileFull_TakesNewObjectsAgain) {
-  for (std::uint32_t vid = 1; vid <= kEntries; ++vid) {
+  for (std::uint32_t vid = 1; vid <= kChipObjects; ++vid) {
     BCM6838X_AddWanVlan(1, vid, 10);
   }
-  std::ranges::fill(g_wanVlan, WanEntry{});
+  std::ranges::fill(g_wanVlan, WanVlanEntry{});
   BCM6838X_AddWanVlan(1, 1000, 10);
   EXPECT_EQ(g_wanVlan[0].wanVid, 1000);
 }
@@ -248,7 +211,7 @@ TEST_F(VlanStateTest, WanTable_EntryOfTheProgramBehindFreeOnes_IsFound) {
   BCM6838X_DelWanVlan(1, 300, 10);
   EXPECT_THAT(shellLines(), ElementsAre("shell bs /b/c vlan/name=wan0_300 vid_enable[300]=no",
                                         "shell bs /b/d vlan/name=wan0_300"));
-  EXPECT_EQ(g_wanVlan[5], WanEntry{});
+  EXPECT_EQ(g_wanVlan[5], WanVlanEntry{});
 }
 
 TEST_F(VlanStateTest, WanTable_TheFirstEntryWithTheVidIsUsed) {
@@ -264,7 +227,7 @@ TEST_F(VlanStateTest, LanObject_KeepsPortVidAndCount) {
   BCM6838X_AddLanVlan(1, 50);
   BCM6838X_AddLanVlan(4, 100);
   BCM6838X_AddLanVlan(4, 100);
-  const LanEntry expected = {4, 100, 2};
+  const LanVlanEntry expected = {4, 100, 2};
   EXPECT_EQ(BytesOf(g_lanVlan[1]), BytesOf(expected));
   BCM6838X_DelLanVlan(1, 50);
   EXPECT_THAT(BytesOf(g_lanVlan[0]), Each(0));

@@ -1,126 +1,29 @@
 /// @file
-/// Tests of the ports' VLAN rules as they apply to a frame: every row of both tables, every place
-/// of a list, every length. Modes and lists are set in the table of the configuration.
-#include <algorithm>
+/// Tests of the ports' VLAN rules as they apply to a frame: every row of both tables and every
+/// place of a list. Modes and lists are set in the table of the configuration.
 #include <cstdint>
-#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include <bcm6838x_vlan_port.h>
-#include <hal_bcm6838x.h>
 
+#include "accord_fixture.h"
 #include "packet_bytes.h"
-#include "support/library_test.h"
-#include "vlan_config.h"
+#include "support/library_tables.h"
 
-namespace hal_test {
+namespace hal_test::accord {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using Tags = std::vector<TagBytes>;
-using MaybeTags = std::optional<Tags>;  ///< nothing: dropped
-
 const std::string kNoMode =
     "log 1 hal/switch/bcm6838x/src/hal_bcm6838x_classify.cpp "
     "CTC mode : PORTCFG_CTCMODE_NONE\r\n";
-const std::string kLog =
-    "log 4 hal/switch/bcm6838x/src/hal_bcm6838x_classify.cpp BCM6838X_AccordVlan(<line>), ";
-const std::string kTagLog =
-    "log 4 hal/switch/bcm6838x/src/hal_bcm6838x_tag.cpp BCM6838X_AddVlanTag(<line>), ";
-
-constexpr std::uint16_t kPvid = 100;
-constexpr TagBytes kOwnTag = {0x8100, 0x6000 | kPvid};  ///< PVID and priority 3 of the port
-
-Bytes FrameWith(const Tags& tags) {
-  Bytes payload(46);
-  for (std::size_t i = 0; i < payload.size(); ++i) {
-    payload[i] = static_cast<std::uint8_t>(0xC0 + i);
-  }
-  return FrameDraft{.tags = tags, .payload = payload, .size = 0}.bytes();
-}
-
-/// A list without free entries and with VIDs from 3000 on, beside the entries that a test looks
-/// for.
-void FillLists(VlanConfig& config) {
-  for (std::size_t i = 0; i < kListEntries; ++i) {
-    const auto vid = static_cast<std::uint16_t>(3000 + i);
-    config.trunkList[i] = {1, 0, vid};
-    config.translationList[i] = {1, 0, 7, vid, 7, static_cast<std::uint16_t>(vid + 550)};
-    config.stackingList[i] = {1, {}, 2, vid, 0, static_cast<std::uint16_t>(vid + 550)};
-  }
-  config.trunkList[0].vid = 10;
-  config.trunkList[255].vid = 15;
-  config.trunkList[511].vid = 20;
-  config.translationList[0] = {1, 0, 1, 10, 6, 200};
-  config.translationList[256] = {1, 0, 4, 10, 4, 200};
-  config.translationList[511] = {1, 0, 2, 20, 5, 220};
-  config.stackingList[0] = {1, {}, 2, 10, 0, 300};
-  config.stackingList[100] = {1, {}, 1, 30, 0, 301};
-  config.stackingList[101] = {1, {}, 2, 30, 0, 302};
-  config.stackingList[200] = {1, {}, 0, 40, 0, 303};
-  config.stackingList[256] = {1, {}, 2, 10, 0, 304};
-  config.stackingList[511] = {1, {}, 2, 20, 0, 320};
-}
-
-class AccordTest : public LibraryTest {
- protected:
-  void SetUp() override {
-    config_.pvid = kPvid;
-    config_.priority = 3;
-    FillLists(config_);
-  }
-
-  struct Judged {
-    std::uint32_t result;
-    Bytes frame;
-  };
-
-  /// What becomes of a frame between two ports.
-  static Judged judge(const Bytes& frame, std::uint32_t source, std::uint32_t destination) {
-    RdpaPkt packet = {};
-    std::ranges::copy(frame, packet.data);
-    packet.size = static_cast<std::uint32_t>(frame.size());
-    packet.desPort = 0x11111111;
-    const std::uint32_t result = BCM6838X_AccordVlan(packet.data, &packet, source, destination);
-    EXPECT_EQ(packet.desPort, 0x11111111U);
-    return {result, Bytes(packet.data, packet.data + packet.size)};
-  }
-
-  /// Expects one row of a table: what becomes of the tags in one mode.
-  void expect(bool upstream, std::uint32_t mode, const Tags& before, const MaybeTags& after) {
-    config_.vlanMode = mode;
-    const Judged judged = judge(FrameWith(before), upstream ? 2 : 0, upstream ? 0 : 2);
-    std::string row = (upstream ? "upstream mode " : "downstream mode ") + std::to_string(mode);
-    for (const TagBytes& tag : before) {
-      row += " " + std::to_string(tag.type) + ":" + std::to_string(tag.control);
-    }
-    EXPECT_EQ(judged.result, after ? 0U : 1U) << row;
-    if (after) {
-      EXPECT_EQ(judged.frame, FrameWith(*after)) << row;
-    }
-    ++rows_;
-  }
-
-  void up(std::uint32_t mode, const Tags& before, const MaybeTags& after) {
-    expect(true, mode, before, after);
-  }
-  void down(std::uint32_t mode, const Tags& before, const MaybeTags& after) {
-    expect(false, mode, before, after);
-  }
-
-  VlanConfig& config_ = g_PortVlanInfo[1];
-  std::size_t rows_ = 0;
-};
-
 const MaybeTags kDropped = std::nullopt;
 const TagBytes kServiceTag = {0x88A8, 10};
-const TagBytes kOther = {0x8100, 0x4005};  ///< VID 5, which is in no list
 const TagBytes kFirst = {0x8100, 0xA00A};  ///< VID 10, the first of every list
 const TagBytes kLast = {0x8100, 0x0014};   ///< VID 20, the last of every list
 
@@ -438,170 +341,5 @@ TEST_F(AccordTest, Lists_OfOtherPorts_DoNotCount) {
   EXPECT_EQ(judge(frame, 0, 2).result, 1U);
 }
 
-TEST_F(AccordTest, Ports_TheUnitDoesNotHave_DropSilently) {
-  const Bytes frame = FrameWith({});
-  for (const std::uint32_t port : {5U, 32U, 33U, 255U}) {
-    EXPECT_EQ(judge(frame, port, 0).result, 1U) << port;
-    EXPECT_EQ(judge(frame, 0, port).result, 1U) << port;
-  }
-  EXPECT_EQ(judge(frame, 4, 0).result, 0U) << "mode 0";
-  EXPECT_EQ(judge(frame, 0, 4).result, 0U) << "mode 0";
-  unit.platform().config().ethPorts = 0;
-  EXPECT_EQ(judge(frame, 1, 0).result, 1U);
-  EXPECT_THAT(left(), IsEmpty());
-}
-
-TEST_F(AccordTest, Ports_BothGiven_TheSourcesRuleApplies) {
-  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
-  EXPECT_EQ(judge(FrameWith({}), 2, 1).frame, FrameWith({kOwnTag}));
-  EXPECT_EQ(judge(FrameWith({kOwnTag}), 1, 2).frame, FrameWith({kOwnTag})) << "mode 0 of port 1";
-  g_PortVlanInfo[4].vlanMode = BCM6838X_VLAN_MODE_TAG;
-  EXPECT_EQ(judge(FrameWith({kOther}), 5, 2).result, 1U);
-  EXPECT_EQ(judge(FrameWith({}), 5, 2).result, 0U);
-  EXPECT_THAT(left(), IsEmpty());
-}
-
-TEST_F(AccordTest, Ports_OnlyTheLow8BitsCount) {
-  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
-  EXPECT_EQ(judge(FrameWith({}), 0x102, 0x300).frame, FrameWith({kOwnTag}));
-  EXPECT_EQ(judge(FrameWith({kOwnTag}), 0xFFFFFF00, 0xABCDEF02).frame, FrameWith({}));
-}
-
-TEST_F(AccordTest, Ports_WithoutARecord_DropWithALogLine) {
-  struct Row {
-    std::uint32_t source;
-    std::uint32_t destination;
-    std::uint32_t port;
-  };
-  unit.platform().config().ethPorts = 200;
-  const std::vector<Row> rows = {{0, 0, 0},     {0x100, 0x200, 0}, {33, 0, 33},   {0, 33, 33},
-                                 {200, 0, 200}, {0, 200, 200},     {255, 1, 255}, {33, 1, 33}};
-  for (const Row& row : rows) {
-    forget();
-    EXPECT_EQ(judge(FrameWith({}), row.source, row.destination).result, 1U);
-    EXPECT_THAT(left(),
-                ElementsAre(kLog + "port " + std::to_string(row.port) + " is out of range\r\n"));
-  }
-  forget();
-  EXPECT_EQ(judge(FrameWith({}), 32, 0).result, 0U);
-  EXPECT_EQ(judge(FrameWith({}), 0, 32).result, 0U);
-  EXPECT_THAT(left(), IsEmpty());
-}
-
-/// A frame of a length in a descriptor that ends where unreadable memory begins.
-struct GuardedPacket {
-  explicit GuardedPacket(std::uint32_t size, const Tags& tags = {})
-      : memory(Bytes(sizeof(RdpaPkt), 0x99)),
-        packet(static_cast<RdpaPkt*>(static_cast<void*>(memory.data()))) {
-    const Bytes frame = FrameDraft{.tags = tags, .size = sizeof(packet->data)}.bytes();
-    std::ranges::copy(frame, packet->data);
-    packet->size = size;
-  }
-
-  GuardedBytes memory;
-  RdpaPkt* packet;
-};
-
-TEST_F(AccordTest, Lengths_AFrameGainsItsTagInsideTheDataField) {
-  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
-  for (const std::uint32_t size : {12U, 13U, 14U, 60U, 2043U, 2044U}) {
-    const GuardedPacket guarded(size);
-    EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, 2, 0), 0U) << size;
-    EXPECT_EQ(guarded.packet->size, size + 4);
-  }
-  EXPECT_THAT(left(), IsEmpty());
-}
-
-TEST_F(AccordTest, Lengths_AFrameThatCannotGainItsTag_IsDroppedWithALogLine) {
-  std::size_t checked = 0;
-  for (const std::uint32_t mode : {BCM6838X_VLAN_MODE_TAG, BCM6838X_VLAN_MODE_ZTE_STACKING}) {
-    config_.vlanMode = mode;
-    for (const std::uint32_t size : {0U, 11U, 2045U, 2046U, 2048U}) {
-      forget();
-      const GuardedPacket guarded(size);
-      EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, 2, 0), 1U) << size;
-      EXPECT_EQ(guarded.packet->size, size);
-      EXPECT_THAT(left(), ElementsAre(kTagLog + "frame of " + std::to_string(size) +
-                                      " bytes cannot gain a tag\r\n"));
-      ++checked;
-    }
-  }
-  EXPECT_EQ(checked, 10U);
-}
-
-TEST_F(AccordTest, Lengths_OtherTreatments_TakeUpTo2048Bytes) {
-  for (const std::uint32_t size : {0U, 1U, 2047U, 2048U}) {
-    config_.vlanMode = BCM6838X_VLAN_MODE_TRANSPARENT;
-    const GuardedPacket guarded(size);
-    EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, 2, 0), 0U) << size;
-    EXPECT_EQ(guarded.packet->size, size);
-  }
-  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
-  const GuardedPacket guarded(2048, {kOwnTag});
-  EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, 0, 2), 0U);
-  EXPECT_EQ(guarded.packet->size, 2044U);
-}
-
-TEST_F(AccordTest, Lengths_MoreThan2048Bytes_AreDroppedWithALogLine) {
-  std::size_t checked = 0;
-  for (const std::uint32_t mode :
-       {BCM6838X_VLAN_MODE_TRANSPARENT, BCM6838X_VLAN_MODE_TAG, BCM6838X_VLAN_MODE_TRANSLATION,
-        BCM6838X_VLAN_MODE_TRANSLATION_2, BCM6838X_VLAN_MODE_TRUNK, BCM6838X_VLAN_MODE_ZTE_TRUNK,
-        BCM6838X_VLAN_MODE_HYBRID, BCM6838X_VLAN_MODE_ZTE_STACKING,
-        BCM6838X_VLAN_MODE_BDCOM_STACKING, BCM6838X_VLAN_MODE_NONE}) {
-    config_.vlanMode = mode;
-    for (const std::uint32_t size : {2049U, 0x80000000U, 0xFFFFFFFFU}) {
-      for (const bool upstream : {true, false}) {
-        forget();
-        const GuardedPacket guarded(size, {kOwnTag});
-        EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, upstream ? 2 : 0,
-                                      upstream ? 0 : 2),
-                  1U);
-        EXPECT_EQ(guarded.packet->size, size);
-        EXPECT_THAT(left(), ElementsAre(kLog + "frame of " + std::to_string(size) +
-                                        " bytes is too long\r\n"));
-        ++checked;
-      }
-    }
-  }
-  EXPECT_EQ(checked, 60U);
-}
-
-TEST_F(AccordTest, Lengths_TagsBehindTheEnd_DoNotCount) {
-  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
-  // 16 bytes hold one tag; the type field of a second one ends at 18.
-  for (const std::uint32_t size : {12U, 14U, 15U}) {
-    const GuardedPacket guarded(size, {kOther});
-    EXPECT_EQ(BCM6838X_AccordVlan(guarded.packet->data, guarded.packet, 2, 0), 0U) << size;
-    EXPECT_EQ(guarded.packet->size, size + 4) << "untagged";
-  }
-  const GuardedPacket tagged(16, {kOther});
-  EXPECT_EQ(BCM6838X_AccordVlan(tagged.packet->data, tagged.packet, 2, 0), 1U);
-  const GuardedPacket single(17, {{0x88A8, 5}, kOther});
-  EXPECT_EQ(BCM6838X_AccordVlan(single.packet->data, single.packet, 2, 0), 0U);
-  const GuardedPacket both(18, {{0x88A8, 5}, kOther});
-  EXPECT_EQ(BCM6838X_AccordVlan(both.packet->data, both.packet, 2, 0), 1U);
-}
-
-TEST_F(AccordTest, OnlyTheFirstWordOfTheDescriptorIsUsed) {
-  config_.vlanMode = BCM6838X_VLAN_MODE_TAG;
-  Bytes frame = FrameWith({});
-  const auto size = static_cast<std::uint32_t>(frame.size());
-  frame.resize(frame.size() + 4);
-  const GuardedBytes word(NativeWord(size));
-  EXPECT_EQ(BCM6838X_AccordVlan(frame.data(),
-                                static_cast<RdpaPkt*>(static_cast<void*>(word.data())), 2, 0),
-            0U);
-  EXPECT_EQ(frame, FrameWith({kOwnTag}));
-  EXPECT_EQ(Bytes(word.data(), word.data() + 4), NativeWord(size + 4));
-}
-
-TEST_F(AccordTest, NullPointer_IsLogged) {
-  RdpaPkt packet = {};
-  EXPECT_EQ(BCM6838X_AccordVlan(nullptr, &packet, 1, 0), 2U);
-  EXPECT_EQ(BCM6838X_AccordVlan(packet.data, nullptr, 1, 0), 2U);
-  EXPECT_THAT(left(), ElementsAre(kLog + "null pointer\r\n", kLog + "null pointer\r\n"));
-}
-
 }  // namespace
-}  // namespace hal_test
+}  // namespace hal_test::accord

@@ -77,12 +77,11 @@ TEST_F(LinkTest, Report_DriverRefuses_IsLoggedAndTheNotificationsAreSent) {
   unit.device().faults().refuseNth(1);
   EXPECT_EQ(BCM6838X_EventUniStateReport(2, 0), 0U);
   const std::vector<std::string> clean = UpReport(2, 0, 3, 1000000000);
-  EXPECT_THAT(
-      left(),
-      ElementsAre(clean[0], clean[1], StartsWith("log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp "),
-                  "log 1 hal/switch/bcm6838x/src/hal_bcm6838x_link.cpp UNI port[2] MODE "
-                  "change to [0], flow control error, ret=8\r\n",
-                  clean[2], clean[3]));
+  EXPECT_THAT(left(), ElementsAre(clean[0], clean[1],
+                                  StartsWith("log 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp "),
+                                  "log 1 hal/switch/bcm6838x/src/hal_bcm6838x_link.cpp "
+                                  "UNI port[2] MODE change to [0], flow control error, ret=8\r\n",
+                                  clean[2], clean[3]));
 }
 
 class ClosedLinkTest : public LibraryTest {};
@@ -92,8 +91,8 @@ TEST_F(ClosedLinkTest, Report_DeviceNotOpen_IsLoggedAndTheNotificationsAreSent) 
   const std::vector<std::string> clean = UpReport(4294967295, 4294967295, 0, 0);
   EXPECT_THAT(left(), ElementsAre(clean[0],
                                   "log 1 hal/switch/bcm6838x/src/hal_bcm6838x_link.cpp "
-                                  "UNI port[4294967295] MODE change to [4294967295], flow control "
-                                  "error, ret=10\r\n",
+                                  "UNI port[4294967295] MODE change to [4294967295], "
+                                  "flow control error, ret=10\r\n",
                                   clean[2], clean[3]));
 }
 

@@ -6,9 +6,8 @@
 
 #include <hal_bcm6838x.h>
 
+#include "support/library_tables.h"
 #include "support/library_test.h"
-
-extern "C" std::int32_t kernelMonitorFd;
 
 namespace hal_test {
 namespace {

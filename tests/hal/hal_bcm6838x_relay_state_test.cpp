@@ -12,14 +12,9 @@
 #include <hal_bcm6838x.h>
 
 #include "packet_bytes.h"
+#include "support/library_tables.h"
 #include "support/library_test.h"
 #include "support/wire_record.h"
-#include "vlan_config.h"
-
-extern "C" {
-extern std::uint8_t g_dhcpRelayStatus;
-extern std::uint8_t g_pppoeRelayStatus;
-}
 
 namespace hal_test {
 namespace {

@@ -185,8 +185,8 @@ TEST_F(TransmitTest, RdpaSendIgmpPkt_TooLong_IsRefusedWithTheLimit) {
     packet.gemFlowId = 0xFFFFFFFF;
     EXPECT_EQ(BCM6838X_RdpaSendIgmpPkt(&packet), 2U);
     EXPECT_THAT(left(), ElementsAre(kLog + "BCM6838X_RdpaSendIgmpPkt(size=" + std::to_string(size) +
-                                    ">2046, desPort=3000000000, srcPort=2, gemFlowId=4294967295) "
-                                    "params error.\r\n"));
+                                    ">2046, desPort=3000000000, srcPort=2, "
+                                    "gemFlowId=4294967295) params error.\r\n"));
   }
 }
 

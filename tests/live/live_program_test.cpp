@@ -158,11 +158,16 @@ TEST_F(Live, For_EndsTheRunByItself) {
 
 TEST_F(Live, Signal_EndsTheRunInOrder) {
   const Scratch scratch;
-  const std::string script = scratch.write(
-      "end.sh",
-      "program=$1 signal=$2 said=$3\nshift 3\n: >\"$said\"\n\"$program\" \"$@\" 2>\"$said\" &\n"
-      "until grep -q 'live: wan on' \"$said\" ; do sleep 0.02; done\n"
-      "kill -s \"$signal\" $!\nwait $!\n");
+  const std::string script =
+      scratch.write("end.sh",
+                    "program=$1 signal=$2 said=$3\n"
+                    "shift 3\n"
+                    "mkfifo \"$said\"\n"
+                    "\"$program\" \"$@\" 2>\"$said\" &\n"
+                    "exec 3<\"$said\"\n"
+                    "while read -r line <&3 && [[ $line != *'live: wan on'* ]]; do :; done\n"
+                    "kill -s \"$signal\" $!\n"
+                    "wait $!\n");
   for (const char* signal : {"INT", "TERM", "HUP"}) {
     Words words = {script, test::ProgramPath().string(), signal, scratch / signal};
     const Words live = arguments();
@@ -278,8 +283,8 @@ TEST_P(LiveErrors, IsOneLine) {
 }
 
 constexpr const char* kBindings =
-    "live: expected --wan and at least one of --uni1, --uni2, ... (onu live --help lists the "
-    "options)";
+    "live: expected --wan and at least one of --uni1, --uni2, ... "
+    "(onu live --help lists the options)";
 
 const Case kCases[] = {
     {"NoPort", {"live"}, 2, kBindings},
@@ -296,8 +301,8 @@ const Case kCases[] = {
     {"NoDescriptor",
      {"live", "--uni2", "tap:a", "--wan", "fd:99"},
      1,
-     "--wan: fd:99: expected an open socket that keeps frames apart (SOCK_SEQPACKET or "
-     "SOCK_DGRAM)"},
+     "--wan: fd:99: expected an open socket that keeps frames apart "
+     "(SOCK_SEQPACKET or SOCK_DGRAM)"},
     {"NoNamespace",
      {"live", "--wan", "tap:a@onu-absent", "--uni1", "tap:b"},
      1,

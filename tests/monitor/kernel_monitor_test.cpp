@@ -8,10 +8,12 @@
 #include <chrono>
 #include <cstdint>
 #include <fcntl.h>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <linux/netlink.h>
 #include <netinet/in.h>
+#include <string>
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
@@ -228,17 +230,33 @@ void ReadOnce() {
   finished = true;
 }
 
-/// A task that has no socket, and is not done before a caller that does not wait could ask.
+pid_t spawner = 0;
+std::atomic<bool> returned = false;
+
+/// Whether the thread that spawns is asleep, by the letter behind its name in the kernel's list.
+bool SpawnerSleeps() {
+  std::ifstream status("/proc/self/task/" + std::to_string(spawner) + "/stat");
+  std::string line;
+  std::getline(status, line);
+  return line.find(") S") != std::string::npos;
+}
+
+/// A task that has no socket, and is not done before its spawner waits, or has come back without.
 void End() {
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!SpawnerSleeps() && !returned && std::chrono::steady_clock::now() < limit) {
+    std::this_thread::yield();
+  }
   finished = true;
 }
 
 TEST(KernelMonitor, Spawn_OfATaskWithoutASocket_ReturnsWhenItHasEnded) {
   Unit unit(WithTasks());
   finished = false;
+  spawner = gettid();
   ASSERT_EQ(VOS_TaskSpawn("short", 0, 0, 0, 0, End, 0), 0);
   EXPECT_TRUE(finished);
+  returned = true;
   EXPECT_FALSE(unit.monitor().tell(Bytes{1})) << "nobody listens, and nobody is waited for";
 }
 

@@ -61,13 +61,13 @@ TEST(Argument, Bind_RestTakesAllButKeywords) {
 
 TEST(Argument, Bind_SaysWhatIsMissing) {
   EXPECT_EQ(ErrorOf(kRows, {}),
-            "argument PORT is missing: expected uni1 to uni32 or wan; usage: cmd PORT [N] [seed S] "
-            "[--all]");
+            "argument PORT is missing: expected uni1 to uni32 or wan; "
+            "usage: cmd PORT [N] [seed S] [--all]");
   EXPECT_EQ(ErrorOf(kRestRows, {"uni1"}),
             "argument WORD is missing: expected a word; usage: cmd PORT WORD... [--out DIR]");
   EXPECT_EQ(ErrorOf(kRows, {"uni1", "seed"}),
-            "\"seed\" wants a number from 0 to 4294967295 behind it; usage: cmd PORT [N] [seed S] "
-            "[--all]");
+            "\"seed\" wants a number from 0 to 4294967295 behind it; "
+            "usage: cmd PORT [N] [seed S] [--all]");
 }
 
 TEST(Argument, Bind_SaysWhatIsTooMuch) {
@@ -79,11 +79,11 @@ TEST(Argument, Bind_SaysWhatIsTooMuch) {
 
 TEST(Argument, Bind_ChecksTypes) {
   EXPECT_EQ(ErrorOf(kRows, {"lan1"}),
-            "PORT: expected uni1 to uni32 or wan, got \"lan1\"; usage: cmd PORT [N] [seed S] "
-            "[--all]");
+            "PORT: expected uni1 to uni32 or wan, got \"lan1\"; "
+            "usage: cmd PORT [N] [seed S] [--all]");
   EXPECT_EQ(ErrorOf(kRows, {"uni1", "-1"}),
-            "N: expected a number from 0 to 4294967295, got \"-1\"; usage: cmd PORT [N] [seed S] "
-            "[--all]");
+            "N: expected a number from 0 to 4294967295, got \"-1\"; "
+            "usage: cmd PORT [N] [seed S] [--all]");
 }
 
 TEST(Argument, Types_AcceptWhatTheyExpect) {

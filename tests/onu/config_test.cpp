@@ -71,8 +71,8 @@ TEST(Config, Set_SaysWhatWasExpected) {
   EXPECT_EQ(ErrorOf("feature", {"27"}),
             "feature: expected the number of a feature switch and its value (27 1), got \"27\"");
   EXPECT_EQ(ErrorOf("uplnk", {"1"}),
-            "expected a key of the configuration, got \"uplnk\"; did you mean \"uplink\"? (show "
-            "config lists the keys)");
+            "expected a key of the configuration, got \"uplnk\"; did you mean \"uplink\"? "
+            "(show config lists the keys)");
 }
 
 TEST(Config, Change_IsWhatTheLibraryAsksFor) {
@@ -90,8 +90,8 @@ TEST(Config, Hardware_IsFixedOnceTheUnitWasUsed) {
   const Ran late = RunLines({"send wan udp", "config eth 2"});
   EXPECT_EQ(late.status, ExitStatus::WorkFailed);
   EXPECT_EQ(late.errors,
-            "test: config: the hardware is fixed once the unit was used; change it before the "
-            "first operation, or with --config at the start\n");
+            "test: config: the hardware is fixed once the unit was used; "
+            "change it before the first operation, or with --config at the start\n");
 }
 
 TEST(Config, Hardware_ChangesKeepTheRest) {

@@ -28,8 +28,8 @@ TEST(Help, OnAnEntry_ShowsUsageArgumentsAndExamples) {
             "  lists what left the library: commands with their records decoded, log lines, calls\n"
             "\nArguments\n"
             "  N: only the newest N events (a number from 0 to 4294967295)\n"
-            "  since SEQ: only events from this sequence number on (a number from 0 to "
-            "4294967295)\n"
+            "  since SEQ: only events from this sequence number on "
+            "(a number from 0 to 4294967295)\n"
             "\nExample\n  Init\n  show trace\n"
             "\nExample\n  Init\n  show trace 2\n"
             "\nExample\n  Init\n  show trace since 5\n");
@@ -46,8 +46,8 @@ TEST(Help, OnSomethingUnknown_IsWrongUse) {
   const test::Ran ran = RunLines({"help sned"});
   EXPECT_EQ(ran.status, ExitStatus::WrongUse);
   EXPECT_EQ(ran.errors,
-            "test: help: unknown command \"sned\"; did you mean \"send\"? (help lists the "
-            "commands)\n");
+            "test: help: unknown command \"sned\"; did you mean \"send\"? "
+            "(help lists the commands)\n");
 }
 
 TEST(Help, Json_HoldsTheText) {

@@ -96,8 +96,8 @@ TEST(PacketPath, Explain_TellsTheEventAndChangesNothing) {
 
 TEST(PacketPath, Explain_InText) {
   const Ran ran = RunLines(With(kPorts, {"send uni2 stp", "explain uni1 stp"}));
-  EXPECT_THAT(ran.out, HasSubstr("it would become event BPDU of port 1\n1 event waits for the "
-                                 "library\n"));
+  EXPECT_THAT(ran.out, HasSubstr("it would become event BPDU of port 1\n"
+                                 "1 event waits for the library\n"));
 }
 
 TEST(PacketPath, Capture_TakesAtMostTheEventsThatWait) {

@@ -166,8 +166,8 @@ TEST(Isolation, Explain_NamesTheNeighbourAndTheClosedPort) {
   const Words seen = With(kForwarding, {"send uni2 src 02:00:00:00:00:22 dst 02:00:00:00:00:33",
                                         "SetPortIsolateMask 2 1"});
   const Ran ran = RunLines(With(seen, {"explain uni1 dst 02:00:00:00:00:22"}));
-  EXPECT_THAT(ran.out, EndsWith("outcome: no_egress, dropped (every port that the frame was to "
-                                "leave by is closed to it)\n"
+  EXPECT_THAT(ran.out, EndsWith("outcome: no_egress, dropped "
+                                "(every port that the frame was to leave by is closed to it)\n"
                                 "MAC table: 02:00:00:00:00:22 in VLAN 0 is at uni2 (dynamic)\n"
                                 "switched locally: the destination was seen at uni2\n"
                                 "not to uni2: egress_isolated\n"));

@@ -55,9 +55,11 @@ class Prompt {
   void awaitPrompt() {
     readUntil("onu> ");
     termios mode = {};
+    int waited = 0;
     do {
       poll(nullptr, 0, 1);
-      EXPECT_EQ(tcgetattr(terminal_, &mode), 0);
+      ASSERT_EQ(tcgetattr(terminal_, &mode), 0);
+      ASSERT_LT(++waited, kPatience);
     } while ((mode.c_lflag & static_cast<tcflag_t>(ICANON)) != 0);
   }
 
@@ -72,8 +74,9 @@ class Prompt {
   }
 
  private:
+  static constexpr int kPatience = 20'000;  ///< milliseconds
+
   bool readMore() {
-    constexpr int kPatience = 20'000;
     pollfd waiting = {terminal_, POLLIN, 0};
     std::array<char, 1024> part = {};
     if (poll(&waiting, 1, kPatience) != 1) {

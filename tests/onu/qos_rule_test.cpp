@@ -175,8 +175,8 @@ TEST(QosOperations, DscpMap_TakesPairs) {
 TEST(QosOperations, DscpMap_WrongPairs_AreRefused) {
   for (const std::string word : {"64=1", "1=256", "x=1", "1=x"}) {
     EXPECT_THAT(RunLines({"StreamSetDscpMap 1 " + word}).errors,
-                testing::HasSubstr("expected DSCP=PRIORITY with numbers from 0 to 63 and from 0 to "
-                                   "255, got \"" +
+                testing::HasSubstr("expected DSCP=PRIORITY with numbers from 0 to 63 "
+                                   "and from 0 to 255, got \"" +
                                    word + "\""));
   }
 }

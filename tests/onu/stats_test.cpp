@@ -77,8 +77,8 @@ TEST(ShowStats, WrongUse_IsRefused) {
   EXPECT_EQ(RunLines({"show stats --count 3"}).errors,
             "test: show stats: --count: expected --watch with it\n");
   EXPECT_EQ(RunLines({"show stats --watch"}).errors,
-            "test: show stats: expected --count with --watch, since nobody is at the prompt to end "
-            "it\n");
+            "test: show stats: expected --count with --watch, "
+            "since nobody is at the prompt to end it\n");
 }
 
 TEST(ShowStats, Watch_ShowsTheRatesOfEverySecond) {
@@ -89,8 +89,8 @@ TEST(ShowStats, Watch_ShowsTheRatesOfEverySecond) {
           .out;
   EXPECT_THAT(out, EndsWith("1.0 s uni1: in 2.0 frames/s 164.0 octets/s 0.0 discards/s 0.0 "
                             "errors/s, out 1.0 frames/s 504.0 octets/s 0.0 discards/s\n"
-                            "2.0 s uni1: in 0.0 frames/s 0.0 octets/s 0.0 discards/s 0.0 "
-                            "errors/s, out 0.0 frames/s 0.0 octets/s 0.0 discards/s\n"));
+                            "2.0 s uni1: in 0.0 frames/s 0.0 octets/s 0.0 discards/s 0.0 errors/s, "
+                            "out 0.0 frames/s 0.0 octets/s 0.0 discards/s\n"));
 }
 
 TEST(ShowStats, Watch_CountsFromTheLastWatch) {

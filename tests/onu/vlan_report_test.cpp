@@ -71,10 +71,9 @@ TEST(ShowPort, OtherPort_HasNothingOfIt) {
 TEST(ShowPort, ConfigurationToldWithoutRules_DiffersFromTheFlows) {
   // The change of the other port passes the whole table to the driver.
   const Words lines = With(kTrunk, {"AddVlanTrunk 1 300", "SetVlanTag 2", "show port 1"});
-  EXPECT_THAT(
-      RunLines(lines).out,
-      HasSubstr("difference: frames of VID 300 with 1 tags are configured, but no flow lets "
-                "them in\n"));
+  EXPECT_THAT(RunLines(lines).out,
+              HasSubstr("difference: frames of VID 300 with 1 tags are configured, "
+                        "but no flow lets them in\n"));
 }
 
 TEST(ShowPort, Apply_EndsTheDifference) {

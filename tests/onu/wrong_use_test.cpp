@@ -34,8 +34,8 @@ const Case kCases[] = {
      {"-c", "BCM6838X_RdpaIcIni"},
      "",
      2,
-     "onu: unknown command \"BCM6838X_RdpaIcIni\"; did you mean \"RdpaIcInit\"? (help lists the "
-     "commands)\n"},
+     "onu: unknown command \"BCM6838X_RdpaIcIni\"; did you mean \"RdpaIcInit\"? "
+     "(help lists the commands)\n"},
     {"LineOfAScript",
      {"run", "-"},
      "# one\n\nInit now\n",
@@ -45,47 +45,44 @@ const Case kCases[] = {
      {"-c", "StreamPortIndexUniToRdpa"},
      "",
      2,
-     "onu: BCM6838X_StreamPortIndexUniToRdpa: argument port is missing: expected a number from 0 "
-     "to "
-     "4294967295; usage: BCM6838X_StreamPortIndexUniToRdpa port\n"},
+     "onu: BCM6838X_StreamPortIndexUniToRdpa: argument port is missing: "
+     "expected a number from 0 to 4294967295; usage: BCM6838X_StreamPortIndexUniToRdpa port\n"},
     {"BadNumber",
      {"-c", "SetPortAdminState one 0"},
      "",
      2,
-     "onu: BCM6838X_SetPortAdminState: port: expected a number from 0 to 4294967295, got "
-     "\"one\"; usage: BCM6838X_SetPortAdminState port state\n"},
+     "onu: BCM6838X_SetPortAdminState: port: expected a number from 0 to 4294967295, got \"one\"; "
+     "usage: BCM6838X_SetPortAdminState port state\n"},
     {"BadPort",
      {"-c", "send lan1 udp"},
      "",
      2,
      "onu: send: PORT: expected uni1 to uni32 or wan, got \"lan1\"; usage: send PORT FRAME... "
-     "[--out "
-     "DIR]\n"},
+     "[--out DIR]\n"},
     {"LinkOfTheWan",
      {"-c", "link wan up"},
      "",
      2,
-     "onu: link: PORT: expected uni1 to uni32, got \"wan\"; usage: link PORT STATE [SPEED] "
-     "[DUPLEX] "
-     "[pause]\n"},
+     "onu: link: PORT: expected uni1 to uni32, got \"wan\"; "
+     "usage: link PORT STATE [SPEED] [DUPLEX] [pause]\n"},
     {"LinkOfAnAbsentPort",
      {"--config", "eth=2", "-c", "link uni3 up"},
      "",
      2,
-     "onu: link: PORT: expected uni1, uni2, got \"uni3\"; the unit has no more ports (config "
-     "eth)\n"},
+     "onu: link: PORT: expected uni1, uni2, got \"uni3\"; the unit has no more ports "
+     "(config eth)\n"},
     {"LinkState",
      {"-c", "link uni1 on"},
      "",
      2,
-     "onu: link: STATE: expected up or down, got \"on\"; usage: link PORT STATE [SPEED] [DUPLEX] "
-     "[pause]\n"},
+     "onu: link: STATE: expected up or down, got \"on\"; "
+     "usage: link PORT STATE [SPEED] [DUPLEX] [pause]\n"},
     {"LinkSpeed",
      {"-c", "link uni1 up 200 full"},
      "",
      2,
-     "onu: link: SPEED: expected 10, 100 or 1000, got \"200\"; did you mean \"100\"?; usage: link "
-     "PORT STATE [SPEED] [DUPLEX] [pause]\n"},
+     "onu: link: SPEED: expected 10, 100 or 1000, got \"200\"; did you mean \"100\"?; "
+     "usage: link PORT STATE [SPEED] [DUPLEX] [pause]\n"},
     {"LinkDuplexMissing",
      {"-c", "link uni1 up 100 pause"},
      "",
@@ -121,8 +118,8 @@ const Case kCases[] = {
      {"-c", "Ioctl IC_DEL icIdex=1"},
      "",
      2,
-     "onu: BCM6838X_Ioctl: IngressClassDel has no field \"icIdex\"; did you mean \"icIndex\"? (its "
-     "fields: dir, icIndex)\n"},
+     "onu: BCM6838X_Ioctl: IngressClassDel has no field \"icIdex\"; did you mean \"icIndex\"? "
+     "(its fields: dir, icIndex)\n"},
     {"OpenQuote",
      {"-c", "echo \"x"},
      "",
@@ -168,8 +165,8 @@ const Case kCases[] = {
      {"--config", "ports=3"},
      "",
      2,
-     "onu: --config: expected a key of the configuration, got \"ports\" (show config lists the "
-     "keys)\n"},
+     "onu: --config: expected a key of the configuration, got \"ports\" "
+     "(show config lists the keys)\n"},
 };
 
 class WrongUse : public testing::TestWithParam<Case> {};

@@ -67,10 +67,10 @@ TEST(RecordsPage, OtherArguments_AreWrongUse) {
 }
 
 TEST(RecordsPage, HoldsACommand) {
-  EXPECT_NE(Page().find("\n| 100 | `BRMGR_CMD_FLOW_ADD` | 164 | read-back | "
-                        "[`IngressFlowRule`](#ingressflowrule) | adds a flow to an ingress class |"
-                        "\n"),
-            std::string::npos);
+  EXPECT_NE(
+      Page().find("\n| 100 | `BRMGR_CMD_FLOW_ADD` | 164 | read-back | "
+                  "[`IngressFlowRule`](#ingressflowrule) | adds a flow to an ingress class |\n"),
+      std::string::npos);
   EXPECT_NE(
       Page().find("\n| 33 | `BRMGR_CMD_SEND_BPDU` | varies | input | [`RelayPkt`](#relaypkt) | "),
       std::string::npos);
@@ -84,8 +84,8 @@ TEST(RecordsPage, HoldsFields) {
             std::string::npos);
   EXPECT_NE(Page().find("\n| 148 | u32 | `flowIndex` | index | driver | "), std::string::npos);
   EXPECT_NE(Page().find("\n| 28 | u32 | `icIndex` | index | both | "), std::string::npos);
-  EXPECT_NE(Page().find("164 bytes, sent with `BRMGR_CMD_FLOW_ADD` and "
-                        "`BRMGR_CMD_QUEUE_SCHEDULE`.\n"),
+  EXPECT_NE(Page().find("164 bytes, sent with `BRMGR_CMD_FLOW_ADD` "
+                        "and `BRMGR_CMD_QUEUE_SCHEDULE`.\n"),
             std::string::npos);
 }
 

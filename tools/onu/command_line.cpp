@@ -80,8 +80,8 @@ LiveSubcommand::LiveSubcommand(CLI::App& app)
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, kMostSeconds));
   live_->footer(
-      "A port that is bound has a link, others have no cable. At the end the frames that "
-      "crossed each port are listed.");
+      "A port that is bound has a link, others have no cable. "
+      "At the end the frames that crossed each port are listed.");
 }
 
 std::optional<LiveCommandLine> LiveSubcommand::line() const {

@@ -17,10 +17,9 @@ constexpr std::string_view kIntroduction =
     "\n"
     "This page is made by `onu help --markdown`; change the tables in `tools/onu`, not the page.\n"
     "\n"
-    "A script has one command or operation a line. Blanks separate words, quotes keep blanks, and "
-    "a word that begins with `#` ends the line. Numbers are decimal, or hexadecimal with `0x`. "
-    "Examples are scripts with a blank "
-    "line between them; the tests run each in a fresh session.\n";
+    "A script has one command or operation a line. Blanks separate words, quotes keep blanks, "
+    "and a word that begins with `#` ends the line. Numbers are decimal, or hexadecimal with `0x`. "
+    "Examples are scripts with a blank line between them; the tests run each in a fresh session.\n";
 
 constexpr std::string_view kLiveRun =
     "\n## The live run\n"

@@ -41,8 +41,8 @@ void SetFromOption(Settings& settings, const std::string& option) {
 LiveOptions ReadLive(const LiveCommandLine& line) {
   if (!line.bindings.contains(PortId::Wan()) || line.bindings.size() < 2) {
     throw WrongUse(
-        "live: expected --wan and at least one of --uni1, --uni2, ... (onu live --help "
-        "lists the options)");
+        "live: expected --wan and at least one of --uni1, --uni2, ... "
+        "(onu live --help lists the options)");
   }
   LiveOptions options;
   options.bindings = line.bindings;

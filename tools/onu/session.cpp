@@ -79,8 +79,8 @@ void Session::change(const Settings& settings, bool hardware) {
   }
   if (!journal_.configurationOnly()) {
     throw WorkFailed(
-        "the hardware is fixed once the unit was used; change it before the first operation, or "
-        "with --config at the start");
+        "the hardware is fixed once the unit was used; change it before the first operation, "
+        "or with --config at the start");
   }
   startUnit(settings);
 }

@@ -52,19 +52,17 @@ constexpr std::array kOutcomes = {
     OutcomeInfo{Outcome::EgressLinkDown, "egress_link_down", Disposition::Drop,
                 "of a copy: the UNI port that it was to leave by has no link"},
     OutcomeInfo{Outcome::EgressIsolated, "egress_isolated", Disposition::Drop,
-                "of a copy: the UNI port that it was to leave by is isolated from the one it came "
-                "to"},
+                "of a copy: the UNI port that it was to leave by is isolated "
+                "from the one it came to"},
     OutcomeInfo{
         Outcome::EgressMacFiltered, "egress_mac_filtered", Disposition::Drop,
-        "of a copy: the destination address is blocked at the UNI port that it was to leave "
-        "by"},
-    OutcomeInfo{
-        Outcome::EgressVlanFilter, "egress_vlan_filter", Disposition::Drop,
-        "of a copy: the VLAN configuration of the UNI port that it was to leave by has no rule "
-        "for it"},
+        "of a copy: the destination address is blocked at the UNI port that it was to leave by"},
+    OutcomeInfo{Outcome::EgressVlanFilter, "egress_vlan_filter", Disposition::Drop,
+                "of a copy: the VLAN configuration of the UNI port that it was to leave by "
+                "has no rule for it"},
     OutcomeInfo{Outcome::EgressRateLimited, "egress_rate_limited", Disposition::Drop,
-                "of a copy: the downstream rate limit of the UNI port that it was to leave by has "
-                "not enough tokens"},
+                "of a copy: the downstream rate limit of the UNI port that it was to leave by "
+                "has not enough tokens"},
     OutcomeInfo{Outcome::Mirrored, "mirrored", Disposition::Forward,
                 "of a copy: it left by the mirror port"},
     OutcomeInfo{Outcome::ProtocolTrap, "protocol_trap", Disposition::Trap,

@@ -36,8 +36,8 @@ constexpr std::array kOpenMeanings = {
 
 constexpr std::array kAttachMeanings = {
     Meaning{EPERM,
-            "no permission for TAP interfaces: run as root, or have the interface made for "
-            "this user with \"ip tuntap add\""},
+            "no permission for TAP interfaces: run as root, "
+            "or have the interface made for this user with \"ip tuntap add\""},
     Meaning{EBUSY, "the interface is in use by another program"},
     Meaning{EINVAL, "an interface of that name exists and is no TAP interface"},
 };
