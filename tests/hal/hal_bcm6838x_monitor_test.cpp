@@ -16,7 +16,7 @@
 #include "link_report.h"
 #include "monitor/netlink_message.h"
 #include "monitor_fixture.h"
-#include "packet_bytes.h"
+#include "hal/packet/packet_bytes.h"
 
 namespace hal_test {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "packet_bytes.h"
+#include "hal/packet/packet_bytes.h"
 #include "support/wire_record.h"
 
 namespace hal_test {

@@ -10,7 +10,7 @@
 #include <hal_bcm6838x.h>
 #include <platform_vos.h>
 
-#include "packet_bytes.h"
+#include "hal/packet/packet_bytes.h"
 #include "support/library_test.h"
 
 namespace hal_test {

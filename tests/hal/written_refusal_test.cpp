@@ -16,7 +16,7 @@
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
-#include "qos_rules.h"
+#include "hal/qos/qos_rules.h"
 #include "support/library_test.h"
 #include "support/refusal.h"
 

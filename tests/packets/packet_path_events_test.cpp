@@ -11,7 +11,7 @@
 #include <hal_bcm6838x.h>
 
 #include "frame/frame.h"
-#include "hal/packet_bytes.h"
+#include "hal/packet/packet_bytes.h"
 #include "packet_fixture.h"
 #include "support/sample_frames.h"
 

@@ -15,7 +15,7 @@
 #include <brmgr_cmd.h>
 #include <hal_bcm6838x.h>
 
-#include "hal/packet_bytes.h"
+#include "hal/packet/packet_bytes.h"
 #include "packet_fixture.h"
 #include "support/sample_frames.h"
 

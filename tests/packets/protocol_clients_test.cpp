@@ -14,7 +14,7 @@
 #include "clients/client_recorder.h"
 #include "clients/protocol_clients.h"
 #include "device/event_record.h"
-#include "hal/packet_bytes.h"
+#include "hal/packet/packet_bytes.h"
 #include "packet_fixture.h"
 #include "support/sample_frames.h"
 

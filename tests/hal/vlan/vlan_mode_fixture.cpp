@@ -1,6 +1,6 @@
 /// @file
 /// Starting the library and listing the device.
-#include "hal/vlan_mode_fixture.h"
+#include "hal/vlan/vlan_mode_fixture.h"
 
 #include <algorithm>
 #include <iterator>

@@ -14,7 +14,7 @@
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
-#include "hal/vlan_port_test.h"
+#include "hal/vlan/vlan_port_test.h"
 #include "support/library_tables.h"
 
 namespace hal_test {

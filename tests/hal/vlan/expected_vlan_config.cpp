@@ -1,6 +1,6 @@
 /// @file
 /// Offsets of the configuration of the ports.
-#include "hal/expected_vlan_config.h"
+#include "hal/vlan/expected_vlan_config.h"
 
 namespace hal_test {
 

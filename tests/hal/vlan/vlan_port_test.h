@@ -17,7 +17,7 @@
 #include <bcm6838x_vlan.h>
 #include <hal_bcm6838x.h>
 
-#include "hal/expected_vlan_config.h"
+#include "hal/vlan/expected_vlan_config.h"
 #include "support/library_test.h"
 
 namespace hal_test {

@@ -19,7 +19,7 @@
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
-#include "hal/vlan_model.h"
+#include "hal/vlan/vlan_model.h"
 #include "support/in_child.h"
 #include "support/shortest.h"
 #include "unit/unit.h"

@@ -14,8 +14,8 @@
 #include <bcm6838x_vlan.h>
 #include <hal_bcm6838x.h>
 
-#include "hal/vlan_mode_fixture.h"
-#include "hal/vlan_modes.h"
+#include "hal/vlan/vlan_mode_fixture.h"
+#include "hal/vlan/vlan_modes.h"
 #include "support/golden.h"
 #include "support/library_test.h"
 

@@ -18,8 +18,8 @@
 #include <brmgr_record.h>
 #include <hal_bcm6838x.h>
 
-#include "hal/chip_content.h"
-#include "hal/vlan_port_test.h"
+#include "hal/vlan/chip_content.h"
+#include "hal/vlan/vlan_port_test.h"
 #include "support/in_child.h"
 #include "support/library_tables.h"
 

@@ -13,8 +13,8 @@
 #include <bcm6838x_vlan.h>
 #include <hal_bcm6838x.h>
 
-#include "hal/chip_content.h"
-#include "hal/vlan_port_test.h"
+#include "hal/vlan/chip_content.h"
+#include "hal/vlan/vlan_port_test.h"
 
 namespace hal_test {
 namespace {

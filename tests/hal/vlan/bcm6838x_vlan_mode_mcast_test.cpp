@@ -13,7 +13,7 @@
 
 #include <bcm6838x_vlan.h>
 
-#include "hal/vlan_mode_fixture.h"
+#include "hal/vlan/vlan_mode_fixture.h"
 #include "support/library_tables.h"
 
 namespace hal_test {

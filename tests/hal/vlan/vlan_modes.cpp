@@ -1,6 +1,6 @@
 /// @file
 /// Lists and calls of the VLAN modes.
-#include "hal/vlan_modes.h"
+#include "hal/vlan/vlan_modes.h"
 
 #include <algorithm>
 #include <ostream>

@@ -15,7 +15,7 @@
 #include <bcm6838x_vlan.h>
 #include <brmgr_record.h>
 
-#include "hal/vlan_mode_fixture.h"
+#include "hal/vlan/vlan_mode_fixture.h"
 #include "support/library_tables.h"
 
 namespace hal_test {

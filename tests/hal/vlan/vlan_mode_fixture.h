@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "hal/vlan_modes.h"
+#include "hal/vlan/vlan_modes.h"
 #include "support/library_test.h"
 
 namespace hal_test {

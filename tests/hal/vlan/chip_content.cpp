@@ -1,6 +1,6 @@
 /// @file
 /// Writing of the chip's tables and of the shell's objects as lines.
-#include "hal/chip_content.h"
+#include "hal/vlan/chip_content.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -11,7 +11,7 @@
 #include <platform_config.h>
 #include <platform_vos.h>
 
-#include "hal/vlan_mode_fixture.h"
+#include "hal/vlan/vlan_mode_fixture.h"
 
 namespace hal_test {
 namespace {

@@ -1,6 +1,6 @@
 /// @file
 /// Behaviour of the model.
-#include "hal/vlan_model.h"
+#include "hal/vlan/vlan_model.h"
 
 #include <algorithm>
 #include <numeric>

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "hal/vlan_mode_fixture.h"
-#include "hal/vlan_modes.h"
+#include "hal/vlan/vlan_mode_fixture.h"
+#include "hal/vlan/vlan_modes.h"
 #include "support/in_child.h"
 #include "support/pattern.h"
 
