@@ -352,8 +352,8 @@ BRMGR_STATIC_ASSERT(offsetof(PortStatisticsEntry, notWritten) == 108, "notWritte
 // clang-format off
 /// The counters of a port, which are those of the getters: X(name of the getter behind
 /// "BCM6838X_GetPortStatistics", its result, name in its log line, field of PortStatisticsEntry, what
-/// the getter tells, fields of PortStatsRecord that are added up). That "TxOctet" has no "s" is
-/// intended.
+/// the getter tells, fields of PortStatsRecord that are added up).
+// Required: errors-include-discards
 #define BCM6838X_RX_COUNTER_LIST(X) \
   X(RxOctets,           Counter64, "RxOctets",           rxOctets,     "received octets since the last clear", rxOctets) \
   X(RxUnicastPackets,   uint32_t,  "RxUnicast",          rxUnicast,    "received unicast frames since the last clear", rxUnicast) \
@@ -369,6 +369,7 @@ BRMGR_STATIC_ASSERT(offsetof(PortStatisticsEntry, notWritten) == 108, "notWritte
   X(Rx1024to1518Octets, uint32_t,  "Rx1024to1518Octets", rx1024to1518, "received frames of 1024 to 1518 octets since the last clear", rx1024to1518)
 
 /// The same of what a port transmits.
+// Required: errors-include-discards, log-txoctet
 #define BCM6838X_TX_COUNTER_LIST(X) \
   X(TxOctets,           Counter64, "TxOctet",            txOctets,     "transmitted octets since the last clear", txOctets) \
   X(TxUnicastPackets,   uint32_t,  "TxUnicast",          txUnicast,    "transmitted unicast frames since the last clear", txUnicast) \

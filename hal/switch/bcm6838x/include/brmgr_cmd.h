@@ -22,6 +22,7 @@
 /// is `void` where the command has none. Where senders differ in the flag, `flag` is that of most
 /// senders, `other flag` the second one, and the purpose names who sends it; elsewhere both are the
 /// same. brmgr_traits.h makes the types of C++ from the table.
+// Required: laser-on-reads-back, rule-deletes-read-back
 #define BRMGR_COMMAND_LIST(X)                                                                                         \
   X(0,   INIT,            DrvInitRecord,     32,     INPUT,     INPUT,     "tells the driver the numbers of Ethernet ports") \
   X(25,  MCAST_ADD,       McastGroupEntry,   52,     READ_BACK, READ_BACK, "creates a multicast group entry for one port") \

@@ -73,8 +73,8 @@ uint16_t SlotOf(const McastChannelInfo* channel) {
   return channel == nullptr ? kNoSlot : static_cast<uint16_t>(channel - g_mcastChannelInfo);
 }
 
-/// Directs the entry to a port, with the VLAN action that the port's multicast frames need. Without
-/// a matching translation rule the entry keeps the action that it has.
+/// Directs the entry to a port, with the VLAN action that the port's multicast frames need.
+// Required: group-modify-inherits-action
 void DirectTo(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& entry) {
   McastUniPortInfo& info = g_mcastUniPortInfo[uni - 1];
   entry.port = uni;
@@ -113,6 +113,7 @@ void RemoveFrom(uint32_t uni, uint16_t slot, const McastGroupRequest& request,
   entry.channelIndex = g_mcastChannelInfo[slot].channelIndex;
   McastGroupEntry record = entry;
   Send<BRMGR_CMD_MCAST_DEL>(record);
+  // Required: group-refused-delete-frees-slot
   g_mcastChannelInfo[slot] = {};
   LogDel(entry, slot);
 }
@@ -133,6 +134,7 @@ void AddIfRoom(uint32_t uni, const McastGroupRequest& request, McastGroupEntry& 
 /// The first Ethernet port of the mask, or 0.
 uint32_t FirstPortOf(const McastGroupRequest& request) {
   for (const uint32_t uni : EthPortsInTables()) {
+    // Required: group-add-takes-first-port
     if (IsInMask(request, uni)) {
       return uni;
     }
@@ -152,8 +154,10 @@ uint16_t BCM6838X_FindTargetMcastChanSlot(const uint8_t* ipv4, const uint8_t* ip
     return kNoSlot;
   }
   const uint32_t uni = UniPort(port);
+  // Required: group-compares-one-family
   const bool isIpv6 = memcmp(ipv4, kNoIpv4, sizeof(kNoIpv4)) == 0;
   return SlotOf(FirstOf(g_mcastChannelInfo, [&](const McastChannelInfo& channel) {
+    // Required: group-search-ignores-in-use
     return channel.port == uni && (isIpv6 ? memcmp(channel.ipv6, ipv6, sizeof(channel.ipv6)) == 0
                                           : memcmp(channel.ipv4, ipv4, sizeof(channel.ipv4)) == 0);
   }));

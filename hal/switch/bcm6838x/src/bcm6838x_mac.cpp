@@ -29,6 +29,7 @@ uint32_t SendEntry(Command<MacEntryRecord> command, const Entry* entry) {
   memcpy(record.mac, entry->mac, sizeof(record.mac));
   record.port = entry->port;
   record.vid = entry->vid;
+  // Required: mac-changes-succeed
   Send(command, record);
   return BCM6838X_OK;
 }
@@ -38,6 +39,7 @@ uint32_t SendFilter(const char* function, Command<MacFilterRecord> command, uint
                     uint32_t vid, const MacAddress& mac) {
   MacFilterRecord record = {};
   memcpy(record.mac, mac.octet, sizeof(record.mac));
+  // Required: mac-filter-sends-low-byte
   record.port = UniPort(port);
   record.vid = static_cast<uint16_t>(vid);
   HAL_LOG_AS(function, LOG_LEVEL_TRACE, "%s(%d), port=%d, vid=%d, macAddr:%x:%x:%x:%x:%x:%x\r\n",
@@ -94,6 +96,7 @@ uint32_t BCM6838X_SetMacAgingTime(uint32_t ageTime) {
   MacAgingRecord record = {};
   record.ageTime = static_cast<uint16_t>(ageTime);
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), ageTime=%d\r\n", record.ageTime);
+  // Required: mac-aging-by-feature-27
   if (IsCaptureEnabled()) {
     Send<BRMGR_CMD_MAC_AGING>(record);
     return BCM6838X_OK;
@@ -107,6 +110,7 @@ uint32_t BCM6838X_SetMacClear(uint32_t clear) {
   HAL_LOG_HERE(LOG_LEVEL_TRACE, "%s(%d), clear=%d\r\n", AsInt(clear));
   MacLearnRecord record = {};
   record.value = clear;
+  // Required: mac-clear-is-learn-command
   Send<BRMGR_CMD_MAC_LEARN>(record);
   return BCM6838X_OK;
 }

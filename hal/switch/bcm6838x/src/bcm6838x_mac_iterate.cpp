@@ -29,6 +29,7 @@ bool IsComplete(const EntryOutput& output) {
 /// Sends the record, which holds the address after which to look, and copies out what it then
 /// holds, also when the driver refused: the end of the table is the caller's to recognise.
 void ReadEntry(MacEntryRecord& record, const EntryOutput& output) {
+  // Required: mac-walk-ignores-refusal
   Send<BRMGR_CMD_MAC_GET_NEXT>(record);
   *output.port = record.port;
   *output.vid = record.vid;

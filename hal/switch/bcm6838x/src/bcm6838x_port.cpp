@@ -61,6 +61,7 @@ uint32_t BCM6838X_InitPort(void) {
   }
   for (const uint32_t uni : EthPorts()) {
     const auto index = static_cast<uint8_t>(uni - 1);
+    // Required: start-lines-name-full-path
     VOS_System("/bin/ethctl eth%hhu reg 24 0xf077 > /dev/null 2>&1", index);
     VOS_System("/bin/ethctl eth%hhu reg 28 0x9000 > /dev/null 2>&1", index);
   }
@@ -89,6 +90,7 @@ uint32_t BCM6838X_SetPortNegMode(uint32_t port, uint32_t mode) {
   // Required: negotiation-mode-takes-any-port
   VOS_System("ethctl eth%d media-type %s", AsInt(uni) - 1, kMediaTypes[mode]);
   if (uni < kUniPorts) {
+    // Required: negotiation-mode-reapplies-state
     BCM6838X_SetPortAdminState(uni, sg_portAdminState[uni]);
   }
   return BCM6838X_OK;
@@ -102,6 +104,7 @@ uint32_t BCM6838X_SetPortLoopback(uint32_t port, uint32_t on) {
   PortLoopbackRecord record = {};
   record.port = DevicePort(uni);
   record.enable = on != 0 ? 1 : 0;
+  // Required: port-commands-succeed
   Send<BRMGR_CMD_PORT_LOOPBACK>(record);
   return BCM6838X_OK;
 }
@@ -113,7 +116,7 @@ uint32_t BCM6838X_SetPortIsolateMask(uint32_t port, uint32_t mask) {
   }
   for (const uint32_t peer : UniPorts{kMaxSwitchPort}) {
     const bool named = ((mask >> (peer - 1)) & 1U) != 0;
-    // Required: isolation-mask-only-adds
+    // Required: isolation-of-itself-sent, isolation-mask-only-adds
     if (mask == 0 ? peer != uni : named) {
       SendIsolation(uni, DevicePort(peer), mask == 0 ? 0 : 1);
     }
@@ -142,8 +145,10 @@ uint32_t BCM6838X_SetPortLimitMacNum(uint32_t /*port*/, uint32_t limit) {
 uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
   for (const uint32_t uni : EthPorts()) {
     PortStpRecord record = {};
-    record.portIndex = uni - 1;  // counted from 0 here, which is intended
+    // Required: stp-index-from-0
+    record.portIndex = uni - 1;
     record.enable = enable;
+    // Required: stp-platform-before-driver
     VOS_MsgSend(kStpModule, kStpEnable, &record, sizeof(record));
     Send<BRMGR_CMD_PORT_STP>(record);
   }
@@ -153,6 +158,7 @@ uint32_t BCM6838X_SetPortStpEnable(uint32_t enable) {
 uint32_t BCM6838X_SetPortStpState(uint32_t port, uint32_t stpState) {
   constexpr uint32_t kBlocking = 1;
   constexpr uint32_t kForwarding = 4;
+  // Required: stp-state-is-port-state
   if (!IsCaptureEnabled() || (stpState != kBlocking && stpState != kForwarding)) {
     return BCM6838X_OK;
   }
@@ -184,7 +190,7 @@ uint32_t BCM6838X_SetPortMirrorMode(const uint8_t* modes) {
   if (HAL_IS_NULL(modes)) {
     return BCM6838X_FAILED;
   }
-  // One record serves all ports, so the last one wins, which is intended.
+  // Required: mirror-last-port-wins
   for (const uint32_t uni : EthPorts()) {
     const uint32_t mode = modes[uni - 1];
     if (mode == 0) {

@@ -125,8 +125,10 @@ uint32_t BCM6838X_GetPortStatistics(PortStatisticsEntry* entries) {
   }
   for (const uint32_t uni : EthPorts()) {
     PortStatsRecord record = {};
-    record.port = uni - 1;  // counted from 0 here, which is intended
+    // Required: statistics-table-index-from-0
+    record.port = uni - 1;
     Send<BRMGR_CMD_PORT_STATS>(record);
+    // Required: statistics-table-is-raw
     FillEntry(record, entries[uni - 1]);
   }
   return BCM6838X_OK;
@@ -135,8 +137,8 @@ uint32_t BCM6838X_GetPortStatistics(PortStatisticsEntry* entries) {
 uint32_t BCM6838X_SetPortStatisticsClear(uint32_t port) {
   PortStatsRecord unkept = {};
   PortStatsRecord* baseline = FindBaseline(UniPort(port));
-  // The slot itself is the request, its first word as the driver left it, which is intended. A port
-  // without a slot is asked for all the same.
+  // A port without a slot is asked for all the same.
+  // Required: clear-sends-its-slot
   return Send<BRMGR_CMD_PORT_STATS>(baseline != nullptr ? *baseline : unkept);
 }
 

@@ -38,7 +38,7 @@ size_t EntryOf(const QosClassRule& rule) {
 
 IngressClassCfg MakeClass(const QosClassRule& rule) {
   constexpr uint32_t kLowestPriority = 7;
-  // The ranges of the ports follow each other; in a port, precedence 1 has the highest number.
+  // Required: rule-priorities-follow-ports
   const uint32_t priority =
       static_cast<uint32_t>(rule.port) * BCM6838X_QOS_RULES - rule.precedence + kLowestPriority;
   return BeginClass(BRMGR_DIR_UPSTREAM, BRMGR_KEY_INGRESS_PORT | BRMGR_KEY_VLAN_NUM, priority);
@@ -77,7 +77,7 @@ void AddKeys(const QosClassRule& rule, IngressClassCfg& ingressClass, IngressFlo
 uint32_t CreateAction(const QosClassRule& rule) {
   VlanActionRule record = BeginAction(BRMGR_DIR_UPSTREAM, BRMGR_TAG_REPLACE_PRIORITY);
   record.tag[0].pbit = rule.priority;
-  // Sent with index 0 and not with none, which is intended.
+  // Required: remark-action-sent-with-index-0
   record.vlanActionIndex = 0;
   const uint32_t result = Send<BRMGR_CMD_VLAN_ACTION_ADD>(record);
   if (result == BCM6838X_OK) {
@@ -109,6 +109,7 @@ uint32_t AddResult(const QosClassRule& rule, IngressFlowRule& flow) {
 uint32_t DeleteAction(size_t entry) {
   VlanActionDel record = {BRMGR_DIR_UPSTREAM,
                           static_cast<uint32_t>(sg_QosClassificationVlanEntry[entry])};
+  // Required: rule-deletes-read-back
   return Send<BRMGR_CMD_VLAN_ACTION_DEL, BRMGR_FLAG_READ_BACK>(record);
 }
 
@@ -162,6 +163,7 @@ uint32_t Install(const QosClassRule& rule, IngressClassCfg& ingressClass, Ingres
   sg_QosClassificationICEntry[entry] = AsInt(ingressClass.icIndex);
   flow.icIndex = ingressClass.icIndex;
   if (Send<BRMGR_CMD_FLOW_ADD>(flow) != BCM6838X_OK) {
+    // Required: failed-rule-returns-last-delete
     result = UndoClass(rule);
     HAL_LOG(LOG_LEVEL_INVALID, "Failed to Add flow %d\r\n", AsInt(flow.flowIndex));
     return result;

@@ -113,6 +113,7 @@ uint32_t BCM6838X_DelVlanAction(VlanActionRule rule) {
                rule.cmd, AsUnsignedLong(rule.tag[0].vid), AsUnsignedLong(rule.tag[1].vid),
                DirectionName(rule.dir));
   VlanActionEntry* entry = FirstOf(g_vlanAction, [&](const VlanActionEntry& candidate) {
+    // Required: action-free-slot-hides-index-0
     return candidate.rule.dir == rule.dir && candidate.rule.vlanActionIndex == rule.vlanActionIndex;
   });
   if (entry == nullptr) {

@@ -26,12 +26,14 @@ namespace {
 void CreateDefaultAction() {
   VlanActionRule record = BeginAction(BRMGR_DIR_DOWNSTREAM, BRMGR_TAG_POP);
   if (Send<BRMGR_CMD_VLAN_ACTION_ADD>(record) == BCM6838X_OK) {
+    // Required: default-action-kept-on-refusal
     g_dsVlanAction = record.vlanActionIndex;
   }
 }
 
 // Required: missing-ports-have-mode-0
 void ResetConfig() {
+  // Required: port-count-asked-each-round
   for (const uint32_t uni : EthPortsInTables()) {
     g_PortVlanInfo[uni - 1] = {};
     g_PortVlanInfo[uni - 1].vlanMode = BCM6838X_VLAN_MODE_NONE;
@@ -63,6 +65,7 @@ bool hal::CarriesEveryVlan(uint32_t uni) {
 }
 
 void hal::CommitVlanConfig() {
+  // Required: commit-copies-all-ports
   memcpy(g_oldPortVlanInfo, g_PortVlanInfo, sizeof(g_PortVlanInfo));
 }
 

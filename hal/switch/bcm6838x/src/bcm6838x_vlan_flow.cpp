@@ -62,6 +62,7 @@ constexpr ResultWords kPerformanceWords = {1, 2};
 
 IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
   IngressFlowRule flow = BeginFlow(BRMGR_DIR_DOWNSTREAM, ClassOf(key), BRMGR_FORWARD_PASS);
+  // Required: any-vid-is-4096
   flow.outerVid = key.vid == kAnyVid ? 0 : key.vid;
   flow.vlanNum = key.vlanNum;
   flow.result104 = words.word104;
@@ -73,6 +74,7 @@ IngressFlowRule MakeFlow(const FlowKey& key, const ResultWords& words) {
 int32_t RecordFlow(const IngressFlowRule& flow, const FlowKey& key, uint16_t references) {
   IngressFlowEntry* entry = FirstOf(
       g_dsIngressClass, [](const IngressFlowEntry& candidate) { return candidate.outerVid == 0; });
+  // Required: flow-table-full-unrecorded
   if (entry == nullptr) {
     return kNoFlow;
   }

@@ -160,6 +160,7 @@ uint32_t BCM6838X_DelVlanStacking(PortVlanStackRange* req) {
   // Required: stacking-request-start-advanced
   req->cvidStart += RangeToDelete(*req).last + 1;
   BCM6838X_RebuildVlanRule(req->port);
+  // Required: stacking-off-behind-rebuild
   if (IsEmpty(*info)) {
     info->stackingEnable = 0;
   }

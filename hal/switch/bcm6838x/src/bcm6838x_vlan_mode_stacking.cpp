@@ -125,6 +125,7 @@ int32_t BCM6838X_AddUsBDCOMStacking(uint32_t port, uint32_t pvid, uint32_t prior
                                     const PortVlanStackEntry* list) {
   UsCall call = BeginCall(__func__, port, list);
   if (call.isAccepted) {
+    // Required: bdcom-pvid-not-stripped
     AddPvidFlow(call, pvid, priority);
     ForEachBuiltEntry(call, list, [&](const PortVlanStackEntry& entry) {
       AddStackedVlan(call, CustomerVid(entry), entry.svid);

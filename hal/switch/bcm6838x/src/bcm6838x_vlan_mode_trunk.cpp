@@ -77,6 +77,7 @@ int32_t BCM6838X_AddUsHybrid(uint32_t port, uint32_t pvid, uint32_t priority,
                              const PortVlanTrunkEntry* list) {
   UsCall call = BeginCall(__func__, port, list);
   if (call.isAccepted) {
+    // Required: untagged-refusal-goes-on
     AddPvidFlow(call, pvid, priority);
     AddTrunkVlans(call, list);
   }

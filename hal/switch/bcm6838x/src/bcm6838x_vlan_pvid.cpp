@@ -17,8 +17,8 @@ using namespace hal;
 
 namespace {
 
-/// Whether the rules of a port depend on its VID and priority. Those of a port without a mode do
-/// not either, but the configuration is handed to the driver then too, which is intended.
+/// Whether a change of a port's VID or priority rebuilds its rules.
+// Required: pvid-without-mode-hands-over
 bool UsesPvid(const PortVlanInfo& info) {
   return info.vlanMode != BCM6838X_VLAN_MODE_TRANSPARENT &&
          info.vlanMode != BCM6838X_VLAN_MODE_ZTE_TRUNK;
@@ -51,11 +51,13 @@ constexpr Command<CtcModeRecord> kModeA = CommandOf<BRMGR_CMD_CTC_MODE_A>();
 constexpr Command<CtcModeRecord> kModeB = CommandOf<BRMGR_CMD_CTC_MODE_B>();
 
 constexpr CtcMode kCtcModes[] = {
+    // Required: ctc-command-b-passes-all
     {BCM6838X_VLAN_MODE_TRANSPARENT, kModeB, BCM6838X_SetVlanTransparent},
     {BCM6838X_VLAN_MODE_TAG, kModeA, BCM6838X_SetVlanTag},
     {BCM6838X_VLAN_MODE_TRANSLATION, kModeA, BCM6838X_SetVlanTranslation},
     {BCM6838X_VLAN_MODE_TRANSLATION_2, kModeA, BCM6838X_SetVlanTranslation},
     {BCM6838X_VLAN_MODE_TRUNK, kModeA, BCM6838X_SetVlanTrunk},
+    // Required: ctc-codes-fold
     {BCM6838X_VLAN_MODE_HYBRID, kModeA, BCM6838X_SetVlanTrunk},
     {BCM6838X_VLAN_MODE_ZTE_TRUNK, kModeA, BCM6838X_SetZteVlanTrunk},
     {BCM6838X_VLAN_MODE_ZTE_STACKING, kModeB, BCM6838X_SetZteStacking},
@@ -116,6 +118,7 @@ uint32_t BCM6838X_SetPortCtcMode(uint32_t port, uint32_t mode, ...) {
   const uint32_t uni = UniPort(port);
   const CtcMode* ctcMode = FindCtcMode(mode);
   if (ctcMode == nullptr) {
+    // Required: ctc-unknown-names-port
     return NamePort(kModeA, uni);  // no table is touched, so that any port will do
   }
   if (FindVlanInfo(__func__, uni) == nullptr) {

@@ -124,6 +124,7 @@ uint32_t BCM6838X_ClearVlanRule(uint32_t port) {
   if (FindVlanInfo(__func__, uni) == nullptr) {
     return BCM6838X_FAILED;
   }
+  // Required: clear-by-applied-copy
   DeleteRules(uni, g_oldPortVlanInfo[uni - 1]);
   return BCM6838X_OK;
 }
@@ -136,6 +137,7 @@ uint32_t BCM6838X_RebuildVlanRule(uint32_t port) {
     return BCM6838X_FAILED;
   }
   AddRules(uni, *info);
+  // Required: rebuild-hands-over-any-mode
   SendConfig();
   return BCM6838X_OK;
 }
@@ -155,8 +157,7 @@ uint32_t BCM6838X_SetVlanTranslation(uint32_t port) {
 // Required: trunk-setter-logs-a-comma
 uint32_t BCM6838X_SetVlanTrunk(uint32_t port) {
   const uint32_t uni = UniPort(port);
-  HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d), port=%u\r\n",
-               uni);  // the comma is its own
+  HAL_LOG_HERE(LOG_LEVEL_TRACE, "###### %s(%d), port=%u\r\n", uni);
   return SetMode(__func__, uni, BCM6838X_VLAN_MODE_TRUNK);
 }
 

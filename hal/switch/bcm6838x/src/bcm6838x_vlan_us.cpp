@@ -30,6 +30,7 @@ IngressFlowRule MakeRule(const UsCall& call, const UsFlow& flow, uint32_t vlanAc
   rule.ingressPort = BCM6838X_StreamPortIndexUniToRdpa(call.port);
   rule.outerPbit = flow.outerPbit;
   rule.vlanNum = flow.vlanNum;
+  // Required: upstream-flow-word-104
   rule.result104 = 1;
   rule.queue = flow.queue;
   rule.vlanActionIndex = vlanActionIndex;
@@ -55,6 +56,7 @@ int32_t SetPortTransparent(const UsCall& call, bool transparent) {
 
 /// A call whose port is checked, with a log line when there is none.
 UsCall MakeUsCall(const char* name, uint32_t port) {
+  // Required: builders-port-has-16-bits
   UsCall call = {name, static_cast<uint16_t>(port), true, BCM6838X_OK};
   if (!IsInTables(call.port)) {
     HAL_LOG_AS(name, LOG_LEVEL_INVALID, "[%s %d] port %u is out of range\r\n", call.port);
@@ -88,6 +90,7 @@ UsCall hal::BeginOpeningCall(const char* name, uint32_t port) {
   UsCall call = MakeUsCall(name, port);
   if (call.isAccepted) {
     OpenPort(call);
+    // Required: zte-stacking-logs-entry-late
     LogEntry(name);
   }
   return call;
@@ -97,6 +100,7 @@ UsCall hal::BeginClosingCall(const char* name, uint32_t port) {
   UsCall call = MakeUsCall(name, port);
   if (call.isAccepted) {
     ClosePort(call);
+    // Required: zte-stacking-logs-entry-late
     LogEntry(name);
   }
   return call;
@@ -114,6 +118,7 @@ VlanActionRule hal::UsVlanActionOf(uint32_t index) {
 
 bool hal::CreateUsFlow(UsCall& call, const UsFlow& flow, const VlanActionRule& held) {
   IngressFlowRule rule = MakeRule(call, flow, held.vlanActionIndex);
+  // Required: builders-return-last-result
   call.result = AsInt(Send<BRMGR_CMD_FLOW_ADD>(rule));
   if (call.result == BCM6838X_OK) {
     RecordFlow(call, rule);
@@ -183,6 +188,7 @@ const IngressFlowEntry* hal::FindUntaggedSlot(const UsCall& call) {
 }
 
 void hal::DelPvidFlowAndSlots(UsCall& call, uint32_t pvid) {
+  // Required: pvid-without-slot-keeps-wan
   if (const IngressFlowEntry* slot = FindUntaggedSlot(call)) {
     DelPvidFlow(call, *slot, pvid);
   }
@@ -198,10 +204,12 @@ void hal::DetachPortAction(const UsCall& call, uint32_t vid, uint32_t vlanNum) {
 
 void hal::OpenPort(const UsCall& call) {
   SetPortTransparent(call, true);
+  // Required: open-port-withdraws-mcast
   WithdrawMcastVlans(call.port);
 }
 
 void hal::ClosePort(UsCall& call) {
+  // Required: transparent-delete-returns-shell-result
   call.result = SetPortTransparent(call, false);
   RestoreMcastVlans(call.port);
 }

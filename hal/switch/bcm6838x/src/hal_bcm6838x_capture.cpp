@@ -162,6 +162,7 @@ uint32_t BCM6838X_GetEvent(BrmgrEvent* event) {
 
 uint32_t BCM6838X_CapturePacket(void) {
   BrmgrEvent event;
+  // Required: capture-by-feature-exactly-1
   if (!IsCaptureEnabled()) {
     return BCM6838X_OK;
   }

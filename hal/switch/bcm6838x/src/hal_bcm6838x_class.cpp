@@ -98,6 +98,7 @@ void TrapReservedAddresses() {
 }  // namespace
 
 uint32_t BCM6838X_StreamPortIndexUniToRdpa(uint32_t port) {
+  // Required: data-path-port-is-low-byte-plus-1
   return DevicePort(UniPort(port));
 }
 

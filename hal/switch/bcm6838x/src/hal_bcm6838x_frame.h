@@ -49,9 +49,9 @@ struct FrameView {
   }
 };
 
-/// The frame of an event other than those of multicast, of which `length` bytes are readable. It
-/// begins two bytes behind the start of the data field, which is intended.
+/// The frame of an event other than those of multicast, of which `length` bytes are readable.
 constexpr const uint8_t* FrameOf(const BrmgrEvent& event) {
+  // Required: event-frame-at-22
   constexpr uint32_t kSkipped = 2;
   return event.data + kSkipped;
 }

@@ -74,6 +74,7 @@ uint32_t BCM6838X_InitDrv(void) {
   record.fePortNum = HC_GetFePortNum();
   record.gePortNum = HC_GetGePortNum();
   const uint32_t result = Send<BRMGR_CMD_INIT>(record);
+  // Required: board-id-read-anyway
   BCM6838X_sysGetBoardId(g_BoardId, kBoardIdSize - 1);
   return result;
 }

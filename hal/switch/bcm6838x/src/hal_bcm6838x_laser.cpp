@@ -11,6 +11,7 @@ using namespace hal;
 
 uint32_t BCM6838X_SetEponLaserState(uint32_t on) {
   if ((on & 0xFF) == 1) {
+    // Required: laser-on-reads-back
     Send<BRMGR_CMD_LASER_ON>();
   } else {
     Send<BRMGR_CMD_LASER_OFF>();

@@ -86,6 +86,7 @@ uint32_t LinkState(uint32_t speed, uint32_t duplex) {
   if (known == nullptr) {
     return speed == 0 ? kLinkDown : kLinkOther;
   }
+  // Required: odd-duplex-is-down
   if (duplex > kFull) {
     return kLinkDown;
   }
@@ -112,6 +113,7 @@ void SendRate(uint32_t port, uint32_t state) {
   constexpr uint32_t kKnownRates = sizeof(kRates) / sizeof(kRates[0]);
   PortRateRecord record = {};
   record.port = port - 1 < kUniInterfaces ? DevicePort(port) : 0;
+  // Required: unknown-speed-reports-rate-0
   record.rate = state < kKnownRates ? kRates[state] : 0;
   const uint32_t result = Send<BRMGR_CMD_PORT_STATE>(record);
   if (result != BCM6838X_OK) {

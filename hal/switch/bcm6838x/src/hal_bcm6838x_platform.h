@@ -13,6 +13,7 @@ namespace hal {
 constexpr uint32_t kCaptureFeature = 27;
 
 inline bool IsCaptureEnabled() {
+  // Required: capture-by-feature-exactly-1, mac-aging-by-feature-27
   return SF_GetFeature(kCaptureFeature) == 1;
 }
 

@@ -66,8 +66,10 @@ uint32_t OuterVid(RelayFrame& relay) {
                                                     : 0;
 }
 
+// Required: trap-value-passed-on
 void SetTraps(Command<TrapEnableRecord> command, uint32_t enable) {
   for (const uint32_t uni : EthPorts()) {
+    // Required: trap-index-from-0
     TrapEnableRecord record = {uni - 1, enable};
     Send(command, record);
   }
