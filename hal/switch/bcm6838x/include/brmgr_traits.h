@@ -15,14 +15,14 @@ namespace brmgr {
 
 /// Bytes of a record; none of `void`, which is that of a command without one.
 template <typename Record>
-constexpr uint32_t kSizeOf = sizeof(Record);
+inline constexpr uint32_t kSizeOf = sizeof(Record);
 template <>
-constexpr uint32_t kSizeOf<void> = 0;
+inline constexpr uint32_t kSizeOf<void> = 0;
 
 template <typename A, typename B>
-constexpr bool kIsSame = false;
+inline constexpr bool kIsSame = false;
 template <typename A>
-constexpr bool kIsSame<A, A> = true;
+inline constexpr bool kIsSame<A, A> = true;
 
 /// One row of the table.
 template <typename RowRecord, uint32_t length, uint32_t flag, uint32_t otherFlag>
@@ -30,6 +30,7 @@ struct TableRow {
   using Record = RowRecord;
   static constexpr uint32_t kLength = length;
   static constexpr uint32_t kFlag = flag;
+  static constexpr uint32_t kOtherFlag = otherFlag;
   static constexpr bool kHasRecord = !kIsSame<Record, void>;
   /// Whether the record ends with its frame.
   static constexpr bool kIsVariable = length == BRMGR_LENGTH_VARIABLE;
@@ -40,7 +41,7 @@ struct TableRow {
 
   /// Whether any sender sends the command with that flag.
   static constexpr bool isSentWith(uint32_t wanted) {
-    return wanted == flag || wanted == otherFlag;
+    return wanted == kFlag || wanted == kOtherFlag;
   }
 };
 

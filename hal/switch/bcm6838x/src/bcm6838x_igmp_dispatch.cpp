@@ -19,7 +19,7 @@ uint32_t BCM6838X_DispatchIgmpPacket(const uint8_t* packet, uint32_t length, uin
   }
   const uint32_t from = UniPort(port);
   // Required: mcast-port-0-goes-up
-  if (from <= HC_GetEthPortNum()) {
+  if (IsUpToLastEthPort(from)) {
     BCM6838X_SendPacket(packet, length, vlan, from, HC_GetUplinkPortNo());
     return BCM6838X_OK;
   }

@@ -114,7 +114,7 @@ uint32_t BCM6838X_SetPortIsolateMask(uint32_t port, uint32_t mask) {
   if (!IsPort(uni, kMaxSwitchPort)) {
     return BCM6838X_FAILED;
   }
-  for (const uint32_t peer : UniPorts{kMaxSwitchPort}) {
+  for (uint32_t peer = 1; peer <= kMaxSwitchPort; ++peer) {
     const bool named = ((mask >> (peer - 1)) & 1U) != 0;
     // Required: isolation-of-itself-sent, isolation-mask-only-adds
     if (mask == 0 ? peer != uni : named) {

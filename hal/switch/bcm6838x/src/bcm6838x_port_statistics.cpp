@@ -8,7 +8,6 @@
 #include <bcm6838x_port.h>
 #include <brmgr_cmd.h>
 #include <brmgr_record.h>
-#include <platform_config.h>
 #include <platform_log.h>
 
 #include "hal_bcm6838x_channel.h"
@@ -83,7 +82,7 @@ uint32_t GetCounter(const char* function, const Counter& counter, uint32_t port,
   }
   const uint32_t uni = UniPort(port);
   const PortStatsRecord* baseline = FindBaseline(uni);
-  if (baseline == nullptr || uni > HC_GetEthPortNum()) {
+  if (baseline == nullptr || !IsUpToLastEthPort(uni)) {
     return BCM6838X_INVALID;
   }
   PortStatsRecord record = {};

@@ -7,11 +7,11 @@
 
 #include <bcm6838x_vlan_port.h>
 #include <brmgr_record.h>
-#include <platform_config.h>
 
 #include "bcm6838x_vlan_config.h"
 #include "hal_bcm6838x_find.h"
 #include "hal_bcm6838x_log.h"
+#include "hal_bcm6838x_ports.h"
 
 using namespace hal;
 
@@ -125,7 +125,7 @@ bool IsEmpty(const PortVlanInfo& info) {
 /// Whether an add may be done at all: port and service VID.
 bool IsValid(const PortVlanStackRange& req) {
   constexpr uint32_t kMaxVid = 4095;
-  return req.port >= 1 && req.port <= HC_GetEthPortNum() && req.svid >= 1 && req.svid <= kMaxVid;
+  return req.port >= 1 && IsUpToLastEthPort(req.port) && req.svid >= 1 && req.svid <= kMaxVid;
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <cstdint>
 
 #include <hal_bcm6838x.h>
-#include <platform_config.h>
 
 #include "bcm6838x_vlan_config.h"
 #include "hal_bcm6838x_find.h"
@@ -165,7 +164,7 @@ uint32_t Apply(const ModeRule (&rules)[count], const RuledFrame& frame, bool ofK
 
 /// Whether the unit has the port on one side of a frame that has no port on its other side.
 bool UnitHasPort(uint32_t port, uint32_t other) {
-  return other != 0 || port <= HC_GetEthPortNum();
+  return other != 0 || IsUpToLastEthPort(port);
 }
 
 }  // namespace

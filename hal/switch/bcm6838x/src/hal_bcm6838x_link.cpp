@@ -98,7 +98,7 @@ uint32_t PortOfInterface(const char (&name)[16]) {
   char interface[] = "eth0";
   char received[sizeof(name) + 1] = {};
   memcpy(received, name, sizeof(name));
-  for (const uint32_t port : UniPorts{kUniInterfaces}) {
+  for (uint32_t port = 1; port <= kUniInterfaces; ++port) {
     interface[3] = static_cast<char>('0' + port - 1);
     if (VOS_StrNcaseCmp(received, interface) == 0) {
       return port;

@@ -29,9 +29,24 @@ constexpr uint32_t DevicePort(uint32_t uni) {
   return uni + 1;
 }
 
-/// The UNI ports from 1 to `last`, for a loop over them.
-struct UniPorts {
-  uint32_t last;
+/// Whether a port number is at most that of the unit's last Ethernet port.
+inline bool IsUpToLastEthPort(uint32_t uni) {
+  return uni <= HC_GetEthPortNum();
+}
+
+inline bool IsUpToLastEthPortInTables(uint32_t uni) {
+  return IsUpToLastEthPort(uni) && uni <= kUniPorts;
+}
+
+constexpr bool IsUpToLastPortInTables(uint32_t uni) {
+  return uni <= kUniPorts;
+}
+
+/// The UNI ports from 1 on that are within a bound, for a loop over them. The bound is asked anew for
+/// each port: the platform may change its mind.
+template <bool (*isWithin)(uint32_t uni)>
+struct UniPortsWithin {
+  struct End {};
 
   struct Iterator {
     uint32_t uni;
@@ -41,28 +56,21 @@ struct UniPorts {
       ++uni;
       return *this;
     }
-    constexpr bool operator!=(const Iterator& other) const { return uni != other.uni; }
+    constexpr bool operator!=(End /*end*/) const { return isWithin(uni); }
   };
 
   [[nodiscard]] constexpr Iterator begin() const { return {1}; }
-  [[nodiscard]] constexpr Iterator end() const { return {last + 1}; }
+  [[nodiscard]] constexpr End end() const { return {}; }
 };
 
 /// Every Ethernet port of the unit.
-inline UniPorts EthPorts() {
-  return {HC_GetEthPortNum()};
-}
+using EthPorts = UniPortsWithin<IsUpToLastEthPort>;
 
 /// Every Ethernet port of the unit for which the tables have room.
-inline UniPorts EthPortsInTables() {
-  const uint32_t ports = HC_GetEthPortNum();
-  return {ports < kUniPorts ? ports : kUniPorts};
-}
+using EthPortsInTables = UniPortsWithin<IsUpToLastEthPortInTables>;
 
 /// Every port for which the tables have room, whether the unit has it or not.
-constexpr UniPorts PortsInTables() {
-  return {kUniPorts};
-}
+using PortsInTables = UniPortsWithin<IsUpToLastPortInTables>;
 
 }  // namespace hal
 

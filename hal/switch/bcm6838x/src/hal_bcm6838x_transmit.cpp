@@ -7,7 +7,6 @@
 
 #include <brmgr_cmd.h>
 #include <hal_bcm6838x.h>
-#include <platform_config.h>
 
 #include "hal_bcm6838x_channel.h"
 #include "hal_bcm6838x_frame.h"
@@ -58,7 +57,7 @@ void SendOther(FrameView frame, uint32_t port) {
   RdpaPkt packet = {};
   packet.size = frame.size;
   // Required: unknown-port-is-sent-to-0
-  packet.desPort = port <= HC_GetEthPortNum() ? port : 0;
+  packet.desPort = IsUpToLastEthPort(port) ? port : 0;
   packet.gemFlowId = kFlow;
   memcpy(packet.data, frame.data, frame.size < kRdpaSize ? frame.size : kRdpaSize);
   BCM6838X_RdpaSendIgmpPkt(&packet);
