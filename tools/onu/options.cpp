@@ -8,7 +8,8 @@
 #include <map>
 #include <sstream>
 
-#include "config_table.h"
+#include "language/failure.h"
+#include "session/config_table.h"
 
 namespace onu {
 

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "live.h"
-#include "session.h"
-#include "words.h"
+#include "language/words.h"
+#include "live/live_options.h"
+#include "session/session.h"
 
 namespace onu {
 
