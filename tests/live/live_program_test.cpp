@@ -5,7 +5,7 @@
 
 #include "base/text.h"
 #include "frame/words.h"
-#include "json.h"
+#include "report/json.h"
 #include "run_program.h"
 #include "scratch.h"
 #include "wire.h"

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue.h"
+#include "commands/command_table.h"
 #include "run_program.h"
 #include "scratch.h"
 
@@ -44,11 +44,8 @@ void AppendExamples(const Entry& entry, std::vector<Example>& examples) {
 
 std::vector<Example> AllExamples() {
   std::vector<Example> examples;
-  for (const Command& command : CommandTable()) {
-    AppendExamples(command, examples);
-  }
-  for (const Operation& operation : OperationTable()) {
-    AppendExamples(operation, examples);
+  for (const Command* command : AllCommands().all()) {
+    AppendExamples(*command, examples);
   }
   return examples;
 }

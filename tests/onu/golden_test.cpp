@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "json.h"
+#include "report/json.h"
 #include "run_program.h"
 
 namespace onu {

@@ -11,8 +11,8 @@
 
 #include "base/bytes.h"
 #include "base/text.h"
-#include "capture_file.h"
-#include "json.h"
+#include "language/capture_file.h"
+#include "report/json.h"
 #include "run_program.h"
 
 namespace onu {

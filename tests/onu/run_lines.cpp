@@ -5,8 +5,9 @@
 #include <gtest/gtest.h>
 #include <utility>
 
-#include "console.h"
-#include "runner.h"
+#include "commands/command_table.h"
+#include "session/console.h"
+#include "session/runner.h"
 
 namespace onu::test {
 
@@ -19,7 +20,8 @@ Json Ran::lastDocument() const {
 Ran RunLines(const Words& lines, const SessionOptions& options) {
   Ran ran;
   Console console;
-  Session session(options, console, [&ran](std::string_view text) { ran.out += text; });
+  Session session(options, AllCommands(), console,
+                  [&ran](std::string_view text) { ran.out += text; });
   Runner runner(
       session, [&ran](std::string_view text) { ran.errors += text; }, false);
   for (const std::string& line : lines) {
@@ -63,6 +65,20 @@ Json Last(const Words& lines) {
 Words With(Words lines, const Words& more) {
   lines.insert(lines.end(), more.begin(), more.end());
   return lines;
+}
+
+std::vector<std::string> Doings(const Json& events) {
+  std::vector<std::string> doings;
+  for (const Json& event : events) {
+    if (event["kind"] == "call") {
+      doings.push_back(event["call"].get<std::string>());
+    } else if (event["kind"] == "shell") {
+      doings.push_back(event["line"].get<std::string>());
+    } else if (event["kind"] == "message") {
+      doings.push_back(event["message"].get<std::string>());
+    }
+  }
+  return doings;
 }
 
 }  // namespace onu::test

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "failure.h"
-#include "json.h"
-#include "session.h"
-#include "words.h"
+#include "language/failure.h"
+#include "language/words.h"
+#include "report/json.h"
+#include "session/session.h"
 
 namespace onu::test {
 
@@ -40,5 +40,8 @@ Json Last(const Words& lines);
 
 /// The lines, and more behind them.
 Words With(Words lines, const Words& more);
+
+/// The calls, shell lines and messages in a list of events.
+std::vector<std::string> Doings(const Json& events);
 
 }  // namespace onu::test

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "words.h"
+#include "language/words.h"
 
 namespace onu::test {
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "language/words.h"
 #include "run_program.h"
-#include "words.h"
 
 namespace onu {
 namespace {

@@ -6,7 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-#include "failure.h"
+#include "language/failure.h"
 
 namespace onu {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "datapath/port.h"
+#include "datapath/port_id.h"
 
 namespace onu {
 

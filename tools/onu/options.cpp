@@ -6,7 +6,8 @@
 #include <sstream>
 
 #include "command_line.h"
-#include "config_table.h"
+#include "language/failure.h"
+#include "session/config_table.h"
 
 namespace onu {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <variant>
 
-#include "live.h"
-#include "session.h"
-#include "words.h"
+#include "language/words.h"
+#include "live/live_options.h"
+#include "session/session.h"
 
 namespace onu {
 

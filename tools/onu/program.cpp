@@ -8,13 +8,14 @@
 #include <unistd.h>
 #include <variant>
 
-#include "console.h"
-#include "line_editor.h"
-#include "live.h"
+#include "commands/command_table.h"
+#include "language/script_file.h"
+#include "live/live.h"
 #include "options.h"
-#include "runner.h"
-#include "script_file.h"
-#include "session.h"
+#include "prompt/prompt.h"
+#include "session/console.h"
+#include "session/runner.h"
+#include "session/session.h"
 
 namespace onu {
 
@@ -22,17 +23,6 @@ namespace {
 
 void PrintError(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stderr);
-}
-
-ExitStatus RunPrompt(Session& session, FILE* terminal) {
-  Runner runner(session, PrintError, true);
-  LineEditor editor(session, terminal);
-  bool more = true;
-  while (more) {
-    const std::optional<std::string> line = editor.read();
-    more = line && (runner.runLine(*line, "onu"), !session.done());
-  }
-  return ExitStatus::Done;
 }
 
 ExitStatus RunLines(Session& session, const Options& options) {
@@ -45,7 +35,8 @@ ExitStatus RunLines(Session& session, const Options& options) {
     words.insert(words.end(), options.help->begin(), options.help->end());
     runner.runLine(JoinWords(words), "onu");
   } else if (options.script) {
-    RunScriptFile(runner, *options.script);
+    ScriptFile script(*options.script);
+    runner.runScript(script);
   } else if (!options.commands.empty()) {
     for (const std::string& command : options.commands) {
       if (!runner.runLine(command, "onu")) {
@@ -53,7 +44,8 @@ ExitStatus RunLines(Session& session, const Options& options) {
       }
     }
   } else {
-    RunScriptFile(runner, "-");
+    ScriptFile script("-");
+    runner.runScript(script);
   }
   return runner.status();
 }
@@ -70,11 +62,16 @@ ExitStatus Run(const Options& options) {
   if (options.live) {
     PrepareLive(sessionOptions, *options.live);
   }
-  Session session(sessionOptions, console, [terminal](std::string_view text) {
+  Session session(sessionOptions, AllCommands(), console, [terminal](std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), terminal);
     std::fflush(terminal);
   });
-  const ExitStatus status = prompt ? RunPrompt(session, terminal) : RunLines(session, options);
+  ExitStatus status = ExitStatus::Done;
+  if (prompt) {
+    RunPrompt(session, terminal, PrintError);
+  } else {
+    status = RunLines(session, options);
+  }
   if (std::ferror(terminal) != 0) {
     throw WorkFailed("cannot write to standard output");
   }

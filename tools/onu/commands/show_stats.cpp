@@ -1,0 +1,258 @@
+/// @file
+/// The commands about the counters of the UNI ports: what the library returns of them, their rates
+/// by the second, and the library's clear.
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include <bcm6838x_port.h>
+#include <brmgr_cmd.h>
+
+#include "commands/command_rows.h"
+#include "language/failure.h"
+#include "report/text_table.h"
+#include "session/port_argument.h"
+#include "session/session.h"
+#include "session/ticker.h"
+
+namespace onu {
+
+namespace {
+
+using virtual_onu::PortId;
+
+/// A counter as a getter returns it; nothing when it fails.
+using Reading = std::optional<std::uint64_t>;
+
+template <auto getter>
+Reading Read32(std::uint32_t uni) {
+  std::uint32_t value = 0;
+  return getter(uni, &value) == BCM6838X_OK ? Reading(value) : std::nullopt;
+}
+
+template <auto getter>
+Reading Read64(std::uint32_t uni) {
+  constexpr unsigned kWordBits = 32;
+  Counter64 value = {};
+  return getter(uni, &value) == BCM6838X_OK
+             ? Reading((std::uint64_t{value.high} << kWordBits) | value.low)
+             : std::nullopt;
+}
+
+struct Counter {
+  const char* member;
+  std::string_view text;
+  Reading (*read)(std::uint32_t uni);
+};
+
+#define OCTETS(name) Read64<BCM6838X_GetPortStatistics##name>
+#define FRAMES(name) Read32<BCM6838X_GetPortStatistics##name>
+constexpr std::array kCounters = std::to_array<Counter>({
+    {"rxOctets", "received octets", OCTETS(RxOctets)},
+    {"rxUnicast", "received unicast", FRAMES(RxUnicastPackets)},
+    {"rxMulticast", "received multicast", FRAMES(RxMulticastPackets)},
+    {"rxBroadcast", "received broadcast", FRAMES(RxBroadcastPackets)},
+    {"rxErrors", "receive errors", FRAMES(RxErrorPackets)},
+    {"rxDiscards", "receive discards", FRAMES(RxDiscardPackets)},
+    {"rx64", "received of 64", FRAMES(Rx64Octets)},
+    {"rx65to127", "received of 65-127", FRAMES(Rx65to127Octets)},
+    {"rx128to255", "received of 128-255", FRAMES(Rx128to255Octets)},
+    {"rx256to511", "received of 256-511", FRAMES(Rx256to511Octets)},
+    {"rx512to1023", "received of 512-1023", FRAMES(Rx512to1023Octets)},
+    {"rx1024to1518", "received of 1024-1518", FRAMES(Rx1024to1518Octets)},
+    {"txOctets", "transmitted octets", OCTETS(TxOctets)},
+    {"txUnicast", "transmitted unicast", FRAMES(TxUnicastPackets)},
+    {"txMulticast", "transmitted multicast", FRAMES(TxMulticastPackets)},
+    {"txBroadcast", "transmitted broadcast", FRAMES(TxBroadcastPackets)},
+    {"txErrors", "transmit errors", FRAMES(TxErrorPackets)},
+    {"txDiscards", "transmit discards", FRAMES(TxDiscardPackets)},
+    {"tx64", "transmitted of 64", FRAMES(Tx64Octets)},
+    {"tx65to127", "transmitted of 65-127", FRAMES(Tx65to127Octets)},
+    {"tx128to255", "transmitted of 128-255", FRAMES(Tx128to255Octets)},
+    {"tx256to511", "transmitted of 256-511", FRAMES(Tx256to511Octets)},
+    {"tx512to1023", "transmitted of 512-1023", FRAMES(Tx512to1023Octets)},
+    {"tx1024to1518", "transmitted of 1024-1518", FRAMES(Tx1024to1518Octets)},
+});
+#undef OCTETS
+#undef FRAMES
+
+/// The port of the argument N, or all ports.
+std::vector<std::uint32_t> PortsOf(Session& session, const Arguments& arguments) {
+  if (arguments.has("N")) {
+    return {UniNumberArgument(session, arguments)};
+  }
+  std::vector<std::uint32_t> ports;
+  for (std::uint32_t uni = 1; uni <= session.unit().dataPath().uniPorts(); ++uni) {
+    ports.push_back(uni);
+  }
+  return ports;
+}
+
+/// The words that do the same again.
+Words WordsOf(const Arguments& arguments) {
+  Words words = {"show", "stats"};
+  if (arguments.has("N")) {
+    words.push_back(arguments.word("N"));
+  }
+  return words;
+}
+
+Result ReadCounters(const std::vector<std::uint32_t>& ports) {
+  Result result;
+  Json& list = result.json["stats"] = Json::array();
+  Words heading = {"counter"};
+  for (const std::uint32_t uni : ports) {
+    heading.push_back(PortId::Uni(uni).name());
+    list.push_back({{"port", heading.back()}});
+  }
+  TextTable table(heading);
+  for (const Counter& counter : kCounters) {
+    Words row = {std::string(counter.text)};
+    for (std::size_t i = 0; i < ports.size(); ++i) {
+      const Reading value = counter.read(ports[i]);
+      list[i][counter.member] = value ? Json(*value) : Json(nullptr);
+      row.push_back(value ? std::to_string(*value) : "-");
+    }
+    table.add(row);
+  }
+  result.text = table.text("");
+  return result;
+}
+
+std::string RateText(double rate) {
+  std::array<char, 32> text = {};
+  std::snprintf(text.data(), text.size(), "%.1f", rate);
+  return text.data();
+}
+
+std::string RatesText(std::uint64_t now, PortId port, const PortRates& rates) {
+  constexpr double kMilliseconds = 1000;
+  return RateText(static_cast<double>(now) / kMilliseconds) + " s " + port.name() + ": in " +
+         RateText(rates.rxFrames) + " frames/s " + RateText(rates.rxOctets) + " octets/s " +
+         RateText(rates.rxDiscards) + " discards/s " + RateText(rates.rxErrors) +
+         " errors/s, out " + RateText(rates.txFrames) + " frames/s " + RateText(rates.txOctets) +
+         " octets/s " + RateText(rates.txDiscards) + " discards/s\n";
+}
+
+/// One line of a watch: the rates of every port in the second that passed.
+Result ReadRates(Session& session, const std::vector<std::uint32_t>& ports) {
+  const std::uint64_t now = session.unit().clock().milliseconds();
+  const auto held = session.unit().hold();
+  Result result;
+  result.json["milliseconds"] = now;
+  Json& list = result.json["rates"] = Json::array();
+  for (const std::uint32_t uni : ports) {
+    const PortRates rates = session.rates().read(uni, now, session.unit().device().counters(uni));
+    list.push_back({{"port", PortId::Uni(uni).name()},
+                    {"rxFrames", rates.rxFrames},
+                    {"rxOctets", rates.rxOctets},
+                    {"rxDiscards", rates.rxDiscards},
+                    {"rxErrors", rates.rxErrors},
+                    {"txFrames", rates.txFrames},
+                    {"txOctets", rates.txOctets},
+                    {"txDiscards", rates.txDiscards}});
+    result.text += RatesText(now, PortId::Uni(uni), rates);
+  }
+  return result;
+}
+
+/// Prints the rates of each second that passes, until there are `count` of them.
+Result Watch(Session& session, const Arguments& arguments) {
+  constexpr std::uint64_t kSecond = 1000;
+  const std::optional<std::uint32_t> count = arguments.optionalNumber("COUNT");
+  const std::unique_ptr<Ticker> ticker = session.makeTicker();
+  if (!count && !ticker) {
+    throw WrongUse("expected --count with --watch, since nobody is at the prompt to end it");
+  }
+  const std::vector<std::uint32_t> ports = PortsOf(session, arguments);
+  std::uint32_t seconds = 0;
+  while ((!count || seconds < *count) && (!ticker || ticker->second())) {
+    session.unit().clock().advance(kSecond);
+    session.print("show stats", ReadRates(session, ports));
+    ++seconds;
+  }
+  Words words = WordsOf(arguments);
+  words.insert(words.end(), {"--watch", "--count", std::to_string(seconds)});
+  session.noteChange(words);
+  return {{{"seconds", seconds}}, ""};
+}
+
+/// The port that the newest request for counters since an event named.
+std::optional<std::uint32_t> AskedPort(Session& session, std::uint64_t since) {
+  std::optional<std::uint32_t> asked;
+  for (const virtual_onu::TraceEvent& event : session.unit().trace().events(since)) {
+    const auto* command = std::get_if<virtual_onu::CommandEvent>(&event.detail);
+    if (command != nullptr && command->code == BRMGR_CMD_PORT_STATS &&
+        command->before.size() >= sizeof(std::uint32_t)) {
+      std::uint32_t port = 0;
+      std::memcpy(&port, command->before.data(), sizeof(port));
+      asked = port;
+    }
+  }
+  return asked;
+}
+
+Result ShowStats(Session& session, const Arguments& arguments) {
+  if (arguments.has("WATCH")) {
+    return Watch(session, arguments);
+  }
+  if (arguments.has("COUNT")) {
+    throw WrongUse("--count: expected --watch with it");
+  }
+  Result result = ReadCounters(PortsOf(session, arguments));
+  session.noteChange(WordsOf(arguments));
+  return result;
+}
+
+Result ClearStats(Session& session, const Arguments& arguments) {
+  const std::uint32_t uni = UniNumberArgument(session, arguments);
+  const std::uint64_t since = session.unit().trace().next();
+  const Words clear = {"SetPortStatisticsClear", std::to_string(uni)};
+  Result result = session.perform(session.commands().findOrThrow(clear));
+  const std::optional<std::uint32_t> asked = AskedPort(session, since);
+  const std::uint32_t answered = asked ? std::max(*asked, 1U) : uni;
+  result.json["baselineOf"] = PortId::Uni(answered).name();
+  if (answered != uni) {
+    result.text += "the library asked for port " + std::to_string(*asked) +
+                   ", which the driver takes for " + PortId::Uni(answered).name() + ": " +
+                   PortId::Uni(uni).name() + " counts from the counters of that port\n";
+  }
+  return result;
+}
+
+}  // namespace
+
+const Command kShowStats = {
+    {"show stats",
+     {{"N", ArgumentType::Number, "only UNI port N, from 1", Presence::Optional},
+      {"WATCH", ArgumentType::Flag,
+       "the rates of the chip's counters instead, by the second of the unit's time: first those "
+       "since the last watch, or since the start of the unit; a second passes with each line, "
+       "and at the prompt it lasts a second, until Ctrl-C",
+       Presence::Optional, "--watch"},
+      {"COUNT", ArgumentType::Number, "ends the watch after so many lines", Presence::Optional,
+       "--count"}},
+     "lists the counters of the UNI ports since the last clear, as the library returns them; "
+     "that takes a command for each",
+     {"Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\nshow stats",
+      "Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\n"
+      "show stats 1 --watch --count 2"}},
+    ShowStats,
+    true};
+
+const Command kClearStats = {
+    {"clear stats",
+     {{"N", ArgumentType::Number, "UNI port, from 1"}},
+     "lets the library count a port from here on; the chip's counters go on. The library's "
+     "first request for a port names port 0, which the driver takes for UNI port 1",
+     {"InitDrv\nclear stats 1\nshow stats 1"}},
+    ClearStats};
+
+}  // namespace onu

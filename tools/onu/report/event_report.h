@@ -1,0 +1,27 @@
+/// @file
+/// Events of the trace as JSON and as text.
+#pragma once
+
+#include <string>
+
+#include "base/trace.h"
+#include "report/json.h"
+
+namespace onu {
+
+/// An event whole, records in hexadecimal as they stand on the target.
+Json EventToJson(const virtual_onu::TraceEvent& event);
+
+/// The same, with the fields of a command's record before and after.
+Json EventToDecodedJson(const virtual_onu::TraceEvent& event);
+
+/// One or more lines.
+std::string EventToText(const virtual_onu::TraceEvent& event);
+
+/// A log line as JSON: level, place and text.
+Json LogToJson(const virtual_onu::LogEvent& line);
+
+/// A log line as one line, its own line end left out.
+std::string LogToText(const virtual_onu::LogEvent& line);
+
+}  // namespace onu
