@@ -14,20 +14,13 @@
 #include "config_table.h"
 #include "console.h"
 #include "journal.h"
-#include "json.h"
 #include "rate_meter.h"
+#include "result.h"
 #include "ticker.h"
 #include "unit/unit.h"
 #include "words.h"
 
 namespace onu {
-
-/// What a command yields, for programs and for people; which one is printed is the session's
-/// matter.
-struct Result {
-  Json json = Json::object();
-  std::string text = {};  ///< whole lines
-};
 
 /// What left the library while something was done.
 struct Observation {

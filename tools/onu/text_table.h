@@ -9,6 +9,10 @@
 
 namespace onu {
 
+/// The lines, which have equally many words, with columns as wide as their longest word and without
+/// blanks at line ends.
+std::string AlignColumns(const std::vector<Words>& lines);
+
 class TextTable {
  public:
   explicit TextTable(Words heading) { rows_.push_back(std::move(heading)); }
