@@ -25,8 +25,4 @@ std::string AlignColumns(const std::vector<Words>& lines) {
   return text;
 }
 
-std::string TextTable::text(const std::string& none) const {
-  return empty() ? none + "\n" : AlignColumns(rows_);
-}
-
 }  // namespace onu
