@@ -6,7 +6,7 @@
 
 #include "commands/command_rows.h"
 #include "report/link_report.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
@@ -20,16 +20,16 @@ using virtual_onu::PortSettings;
 using virtual_onu::PortTables;
 using virtual_onu::VlanObject;
 
-/// What is shown of one UNI port.
+/// What is shown of one port; of the WAN side only the counts.
 struct PortState {
   PortId port;
-  PortSettings settings;
-  std::optional<Link> link;
+  PortSettings settings = {};
+  std::optional<Link> link = {};
   bool passesFrames = false;
   bool transparent = false;
   Words isolated = {};  ///< names of the ports it exchanges no frames with
-  std::optional<PortId> mirrorReceived;
-  std::optional<PortId> mirrorTransmitted;
+  std::optional<PortId> mirrorReceived = {};
+  std::optional<PortId> mirrorTransmitted = {};
   bool isMirror = false;
   PortCount count;
 };
@@ -69,95 +69,70 @@ std::string MirrorText(const PortState& state) {
   return state.mirrorTransmitted ? "transmitted to " + state.mirrorTransmitted->name() : "-";
 }
 
-void AddCounts(const PortCount& count, Words& row) {
-  for (const std::uint64_t number :
-       {count.framesIn, count.octetsIn, count.framesOut, count.octetsOut}) {
-    row.push_back(std::to_string(number));
-  }
+Cell UpOrDown(const PortState& state, bool up) {
+  return state.port.isWan() ? Cell() : Cell(up ? "up" : "down");
 }
 
-Words RowOf(const PortState& state) {
-  Words row = {state.port.name(), state.settings.adminUp ? "up" : "down"};
-  const Words link = LinkWords(state.link);
-  row.insert(row.end(), link.begin(), link.end());
-  row.push_back(state.isolated.empty() ? "-" : Join(state.isolated, ","));
-  row.push_back(MirrorText(state));
-  AddCounts(state.count, row);
-  return row;
-}
+const Columns<PortCount> kCounts = {
+    {"framesIn", "in", &PortCount::framesIn},
+    {"octetsIn", "octets", &PortCount::octetsIn},
+    {"framesOut", "out", &PortCount::framesOut},
+    {"octetsOut", "octets", &PortCount::octetsOut},
+};
 
-Json CountToJson(const PortCount& count) {
-  return {{"framesIn", count.framesIn},
-          {"octetsIn", count.octetsIn},
-          {"framesOut", count.framesOut},
-          {"octetsOut", count.octetsOut}};
-}
+const Columns<PortState> kPorts = Joined<PortState>({
+    {{"port", "port", &PortState::port},
+     {"admin", "admin", [](const auto& state) { return UpOrDown(state, state.settings.adminUp); }},
+     {"", "link", [](const auto& state) { return UpOrDown(state, state.link.has_value()); }}},
+    Within<PortState>("link", LinkColumns(), &PortState::link),
+    {{"passesFrames", "", &PortState::passesFrames},
+     {"transparent", "", &PortState::transparent},
+     {"loopback", "", [](const auto& state) { return state.settings.loopback; }},
+     {"spanningTree", "", [](const auto& state) { return state.settings.spanningTree; }},
+     {"isolatedFrom", "isolated", &PortState::isolated},
+     {"mirrorReceivedTo", "", &PortState::mirrorReceived},
+     {"mirrorTransmittedTo", "", &PortState::mirrorTransmitted},
+     {"mirrorDestination", "", &PortState::isMirror},
+     {"", "mirror", MirrorText}},
+    Within<PortState>("counts", kCounts, &PortState::count),
+});
 
-Json NameOrNull(const std::optional<PortId>& port) {
-  return port ? Json(port->name()) : Json(nullptr);
-}
+/// A VLAN object with its name.
+using NamedVlan = std::pair<const std::string, VlanObject>;
 
-Json ToJson(const PortState& state) {
-  return {{"port", state.port.name()},
-          {"admin", state.settings.adminUp ? "up" : "down"},
-          {"link", LinkToJson(state.link)},
-          {"passesFrames", state.passesFrames},
-          {"transparent", state.transparent},
-          {"loopback", state.settings.loopback},
-          {"spanningTree", state.settings.spanningTree},
-          {"isolatedFrom", state.isolated},
-          {"mirrorReceivedTo", NameOrNull(state.mirrorReceived)},
-          {"mirrorTransmittedTo", NameOrNull(state.mirrorTransmitted)},
-          {"mirrorDestination", state.isMirror},
-          {"counts", CountToJson(state.count)}};
-}
+const Columns<const NamedVlan*> kVlans = {
+    {"port", "port", [](const auto* vlan) { return PortId{vlan->second.uni}; }},
+    {"object", "object", [](const auto* vlan) { return vlan->second.portObject; }},
+    {"vlan", "vlan", [](const auto* vlan) { return vlan->first; }},
+    {"vids", "vids", [](const auto* vlan) { return vlan->second.vids; }},
+};
 
 /// The objects of the WAN side first, then by port and by the lowest VID.
-std::vector<std::pair<std::string, VlanObject>> SortedObjects(Session& session) {
-  const auto& objects = session.unit().shell().objects().vlans;
-  std::vector<std::pair<std::string, VlanObject>> sorted(objects.begin(), objects.end());
-  std::ranges::stable_sort(sorted, {}, [](const auto& object) {
-    const VlanObject& vlan = object.second;
+std::vector<const NamedVlan*> SortedObjects(Session& session) {
+  std::vector<const NamedVlan*> sorted;
+  for (const NamedVlan& named : session.unit().shell().objects().vlans) {
+    sorted.push_back(&named);
+  }
+  std::ranges::stable_sort(sorted, {}, [](const NamedVlan* named) {
+    const VlanObject& vlan = named->second;
     return std::pair(vlan.uni, vlan.vids.empty() ? 0 : *vlan.vids.begin());
   });
   return sorted;
 }
 
 Result ShowPorts(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["ports"] = Json::array();
-  TextTable table({"port", "admin", "link", "speed", "duplex", "pause", "isolated", "mirror", "in",
-                   "octets", "out", "octets"});
+  std::vector<PortState> ports;
   for (std::uint32_t uni = 1; uni <= session.unit().dataPath().uniPorts(); ++uni) {
-    const PortState state = StateOf(session, uni);
-    list.push_back(ToJson(state));
-    table.add(RowOf(state));
+    ports.push_back(StateOf(session, uni));
   }
+  const Json list = Table(kPorts, ports).json();
   const PortCount wan = session.unit().dataPath().counters().portCount(PortId::Wan());
-  result.json["wan"] = CountToJson(wan);
-  Words row = {"wan", "-", "-", "-", "-", "-", "-", "-"};
-  AddCounts(wan, row);
-  table.add(row);
-  result.text = table.text("");
-  return result;
+  ports.push_back({.port = PortId::Wan(), .count = wan});
+  return Result().add("ports", list).add("wan", ToJson(kCounts, wan)).add("", Table(kPorts, ports));
 }
 
 Result ShowVlans(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["vlans"] = Json::array();
-  TextTable table({"port", "object", "vlan", "vids"});
-  for (const auto& [name, vlan] : SortedObjects(session)) {
-    const PortId port = vlan.uni == 0 ? PortId::Wan() : PortId::Uni(vlan.uni);
-    Words vids;
-    for (const std::uint16_t vid : vlan.vids) {
-      vids.push_back(std::to_string(vid));
-    }
-    list.push_back(
-        {{"port", port.name()}, {"object", vlan.portObject}, {"vlan", name}, {"vids", vlan.vids}});
-    table.add({port.name(), vlan.portObject, name, vids.empty() ? "-" : Join(vids, ",")});
-  }
-  result.text = table.text("no VLAN objects");
-  return result;
+  return Result().add("vlans", Table(kVlans, SortedObjects(session)), "no VLAN objects");
 }
 
 }  // namespace

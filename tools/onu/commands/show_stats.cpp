@@ -8,7 +8,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -17,7 +16,7 @@
 
 #include "commands/command_rows.h"
 #include "language/failure.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/port_argument.h"
 #include "session/session.h"
 #include "session/ticker.h"
@@ -46,15 +45,11 @@ Reading Read64(std::uint32_t uni) {
              : std::nullopt;
 }
 
-struct Counter {
-  const char* member;
-  std::string_view text;
-  Reading (*read)(std::uint32_t uni);
-};
-
 #define OCTETS(name) Read64<BCM6838X_GetPortStatistics##name>
 #define FRAMES(name) Read32<BCM6838X_GetPortStatistics##name>
-constexpr std::array kCounters = std::to_array<Counter>({
+/// Each counter of a UNI port.
+const Columns<std::uint32_t> kCounters = {
+    {"port", "counter", [](std::uint32_t uni) { return PortId::Uni(uni).name(); }},
     {"rxOctets", "received octets", OCTETS(RxOctets)},
     {"rxUnicast", "received unicast", FRAMES(RxUnicastPackets)},
     {"rxMulticast", "received multicast", FRAMES(RxMulticastPackets)},
@@ -79,7 +74,7 @@ constexpr std::array kCounters = std::to_array<Counter>({
     {"tx256to511", "transmitted of 256-511", FRAMES(Tx256to511Octets)},
     {"tx512to1023", "transmitted of 512-1023", FRAMES(Tx512to1023Octets)},
     {"tx1024to1518", "transmitted of 1024-1518", FRAMES(Tx1024to1518Octets)},
-});
+};
 #undef OCTETS
 #undef FRAMES
 
@@ -104,28 +99,6 @@ Words WordsOf(const Arguments& arguments) {
   return words;
 }
 
-Result ReadCounters(const std::vector<std::uint32_t>& ports) {
-  Result result;
-  Json& list = result.json["stats"] = Json::array();
-  Words heading = {"counter"};
-  for (const std::uint32_t uni : ports) {
-    heading.push_back(PortId::Uni(uni).name());
-    list.push_back({{"port", heading.back()}});
-  }
-  TextTable table(heading);
-  for (const Counter& counter : kCounters) {
-    Words row = {std::string(counter.text)};
-    for (std::size_t i = 0; i < ports.size(); ++i) {
-      const Reading value = counter.read(ports[i]);
-      list[i][counter.member] = value ? Json(*value) : Json(nullptr);
-      row.push_back(value ? std::to_string(*value) : "-");
-    }
-    table.add(row);
-  }
-  result.text = table.text("");
-  return result;
-}
-
 std::string RateText(double rate) {
   std::array<char, 32> text = {};
   std::snprintf(text.data(), text.size(), "%.1f", rate);
@@ -145,22 +118,19 @@ std::string RatesText(std::uint64_t now, PortId port, const PortRates& rates) {
 Result ReadRates(Session& session, const std::vector<std::uint32_t>& ports) {
   const std::uint64_t now = session.unit().clock().milliseconds();
   const auto held = session.unit().hold();
-  Result result;
-  result.json["milliseconds"] = now;
-  Json& list = result.json["rates"] = Json::array();
-  for (const std::uint32_t uni : ports) {
+  const auto report = [&](std::uint32_t uni) -> Result {
     const PortRates rates = session.rates().read(uni, now, session.unit().device().counters(uni));
-    list.push_back({{"port", PortId::Uni(uni).name()},
-                    {"rxFrames", rates.rxFrames},
-                    {"rxOctets", rates.rxOctets},
-                    {"rxDiscards", rates.rxDiscards},
-                    {"rxErrors", rates.rxErrors},
-                    {"txFrames", rates.txFrames},
-                    {"txOctets", rates.txOctets},
-                    {"txDiscards", rates.txDiscards}});
-    result.text += RatesText(now, PortId::Uni(uni), rates);
-  }
-  return result;
+    return {{{"port", PortId::Uni(uni).name()},
+             {"rxFrames", rates.rxFrames},
+             {"rxOctets", rates.rxOctets},
+             {"rxDiscards", rates.rxDiscards},
+             {"rxErrors", rates.rxErrors},
+             {"txFrames", rates.txFrames},
+             {"txOctets", rates.txOctets},
+             {"txDiscards", rates.txDiscards}},
+            RatesText(now, PortId::Uni(uni), rates)};
+  };
+  return Result().add("milliseconds", now).add("rates", Listed(ports, report));
 }
 
 /// Prints the rates of each second that passes, until there are `count` of them.
@@ -206,9 +176,9 @@ Result ShowStats(Session& session, const Arguments& arguments) {
   if (arguments.has("COUNT")) {
     throw WrongUse("--count: expected --watch with it");
   }
-  Result result = ReadCounters(PortsOf(session, arguments));
+  const Table table(kCounters, PortsOf(session, arguments), Layout::Turned);
   session.noteChange(WordsOf(arguments));
-  return result;
+  return Result().add("stats", table);
 }
 
 Result ClearStats(Session& session, const Arguments& arguments) {

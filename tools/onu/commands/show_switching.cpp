@@ -1,17 +1,18 @@
 /// @file
 /// The commands that list the MAC table and the multicast group entries.
+#include <algorithm>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "base/text.h"
 #include "commands/command_rows.h"
 #include "datapath/group_table.h"
 #include "datapath/mac_bridge.h"
 #include "report/chip_report.h"
-#include "report/record_report.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
@@ -26,29 +27,39 @@ using virtual_onu::PortTables;
 
 /// A line of the MAC table.
 struct MacRow {
+  MacKey key;
   MacRule rule;
   PortId port;
-  std::optional<std::uint64_t> age;  ///< seconds since a frame came from a dynamic entry
+  std::optional<std::uint64_t> age = {};  ///< seconds since a frame came from a dynamic entry
+};
+
+const Columns<MacRow> kMac = {
+    {"mac", "mac", [](const auto& row) { return virtual_onu::FormatMac(row.key.mac); }},
+    {"vlan", "vlan", [](const auto& row) { return row.key.vid; }},
+    {"port", "port", &MacRow::port},
+    {"type", "type", [](const auto& row) { return Name(row.rule); }},
+    {"age", "age", &MacRow::age},
 };
 
 /// Entries, blocked and bound addresses in the order of the addresses.
-std::multimap<MacKey, MacRow> RowsOf(const MacTables& tables, std::uint64_t now) {
+std::vector<MacRow> RowsOf(const MacTables& tables, std::uint64_t now) {
   constexpr std::uint64_t kMillisecondsPerSecond = 1000;
-  std::multimap<MacKey, MacRow> rows;
+  std::vector<MacRow> rows;
   for (const auto& [key, entry] : tables.entries) {
     const PortId port = {entry.uni};
     if (entry.type != virtual_onu::kMacEntryDynamic) {
-      rows.insert({key, {MacRule::Static, port, {}}});
+      rows.push_back({key, MacRule::Static, port});
     } else if (tables.isLive(entry, now)) {
-      rows.insert({key, {MacRule::Dynamic, port, (now - entry.seen) / kMillisecondsPerSecond}});
+      rows.push_back({key, MacRule::Dynamic, port, (now - entry.seen) / kMillisecondsPerSecond});
     }
   }
   for (const auto& [key, uni] : tables.filters) {
-    rows.insert({key, {MacRule::Filter, PortId::Uni(uni), {}}});
+    rows.push_back({key, MacRule::Filter, PortId::Uni(uni)});
   }
   for (const auto& [key, uni] : tables.binds) {
-    rows.insert({key, {MacRule::Bind, PortId::Uni(uni), {}}});
+    rows.push_back({key, MacRule::Bind, PortId::Uni(uni)});
   }
+  std::ranges::stable_sort(rows, {}, &MacRow::key);
   return rows;
 }
 
@@ -62,19 +73,41 @@ std::string LearningText(const MacTables& tables, bool learns, std::uint16_t lim
 }
 
 /// The operations of a group entry's VLAN action, "pop"; "-" without one.
-std::string OperationsOf(Session& session, std::uint32_t actionIndex) {
+Cell ActionOf(Session& session, std::uint32_t actionIndex) {
   if (actionIndex == BRMGR_INDEX_NONE) {
-    return "-";
+    return {};
   }
+  const std::string index = std::to_string(actionIndex);
   const auto& actions = session.unit().device().tables().downstream.actions;
   const auto found = actions.find(actionIndex);
   if (found == actions.end()) {
-    return std::to_string(actionIndex) + ": absent";
+    return {actionIndex, index + ": absent"};
   }
   const FieldTexts fields("VlanActionRule", BytesOf(found->second));
   const bool replaces = (found->second.cmd & BRMGR_TAG_REPLACE_VID) != 0;
-  return std::to_string(actionIndex) + ": " + fields["cmd"] +
-         (replaces ? " " + fields["tag[0].vid"] : "");
+  return {actionIndex, index + ": " + fields["cmd"] + (replaces ? " " + fields["tag[0].vid"] : "")};
+}
+
+/// A group entry with its index.
+using Group = std::pair<const std::uint32_t, McastGroupEntry>;
+
+Columns<Group> GroupColumns(Session& session) {
+  return {
+      {"entry", "entry", &Group::first},
+      {"group", "group",
+       [](const auto& group) {
+         const virtual_onu::Bytes address = virtual_onu::GroupAddressOf(group.second);
+         return address.empty() ? Cell() : Cell(virtual_onu::FormatIp(address));
+       }},
+      {"mac", "mac",
+       [](const auto& group) {
+         return FieldTexts("McastGroupEntry", BytesOf(group.second))["groupMac"];
+       }},
+      {"vlan", "vlan", [](const auto& group) { return group.second.vlan; }},
+      {"port", "port", [](const auto& group) { return PortId::Uni(group.second.port); }},
+      {"vlanActionIndex", "action",
+       [&session](const Group& group) { return ActionOf(session, group.second.vlanActionIndex); }},
+  };
 }
 
 Result ShowMac(Session& session, const Arguments& /*arguments*/) {
@@ -82,49 +115,17 @@ Result ShowMac(Session& session, const Arguments& /*arguments*/) {
   const PortTables& ports = session.unit().device().portTables();
   const bool learns = ports.macLearn.value_or(1) != 0;
   const std::uint16_t limit = ports.macLimit.value_or(0);
-  Result result;
-  Json& list = result.json["entries"] = Json::array();
-  TextTable table({"mac", "vlan", "port", "type", "age"});
-  for (const auto& [key, row] : RowsOf(tables, session.unit().clock().milliseconds())) {
-    const std::string mac = virtual_onu::FormatMac(key.mac);
-    const std::string type(Name(row.rule));
-    list.push_back({{"mac", mac},
-                    {"vlan", key.vid},
-                    {"port", row.port.name()},
-                    {"type", type},
-                    {"age", OrNull(row.age)}});
-    table.add({mac, std::to_string(key.vid), row.port.name(), type,
-               row.age ? std::to_string(*row.age) : "-"});
-  }
-  result.json["agingTime"] = OrNull(tables.agingTime());
-  result.json["learning"] = learns;
-  result.json["limit"] = limit != 0 ? Json(limit) : Json(nullptr);
-  result.text = table.text("no addresses") + LearningText(tables, learns, limit);
-  return result;
+  const std::vector<MacRow> rows = RowsOf(tables, session.unit().clock().milliseconds());
+  return Result()
+      .add("entries", Table(kMac, rows), "no addresses")
+      .add("agingTime", OrNull(tables.agingTime()))
+      .add("learning", learns)
+      .add("limit", limit != 0 ? Json(limit) : Json(), LearningText(tables, learns, limit));
 }
 
 Result ShowMulticast(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["groups"] = Json::array();
-  TextTable table({"entry", "group", "mac", "vlan", "port", "action"});
-  for (const auto& [index, entry] : session.unit().device().mcastGroups()) {
-    const virtual_onu::Bytes address = virtual_onu::GroupAddressOf(entry);
-    const std::string group = address.empty() ? "-" : virtual_onu::FormatIp(address);
-    const FieldTexts fields("McastGroupEntry", BytesOf(entry));
-    const std::string port = PortId::Uni(entry.port).name();
-    list.push_back({{"entry", index},
-                    {"group", address.empty() ? Json(nullptr) : Json(group)},
-                    {"mac", fields["groupMac"]},
-                    {"vlan", entry.vlan},
-                    {"port", port},
-                    {"vlanActionIndex", entry.vlanActionIndex == BRMGR_INDEX_NONE
-                                            ? Json(nullptr)
-                                            : Json(entry.vlanActionIndex)}});
-    table.add({std::to_string(index), group, fields["groupMac"], std::to_string(entry.vlan), port,
-               OperationsOf(session, entry.vlanActionIndex)});
-  }
-  result.text = table.text("no group entries");
-  return result;
+  const Table table(GroupColumns(session), session.unit().device().mcastGroups());
+  return Result().add("groups", table, "no group entries");
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 /// @file
 /// The commands that list the chip's objects: ingress classes, flows, VLAN actions.
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include <brmgr_record.h>
@@ -10,14 +10,13 @@
 #include "device/records.h"
 #include "report/chip_report.h"
 #include "report/record_report.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
 
 namespace {
 
-using virtual_onu::ByteView;
 using virtual_onu::ChipTables;
 using virtual_onu::DirectionTables;
 using virtual_onu::FindRecord;
@@ -50,60 +49,89 @@ References ReferencesOf(const DirectionTables& direction, std::uint32_t actionIn
   return references;
 }
 
+/// An object of the chip: its record, and what belongs to it.
+struct ObjectRow {
+  Json json;  ///< all fields
+  FieldTexts fields;
+  const IngressClass* ingressClass = nullptr;  ///< of a class and of a flow
+  References references = {};                  ///< to an action
+};
+
+template <typename Record>
+ObjectRow RowOf(std::string_view name, const Record& record) {
+  return {FieldsToJson(*FindRecord(name), BytesOf(record)), FieldTexts(name, BytesOf(record))};
+}
+
+/// For people, a field of the record; programs get all of them.
+Column<ObjectRow> Field(std::string_view heading, std::string_view name) {
+  return {"", heading, [name](const ObjectRow& row) { return row.fields[name]; }};
+}
+
+const Column<ObjectRow> kAllFields = {kEveryMember, "", &ObjectRow::json};
+
+const Columns<ObjectRow> kClasses = {
+    kAllFields,
+    Field("dir", "dir"),
+    Field("class", "icIndex"),
+    Field("priority", "priority"),
+    {"flows", "flows", [](const auto& row) { return row.ingressClass->flows.size(); }},
+    Field("keys", "fieldMask"),
+};
+
+const Columns<ObjectRow> kFlows = {
+    kAllFields,
+    Field("dir", "dir"),
+    Field("class", "icIndex"),
+    Field("flow", "flowIndex"),
+    Field("forward", "forward"),
+    Field("queue", "queue"),
+    Field("action", "vlanActionIndex"),
+    Field("policer", "policer"),
+    {"", "keys", [](const auto& row) { return KeysOf(*row.ingressClass, row.fields); }},
+};
+
+const Columns<ObjectRow> kActions = {
+    kAllFields,
+    Field("dir", "dir"),
+    Field("action", "vlanActionIndex"),
+    Field("operations", "cmd"),
+    Field("vid", "tag[0].vid"),
+    Field("pbit", "tag[0].pbit"),
+    Field("tpid", "tag[0].tpid"),
+    {"flows", "flows", [](const auto& row) { return row.references.flows; }},
+    {"portActions", "ports", [](const auto& row) { return row.references.portActions; }},
+};
+
 Result ShowClasses(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["classes"] = Json::array();
-  TextTable table({"dir", "class", "priority", "flows", "keys"});
+  std::vector<ObjectRow> rows;
   for (const IngressClass* ingressClass : AllClassesAsTried(session.unit().device().tables())) {
-    const ByteView bytes = BytesOf(ingressClass->cfg);
-    Json json = FieldsToJson(*FindRecord("IngressClassCfg"), bytes);
-    json["flows"] = ingressClass->flows.size();
-    list.push_back(json);
-    const FieldTexts fields("IngressClassCfg", bytes);
-    table.add({fields["dir"], fields["icIndex"], fields["priority"],
-               std::to_string(ingressClass->flows.size()), fields["fieldMask"]});
+    rows.push_back(RowOf("IngressClassCfg", ingressClass->cfg));
+    rows.back().ingressClass = ingressClass;
   }
-  result.text = table.text("no classes");
-  return result;
+  return Result().add("classes", Table(kClasses, rows), "no classes");
 }
 
 Result ShowFlows(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["flows"] = Json::array();
-  TextTable table({"dir", "class", "flow", "forward", "queue", "action", "policer", "keys"});
+  std::vector<ObjectRow> rows;
   for (const IngressClass* ingressClass : AllClassesAsTried(session.unit().device().tables())) {
     for (const auto& [index, flow] : ingressClass->flows) {
-      list.push_back(FieldsToJson(*FindRecord("IngressFlowRule"), BytesOf(flow)));
-      const FieldTexts fields("IngressFlowRule", BytesOf(flow));
-      table.add({fields["dir"], fields["icIndex"], fields["flowIndex"], fields["forward"],
-                 fields["queue"], fields["vlanActionIndex"], fields["policer"],
-                 KeysOf(*ingressClass, fields)});
+      rows.push_back(RowOf("IngressFlowRule", flow));
+      rows.back().ingressClass = ingressClass;
     }
   }
-  result.text = table.text("no flows");
-  return result;
+  return Result().add("flows", Table(kFlows, rows), "no flows");
 }
 
 Result ShowActions(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["actions"] = Json::array();
-  TextTable table({"dir", "action", "operations", "vid", "pbit", "tpid", "flows", "ports"});
+  std::vector<ObjectRow> rows;
   const ChipTables& tables = session.unit().device().tables();
   for (const DirectionTables* direction : {&tables.upstream, &tables.downstream}) {
     for (const auto& [index, action] : direction->actions) {
-      const References references = ReferencesOf(*direction, index);
-      Json json = FieldsToJson(*FindRecord("VlanActionRule"), BytesOf(action));
-      json["flows"] = references.flows;
-      json["portActions"] = references.portActions;
-      list.push_back(json);
-      const FieldTexts fields("VlanActionRule", BytesOf(action));
-      table.add({fields["dir"], fields["vlanActionIndex"], fields["cmd"], fields["tag[0].vid"],
-                 fields["tag[0].pbit"], fields["tag[0].tpid"], std::to_string(references.flows),
-                 std::to_string(references.portActions)});
+      rows.push_back(RowOf("VlanActionRule", action));
+      rows.back().references = ReferencesOf(*direction, index);
     }
   }
-  result.text = table.text("no actions");
-  return result;
+  return Result().add("actions", Table(kActions, rows), "no actions");
 }
 
 }  // namespace

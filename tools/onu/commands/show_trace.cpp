@@ -1,7 +1,7 @@
 /// @file
 /// The commands that list what left the library: trace and log.
 #include <cstddef>
-#include <variant>
+#include <optional>
 #include <vector>
 
 #include "commands/command_rows.h"
@@ -22,27 +22,16 @@ Result ShowTrace(Session& session, const Arguments& arguments) {
   if (newest < events.size()) {
     events.erase(events.begin(), events.end() - static_cast<std::ptrdiff_t>(newest));
   }
-  Result result;
-  Json& list = result.json["events"] = Json::array();
-  for (const TraceEvent& event : events) {
-    list.push_back(EventToDecodedJson(event));
-    result.text += EventToText(event);
-  }
-  return result;
+  return Result().add("events", Listed(events, ReportEvent));
 }
 
 Result ShowLog(Session& session, const Arguments& arguments) {
   const std::optional<std::uint32_t> level = arguments.optionalNumber("L");
-  Result result;
-  Json& list = result.json["log"] = Json::array();
-  for (const TraceEvent& event : session.unit().trace().events()) {
-    const auto* line = std::get_if<LogEvent>(&event.detail);
-    if (line != nullptr && line->level == level.value_or(line->level)) {
-      list.push_back(LogToJson(*line));
-      result.text += LogToText(*line);
-    }
-  }
-  return result;
+  std::vector<LogEvent> lines = virtual_onu::EventsOf<LogEvent>(session.unit().trace().events());
+  std::erase_if(lines, [level](const LogEvent& line) { return level && line.level != *level; });
+  return Result().add("log", Listed(lines, [](const LogEvent& line) -> Result {
+                        return {LogToJson(line), LogToText(line)};
+                      }));
 }
 
 }  // namespace
