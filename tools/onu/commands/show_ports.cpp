@@ -1,6 +1,5 @@
 /// @file
-/// The commands that show the ports and the VLAN objects of the data-path shell.
-#include <algorithm>
+/// The command that lists the ports.
 #include <string>
 #include <vector>
 
@@ -18,7 +17,6 @@ using virtual_onu::PortCount;
 using virtual_onu::PortId;
 using virtual_onu::PortSettings;
 using virtual_onu::PortTables;
-using virtual_onu::VlanObject;
 
 /// What is shown of one port; of the WAN side only the counts.
 struct PortState {
@@ -97,29 +95,6 @@ const Columns<PortState> kPorts = Joined<PortState>({
     Within<PortState>("counts", kCounts, &PortState::count),
 });
 
-/// A VLAN object with its name.
-using NamedVlan = std::pair<const std::string, VlanObject>;
-
-const Columns<const NamedVlan*> kVlans = {
-    {"port", "port", [](const auto* vlan) { return PortId{vlan->second.uni}; }},
-    {"object", "object", [](const auto* vlan) { return vlan->second.portObject; }},
-    {"vlan", "vlan", [](const auto* vlan) { return vlan->first; }},
-    {"vids", "vids", [](const auto* vlan) { return vlan->second.vids; }},
-};
-
-/// The objects of the WAN side first, then by port and by the lowest VID.
-std::vector<const NamedVlan*> SortedObjects(Session& session) {
-  std::vector<const NamedVlan*> sorted;
-  for (const NamedVlan& named : session.unit().shell().objects().vlans) {
-    sorted.push_back(&named);
-  }
-  std::ranges::stable_sort(sorted, {}, [](const NamedVlan* named) {
-    const VlanObject& vlan = named->second;
-    return std::pair(vlan.uni, vlan.vids.empty() ? 0 : *vlan.vids.begin());
-  });
-  return sorted;
-}
-
 Result ShowPorts(Session& session, const Arguments& /*arguments*/) {
   std::vector<PortState> ports;
   for (std::uint32_t uni = 1; uni <= session.unit().dataPath().uniPorts(); ++uni) {
@@ -131,10 +106,6 @@ Result ShowPorts(Session& session, const Arguments& /*arguments*/) {
   return Result().add("ports", list).add("wan", ToJson(kCounts, wan)).add("", Table(kPorts, ports));
 }
 
-Result ShowVlans(Session& session, const Arguments& /*arguments*/) {
-  return Result().add("vlans", Table(kVlans, SortedObjects(session)), "no VLAN objects");
-}
-
 }  // namespace
 
 const Command kShowPorts = {
@@ -144,13 +115,5 @@ const Command kShowPorts = {
      "mirroring, and the frames and octets that crossed them",
      {"show ports", "Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\nshow ports"}},
     ShowPorts};
-
-const Command kShowVlans = {
-    {"show vlans",
-     {},
-     "lists the VLAN objects of the data-path shell, those of the WAN side and of the LAN "
-     "ports",
-     {"AddWanVlan 1 100 4096\nAddLanVlan 1 100\nshow vlans"}},
-    ShowVlans};
 
 }  // namespace onu

@@ -1,17 +1,14 @@
 /// @file
-/// The commands that list the MAC table and the multicast group entries.
+/// The command that lists the MAC table.
 #include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "base/text.h"
 #include "commands/command_rows.h"
-#include "datapath/group_table.h"
 #include "datapath/mac_bridge.h"
-#include "report/chip_report.h"
 #include "report/report_table.h"
 #include "session/session.h"
 
@@ -72,44 +69,6 @@ std::string LearningText(const MacTables& tables, bool learns, std::uint16_t lim
          "\n";
 }
 
-/// The operations of a group entry's VLAN action, "pop"; "-" without one.
-Cell ActionOf(Session& session, std::uint32_t actionIndex) {
-  if (actionIndex == BRMGR_INDEX_NONE) {
-    return {};
-  }
-  const std::string index = std::to_string(actionIndex);
-  const auto& actions = session.unit().device().tables().downstream.actions;
-  const auto found = actions.find(actionIndex);
-  if (found == actions.end()) {
-    return {actionIndex, index + ": absent"};
-  }
-  const FieldTexts fields("VlanActionRule", BytesOf(found->second));
-  const bool replaces = (found->second.cmd & BRMGR_TAG_REPLACE_VID) != 0;
-  return {actionIndex, index + ": " + fields["cmd"] + (replaces ? " " + fields["tag[0].vid"] : "")};
-}
-
-/// A group entry with its index.
-using Group = std::pair<const std::uint32_t, McastGroupEntry>;
-
-Columns<Group> GroupColumns(Session& session) {
-  return {
-      {"entry", "entry", &Group::first},
-      {"group", "group",
-       [](const auto& group) {
-         const virtual_onu::Bytes address = virtual_onu::GroupAddressOf(group.second);
-         return address.empty() ? Cell() : Cell(virtual_onu::FormatIp(address));
-       }},
-      {"mac", "mac",
-       [](const auto& group) {
-         return FieldTexts("McastGroupEntry", BytesOf(group.second))["groupMac"];
-       }},
-      {"vlan", "vlan", [](const auto& group) { return group.second.vlan; }},
-      {"port", "port", [](const auto& group) { return PortId::Uni(group.second.port); }},
-      {"vlanActionIndex", "action",
-       [&session](const Group& group) { return ActionOf(session, group.second.vlanActionIndex); }},
-  };
-}
-
 Result ShowMac(Session& session, const Arguments& /*arguments*/) {
   const MacTables& tables = session.unit().device().macTables();
   const PortTables& ports = session.unit().device().portTables();
@@ -123,11 +82,6 @@ Result ShowMac(Session& session, const Arguments& /*arguments*/) {
       .add("limit", limit != 0 ? Json(limit) : Json(), LearningText(tables, learns, limit));
 }
 
-Result ShowMulticast(Session& session, const Arguments& /*arguments*/) {
-  const Table table(GroupColumns(session), session.unit().device().mcastGroups());
-  return Result().add("groups", table, "no group entries");
-}
-
 }  // namespace
 
 const Command kShowMac = {
@@ -138,13 +92,5 @@ const Command kShowMac = {
      {"Init\nAddMacStatic 1 100 02:00:00:00:00:0a\nshow mac",
       "Init\nAddMacDynamic 1 100 02:00:00:00:00:0b\nclock +10\nshow mac"}},
     ShowMac};
-
-const Command kShowMulticast = {
-    {"show multicast",
-     {},
-     "lists the multicast group entries: the port that joined each group and the VLAN action "
-     "with which the group leaves there",
-     {"Init\nSetMulticastVlanMode 1 0\nAddMulticastMacAddr 239.1.2.3 1 100\nshow multicast"}},
-    ShowMulticast};
 
 }  // namespace onu
