@@ -81,4 +81,11 @@ std::vector<std::string> Doings(const Json& events) {
   return doings;
 }
 
+std::string Shown(const Words& lines, const std::string& before) {
+  const Ran ran = RunLines(lines);
+  EXPECT_EQ(ran.errors, "");
+  EXPECT_EQ(ran.out.substr(0, before.size()), before);
+  return ran.out.substr(before.size());
+}
+
 }  // namespace onu::test

@@ -44,4 +44,7 @@ Words With(Words lines, const Words& more);
 /// The calls, shell lines and messages in a list of events.
 std::vector<std::string> Doings(const Json& events);
 
+/// What the last of the lines prints, none of which may fail, when those before it print `before`.
+std::string Shown(const Words& lines, const std::string& before = "BCM6838X_Init() = 0 (ok)\n");
+
 }  // namespace onu::test

@@ -1,23 +1,15 @@
 /// @file
 /// Tests of the counters of frames, and of what clears them.
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "run_lines.h"
 
 namespace onu {
 namespace {
 
-using test::Ran;
 using test::RunLines;
 using test::RunLinesAsJson;
-
-/// What the last of the lines printed, when those before it print `before`.
-std::string Shown(const Words& lines, const std::string& before = "BCM6838X_Init() = 0 (ok)\n") {
-  const Ran ran = RunLines(lines);
-  EXPECT_EQ(ran.errors, "");
-  EXPECT_EQ(ran.out.substr(0, before.size()), before);
-  return ran.out.substr(before.size());
-}
+using test::Shown;
 
 TEST(Show, Counters_ByPortAndOutcome) {
   const Json counters =

@@ -1,5 +1,5 @@
 /// @file
-/// Tests of the commands about ports: states, isolation, mirroring, VLAN objects.
+/// Tests of the command that lists the ports: states, isolation, mirroring.
 #include <gmock/gmock.h>
 
 #include "commands/two_ports.h"
@@ -12,7 +12,6 @@ namespace {
 
 using test::FrameTo;
 using test::kForwarding;
-using test::Last;
 using test::OutcomeAfter;
 using test::PortAfter;
 using test::Ran;
@@ -162,22 +161,6 @@ TEST(Mirror, Verdict_NamesEachCopy) {
               HasSubstr("flow_forward  wan (mirrored: uni3)  "));
   EXPECT_THAT(RunLines(With(kMirroring, {"explain uni1 udp"})).out,
               EndsWith("copy of the frame received at uni1, to uni3: mirrored\n"));
-}
-
-TEST(Vlans, Show_WanObjectsThenThoseOfThePorts) {
-  const Ran ran = RunLines({"AddLanVlan 2 300", "AddWanVlan 2 200 10", "AddLanVlan 1 30",
-                            "AddWanVlan 1 100 4096", "show vlans"});
-  EXPECT_EQ(ran.errors, "");
-  EXPECT_THAT(ran.out, EndsWith("port  object  vlan      vids\n"
-                                "wan   wan0    wan0_100  100\n"
-                                "wan   wan0    wan0_200  200\n"
-                                "uni1  lan0    lan0_30   30\n"
-                                "uni2  lan1    lan1_300  300\n"));
-}
-
-TEST(Vlans, Json_HasTheVidsAsNumbers) {
-  const Json vlans = RunLinesAsJson({"AddWanVlan 2 200 10", "show vlans"}).lastDocument()["vlans"];
-  EXPECT_EQ(vlans.dump(), R"([{"port":"wan","object":"wan0","vlan":"wan0_200","vids":[200]}])");
 }
 
 }  // namespace

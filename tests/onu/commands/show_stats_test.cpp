@@ -1,6 +1,5 @@
 /// @file
-/// Tests of the commands about the counters of the UNI ports: their values, their rates by the
-/// second, the clear.
+/// Tests of the counters of the UNI ports: their values, and their rates by the second.
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
@@ -122,28 +121,6 @@ TEST(ShowStats, AllPorts_HaveALineEach) {
   const auto documents = Documents({"config eth 3", "show stats --watch --count 1"});
   ASSERT_EQ(documents[1]["rates"].size(), 3U);
   EXPECT_EQ(documents[1]["rates"][2]["port"], "uni3");
-}
-
-TEST(ClearStats, Port1_CountsFromThereOn) {
-  const auto documents =
-      Documents(With(kForwarding, {"send uni1 udp", "clear stats 1", "show stats 1",
-                                   "send uni1 udp length 124", "show stats 1"}));
-  const Json& cleared = documents.at(documents.size() - 3)["stats"][0];
-  EXPECT_EQ(cleared["rxOctets"], 0);
-  EXPECT_EQ(cleared["rx64"], 0);
-  EXPECT_EQ(documents.at(documents.size() - 4)["baselineOf"], "uni1");
-  EXPECT_EQ(documents.back()["stats"][0]["rxOctets"], 128);
-}
-
-TEST(ClearStats, OtherPort_TellsWhoseCountersTheBaselineIs) {
-  const Ran ran = RunLines(With(kForwarding, {"send uni1 udp", "clear stats 2", "show stats 2"}));
-  EXPECT_EQ(ran.errors, "");
-  EXPECT_THAT(ran.out, HasSubstr("the library asked for port 0, which the driver takes for uni1: "
-                                 "uni2 counts from the counters of that port\n"));
-  // 0 - 64, in 64 bits and in 32.
-  EXPECT_THAT(ran.out, HasSubstr("\nreceived octets           18446744073709551552\n"));
-  EXPECT_THAT(ran.out, HasSubstr("\nreceived of 64            4294967295\n"));
-  EXPECT_EQ(RunLines({"clear stats 0"}).status, ExitStatus::WrongUse);
 }
 
 TEST(ShowStats, Journal_ReplaysReadingsAndSeconds) {

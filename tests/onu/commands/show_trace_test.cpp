@@ -1,5 +1,5 @@
 /// @file
-/// Tests of the commands that list what left the library: trace and log.
+/// Tests of the command that lists what left the library.
 #include <gmock/gmock.h>
 
 #include "run_lines.h"
@@ -7,18 +7,9 @@
 namespace onu {
 namespace {
 
-using test::Ran;
-using test::RunLines;
 using test::RunLinesAsJson;
+using test::Shown;
 using testing::HasSubstr;
-
-/// What the last of the lines printed, when those before it print `before`.
-std::string Shown(const Words& lines, const std::string& before = "BCM6838X_Init() = 0 (ok)\n") {
-  const Ran ran = RunLines(lines);
-  EXPECT_EQ(ran.errors, "");
-  EXPECT_EQ(ran.out.substr(0, before.size()), before);
-  return ran.out.substr(before.size());
-}
 
 TEST(Show, Trace_DecodesRecordsBeforeAndAfter) {
   const Json events =
@@ -57,15 +48,6 @@ TEST(Show, Trace_TextNamesCommandsCallsAndRefusals) {
                               "       sent     DrvInitRecord fePortNum=0 gePortNum=4\n"));
   EXPECT_THAT(text, HasSubstr("command 127 BRMGR_CMD_FEATURE, length 4, flag 0 = -1 ("));
   EXPECT_THAT(text, HasSubstr("log level 1 hal/switch/bcm6838x/src/hal_bcm6838x.cpp:"));
-}
-
-TEST(Show, Log_CanBeCutToALevel) {
-  const auto count = [](const std::string& line) {
-    return RunLinesAsJson({"fault from 1", "InitDrv", "SFInit", line}).lastDocument()["log"].size();
-  };
-  EXPECT_EQ(count("show log"), 2U);
-  EXPECT_EQ(count("show log level 1"), 2U);
-  EXPECT_EQ(count("show log level 4"), 0U);
 }
 
 }  // namespace

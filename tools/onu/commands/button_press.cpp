@@ -23,17 +23,15 @@ Result PressButton(Session& session, const Arguments& arguments) {
     unit.clock().advance(duration);
     listening = unit.monitor().tell(virtual_onu::ButtonMessage(false)) && listening;
   });
+  const std::string held = "button pressed for " + std::to_string(duration) + " ms\n";
   Result result;
-  result.json = {{"milliseconds", duration}, {"listening", listening}};
-  Json& left = result.json["left"] = Json::array();
-  result.text = "button pressed for " + std::to_string(duration) + " ms\n" + seen.console;
+  result.add("milliseconds", duration)
+      .addText("button pressed for " + std::to_string(duration) + " ms\n" + seen.console)
+      .add("listening", listening);
   if (!listening) {
-    result.text += "no task of the library listens: config run-tasks on, then Init\n";
+    result.addText("no task of the library listens: config run-tasks on, then Init\n");
   }
-  for (const virtual_onu::TraceEvent& event : seen.events) {
-    left.push_back(EventToDecodedJson(event));
-    result.text += EventToText(event);
-  }
+  result.add("left", Listed(seen.events, ReportEvent));
   session.journal().add({"button", "press", std::to_string(duration)}, result.json, seen.events);
   return result;
 }

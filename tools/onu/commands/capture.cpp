@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <iterator>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
 #include <hal_bcm6838x.h>
@@ -13,6 +13,7 @@
 #include "operations/operation_call.h"
 #include "report/event_report.h"
 #include "report/packet_report.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
@@ -29,19 +30,14 @@ std::uint64_t NextTransmission(const virtual_onu::Unit& unit) {
 }
 
 /// Lets the library take one event, and reports what left it.
-Json TakeOne(Session& session, std::vector<TraceEvent>& all, std::string& text) {
+Result TakeOne(Session& session, std::vector<TraceEvent>& all) {
   std::uint32_t value = 0;
   Observation seen = session.observe([&value] { value = BCM6838X_CapturePacket(); });
-  Json json = {{"result", value}, {"status", std::string(StatusName(value))}};
-  Json& left = json["left"] = Json::array();
-  text +=
-      "CapturePacket() = " + std::to_string(value) + " (" + std::string(StatusName(value)) + ")\n";
-  for (const TraceEvent& event : seen.events) {
-    left.push_back(EventToDecodedJson(event));
-    text += EventToText(event);
-  }
+  const std::string status(StatusName(value));
+  const Result left = Listed(seen.events, ReportEvent);
   std::ranges::move(seen.events, std::back_inserter(all));
-  return json;
+  return {{{"result", value}, {"status", status}, {"left", left.json}},
+          "CapturePacket() = " + std::to_string(value) + " (" + status + ")\n" + left.text};
 }
 
 Result CapturePackets(Session& session, const Arguments& arguments) {
@@ -50,18 +46,18 @@ Result CapturePackets(Session& session, const Arguments& arguments) {
   const std::size_t wanted = arguments.optionalNumber("N").value_or(waiting);
   const std::uint64_t first = NextTransmission(unit);
   std::vector<TraceEvent> all;
-  Result result;
-  Json taken = Json::array();
-  while (taken.size() < std::min(waiting, wanted)) {
-    taken.push_back(TakeOne(session, all, result.text));
+  Result taken = {.json = Json::array()};
+  while (taken.json.size() < std::min(waiting, wanted)) {
+    const Result one = TakeOne(session, all);
+    taken.json.push_back(one.json);
+    taken.text += one.text;
   }
-  const std::vector<Transmission> sent = unit.transmissions(first);
   const std::size_t pending = unit.device().pendingEvents();
-  result.text += taken.empty() ? "no event was taken\n" : "";
-  result.json["events"] = std::move(taken);
-  result.json["transmitted"] = TransmissionsToJson(sent);
-  result.json["pending"] = pending;
-  result.text += TransmissionsToText(sent, "nothing was transmitted") + PendingToText(pending);
+  const Result result =
+      Result()
+          .add("events", taken.json, taken.json.empty() ? "no event was taken\n" : taken.text)
+          .add("transmitted", TransmissionTable(unit.transmissions(first)), kNoTransmission)
+          .add("pending", pending, PendingToText(pending));
   Words words = {"capture"};
   if (arguments.has("N")) {
     words.push_back(arguments.word("N"));

@@ -13,15 +13,8 @@ Result CheckTables(Session& session, const Arguments& /*arguments*/) {
   virtual_onu::Unit& unit = session.unit();
   const std::vector<std::string> findings = virtual_onu::CheckConsistency(
       virtual_onu::ReadLibraryTables(), {unit.device().tables(), unit.shell().objects()});
-  Result result;
-  result.json["findings"] = findings;
-  for (const std::string& finding : findings) {
-    result.text += finding + "\n";
-  }
-  if (findings.empty()) {
-    result.text = "everything adds up\n";
-  }
-  return result;
+  Result result = Result().add("findings", ListedLines(findings));
+  return findings.empty() ? result.addText("everything adds up\n") : result;
 }
 
 }  // namespace

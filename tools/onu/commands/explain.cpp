@@ -10,7 +10,6 @@
 #include "report/packet_report.h"
 #include "report/qos_report.h"
 #include "report/record_report.h"
-#include "report/switching_report.h"
 #include "report/verdict_report.h"
 #include "session/port_argument.h"
 #include "session/session.h"
@@ -37,6 +36,13 @@ virtual_onu::ByteView BytesOf(const VlanActionRule& action) {
   return {reinterpret_cast<const std::uint8_t*>(&action), sizeof(action)};
 }
 
+/// The fields of the action; null without one.
+Json FieldsOf(const VlanActionRule* action) {
+  return action == nullptr
+             ? Json()
+             : FieldsToJson(*virtual_onu::FindRecord("VlanActionRule"), BytesOf(*action));
+}
+
 std::string MaskText(std::uint32_t fieldMask) {
   Words names;
   for (const virtual_onu::NamedValue& key : virtual_onu::KeyBits()) {
@@ -47,55 +53,30 @@ std::string MaskText(std::uint32_t fieldMask) {
   return Join(names, "|");
 }
 
-Json FlowToJson(const FlowTrial& flow) {
-  Json keys = Json::array();
-  for (const KeyComparison& key : flow.keys) {
-    keys.push_back({{"key", key.key},
-                    {"flow", key.flowValue},
-                    {"frame", key.frameValue},
-                    {"equal", key.equal}});
-  }
-  return {{"flowIndex", flow.flowIndex}, {"matched", flow.matched}, {"keys", keys}};
+Result ReportKey(const KeyComparison& key) {
+  return {
+      {{"key", key.key}, {"flow", key.flowValue}, {"frame", key.frameValue}, {"equal", key.equal}},
+      "    " + key.key + ": flow " + key.flowValue + ", frame " + key.frameValue +
+          (key.equal ? ", equal\n" : ", different\n")};
 }
 
-Json ClassesToJson(const Explanation& explanation) {
-  Json classes = Json::array();
-  for (const ClassTrial& trial : explanation.classes) {
-    Json flows = Json::array();
-    for (const FlowTrial& flow : trial.flows) {
-      flows.push_back(FlowToJson(flow));
-    }
-    classes.push_back({{"icIndex", trial.icIndex},
-                       {"priority", trial.priority},
-                       {"keys", MaskText(trial.fieldMask)},
-                       {"flows", flows}});
-  }
-  return classes;
+Result ReportFlow(const FlowTrial& flow) {
+  const Result keys = Listed(flow.keys, ReportKey);
+  return {{{"flowIndex", flow.flowIndex}, {"matched", flow.matched}, {"keys", keys.json}},
+          "  flow " + std::to_string(flow.flowIndex) +
+              (flow.matched ? ": matches\n" : ": does not match\n") + keys.text};
 }
 
-std::string FlowToText(const FlowTrial& flow) {
-  std::string text = "  flow " + std::to_string(flow.flowIndex) +
-                     (flow.matched ? ": matches\n" : ": does not match\n");
-  for (const KeyComparison& key : flow.keys) {
-    text += "    " + key.key + ": flow " + key.flowValue + ", frame " + key.frameValue +
-            (key.equal ? ", equal\n" : ", different\n");
-  }
-  return text;
-}
-
-std::string ClassesToText(const Explanation& explanation) {
-  std::string text;
-  for (const ClassTrial& trial : explanation.classes) {
-    text += "class " + std::to_string(trial.icIndex) + ", priority " +
-            std::to_string(trial.priority) + ", compares " + MaskText(trial.fieldMask) + "\n";
-    if (trial.flows.empty()) {
-      text += "  no flows\n";
-    }
-    for (const FlowTrial& flow : trial.flows) {
-      text += FlowToText(flow);
-    }
-  }
-  return text;
+Result ReportClass(const ClassTrial& trial) {
+  const Result flows = Listed(trial.flows, ReportFlow);
+  const std::string keys = MaskText(trial.fieldMask);
+  return {{{"icIndex", trial.icIndex},
+           {"priority", trial.priority},
+           {"keys", keys},
+           {"flows", flows.json}},
+          "class " + std::to_string(trial.icIndex) + ", priority " +
+              std::to_string(trial.priority) + ", compares " + keys + "\n" +
+              (trial.flows.empty() ? "  no flows\n" : flows.text)};
 }
 
 std::string ActionToText(const Explanation& explanation, const VlanActionRule* action) {
@@ -107,74 +88,14 @@ std::string ActionToText(const Explanation& explanation, const VlanActionRule* a
   if (action == nullptr) {
     return "VLAN action " + index + ": the chip has none of this index\n";
   }
-  std::string text = "VLAN action " + index + ": " +
-                     RecordToText(*virtual_onu::FindRecord("VlanActionRule"), BytesOf(*action)) +
-                     "\n";
-  for (const std::string& step : explanation.actionSteps) {
-    text += "  " + step + "\n";
-  }
-  return text;
+  return "VLAN action " + index + ": " +
+         RecordToText(*virtual_onu::FindRecord("VlanActionRule"), BytesOf(*action)) + "\n";
 }
 
-std::string FrameToText(const char* when, const virtual_onu::Bytes& frame) {
-  return std::string(when) + ": " + virtual_onu::SummarizeFrame(frame) + "\n  " +
-         virtual_onu::ToHex(frame) + "\n";
-}
-
-/// How the frame leaves by a port whose VLAN configuration was asked.
-std::string DeliveryToText(const virtual_onu::Delivery& delivery) {
-  if (delivery.rule.empty()) {
-    return "";
-  }
-  std::string text = "to " + delivery.port.name() + ": " + delivery.rule;
-  if (delivery.vlanActionIndex) {
-    text += ", VLAN action " + std::to_string(*delivery.vlanActionIndex) + " of the port";
-  }
-  text += "\n";
-  for (const std::string& step : delivery.steps) {
-    text += "  " + step + "\n";
-  }
-  return text + "  " + virtual_onu::SummarizeFrame(delivery.frame) + "\n";
-}
-
-/// A line for each port that the frame did not leave by, and for each copy.
-std::string CopiesToText(const Verdict& verdict) {
-  std::string text;
-  for (const virtual_onu::Delivery& delivery : verdict.deliveries) {
-    text += DeliveryToText(delivery);
-  }
-  for (const virtual_onu::ClosedPort& closed : verdict.closed) {
-    text += "not to " + closed.port.name() + ": " +
-            std::string(virtual_onu::Describe(closed.outcome).name) + "\n";
-  }
-  for (const virtual_onu::MirrorCopy& copy : verdict.copies) {
-    text += std::string("copy of the frame ") + (copy.received ? "received" : "transmitted") +
-            " at " + copy.of.name() + ", to " + copy.port.name() + ": " +
-            std::string(virtual_onu::Describe(copy.outcome).name) + "\n";
-  }
-  return text;
-}
-
-std::string OutcomeToText(const Verdict& verdict) {
-  const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
-  std::string text = "outcome: " + std::string(outcome.name) + ", " +
-                     std::string(DispositionDone(outcome.disposition));
-  if (!verdict.egress().empty()) {
-    text += " to " + DestinationOf(verdict);
-  }
-  text += " (" + std::string(outcome.text) + ")\n" + MacDecisionToText(verdict) +
-          GroupDecisionToText(verdict);
-  if (verdict.neighbour) {
-    text += "switched locally: the destination was seen at " + verdict.neighbour->name() + "\n";
-  }
-  return text + CopiesToText(verdict);
-}
-
-/// The event that a trapped frame would become, and how many wait already.
-std::string EventToText(virtual_onu::PortId port, const Verdict& verdict, std::size_t pending) {
-  return verdict.eventType
-             ? "it would become " + EventOfToText(port, verdict) + "\n" + PendingToText(pending)
-             : "";
+Result ReportFrame(const std::string& when, const virtual_onu::Bytes& frame) {
+  const Json json = FrameToJson(frame);
+  return {json, when + ": " + json["summary"].get<std::string>() + "\n  " +
+                    json["bytes"].get<std::string>() + "\n"};
 }
 
 Result ExplainFrame(Session& session, const Arguments& arguments) {
@@ -185,25 +106,30 @@ Result ExplainFrame(Session& session, const Arguments& arguments) {
   const Verdict& verdict = explanation.verdict;
   const VlanActionRule* action = ActionOf(session, verdict);
 
-  Result result;
-  result.json = {{"port", port.name()}, {"source", input.source}};
-  result.json["classes"] = ClassesToJson(explanation);
-  result.json["verdict"] = VerdictToJson(verdict);
-  result.json["action"] =
-      action == nullptr
-          ? Json(nullptr)
-          : FieldsToJson(*virtual_onu::FindRecord("VlanActionRule"), BytesOf(*action));
-  result.json["steps"] = explanation.actionSteps;
+  const Result told = ReportVerdict(verdict);
+  const Cell event = EventOf(port, verdict);
   const std::size_t pending = session.unit().device().pendingEvents();
-  result.json["event"] = EventOfToJson(port, verdict);
-  result.json["pending"] = pending;
-  result.json["before"] = FrameToJson(before);
-  result.json["after"] = FrameToJson(verdict.frame);
-  result.text = "offered at " + port.name() + ", " +
-                (verdict.dir == 0 ? "downstream" : "upstream") + "\n" + ClassesToText(explanation) +
-                PolicerToText(verdict) + ActionToText(explanation, action) + QueueToText(verdict) +
-                FrameToText("before", before) + FrameToText("after", verdict.frame) +
-                OutcomeToText(verdict) + EventToText(port, verdict, pending);
+  const std::string queue = verdict.queue ? std::to_string(*verdict.queue) : "none";
+  Result result;
+  result
+      .add("port", port.name(),
+           "offered at " + port.name() + ", " + (verdict.dir == 0 ? "downstream" : "upstream") +
+               "\n")
+      .add("source", input.source)
+      .add("classes", Listed(explanation.classes, ReportClass))
+      .add("verdict", told.json)
+      .addText(ReportPolicer(verdict).text)
+      .add("action", FieldsOf(action), ActionToText(explanation, action))
+      .add("steps", ListedLines(explanation.actionSteps, "  "))
+      .add("event", event.json)
+      .add("pending", pending)
+      .addText(ReportRemark(verdict).text + "queue: " + queue + "\n")
+      .add("before", ReportFrame("before", before))
+      .add("after", ReportFrame("after", verdict.frame))
+      .addText(told.text);
+  if (verdict.eventType) {
+    result.addText("it would become " + event.text + "\n" + PendingToText(pending));
+  }
   return result;
 }
 

@@ -6,7 +6,7 @@
 #include "commands/command_rows.h"
 #include "device/records.h"
 #include "language/failure.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
@@ -48,27 +48,25 @@ Words CountedRule(const char* kind, const Arguments& arguments) {
 
 Json RuleToJson(const FaultPlan::Rule& rule) {
   if (rule.draw) {
-    return {{"kind", "fraction"},
-            {"fraction", rule.draw->fraction},
-            {"seed", rule.draw->seed},
-            {"seen", rule.seen}};
+    return {{"kind", "fraction"}, {"fraction", rule.draw->fraction}, {"seed", rule.draw->seed}};
   }
-  return {{"kind", rule.onwards ? "from" : "nth"},
-          {"n", rule.nth},
-          {"code", rule.code ? Json(*rule.code) : Json(nullptr)},
-          {"seen", rule.seen}};
+  return {{"kind", rule.onwards ? "from" : "nth"}, {"n", rule.nth}, {"code", OrNull(rule.code)}};
 }
 
-/// What the rule refuses, in words.
-std::string RuleToText(const Json& rule) {
-  if (rule.contains("fraction")) {
-    return "fraction " + rule["fraction"].dump() + " seed " + rule["seed"].dump();
+/// What the rule refuses.
+Cell RefusedBy(const FaultPlan::Rule& rule) {
+  const Json json = RuleToJson(rule);
+  if (rule.draw) {
+    return {json, "fraction " + json["fraction"].dump() + " seed " + json["seed"].dump()};
   }
-  const std::string text = rule["kind"].get<std::string>() + " " + rule["n"].dump();
-  return rule["code"].is_null()
-             ? text
-             : text + " " + virtual_onu::CommandName(rule["code"].get<std::uint32_t>());
+  const std::string command = rule.code ? " " + virtual_onu::CommandName(*rule.code) : "";
+  return {json, json["kind"].get<std::string>() + " " + json["n"].dump() + command};
 }
+
+const Columns<FaultPlan::Rule> kRules = {
+    {kEveryMember, "refuses", RefusedBy},
+    {"seen", "commands seen", &FaultPlan::Rule::seen},
+};
 
 Result FaultNth(Session& session, const Arguments& arguments) {
   session.unit().device().faults().refuseNth(NthOf(arguments), CodeOf(arguments));
@@ -93,15 +91,8 @@ Result FaultClear(Session& session, const Arguments& /*arguments*/) {
 }
 
 Result FaultShow(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["rules"] = Json::array();
-  TextTable table({"refuses", "commands seen"});
-  for (const FaultPlan::Rule& rule : session.unit().device().faults().rules()) {
-    list.push_back(RuleToJson(rule));
-    table.add({RuleToText(list.back()), std::to_string(rule.seen)});
-  }
-  result.text = table.text("no faults");
-  return result;
+  const Table table(kRules, session.unit().device().faults().rules());
+  return Result().add("rules", table, "no faults");
 }
 
 }  // namespace

@@ -63,6 +63,13 @@ void Check(const Arguments& arguments) {
   }
 }
 
+std::string LinkText(const Json& link) {
+  return link.is_null()
+             ? "link down"
+             : "link up, " + link["speed"].dump() + " Mbit/s " + link["duplex"].get<std::string>() +
+                   " duplex, pause " + link["pause"].get<std::string>();
+}
+
 Result ChangeLink(Session& session, const Arguments& arguments) {
   const std::uint32_t uni = UniPortArgument(session, arguments);
   Check(arguments);
@@ -78,16 +85,13 @@ Result ChangeLink(Session& session, const Arguments& arguments) {
   const bool told = session.unit().tellLinks();
   session.noteChange(words);
 
-  const Words link = LinkWords(phy.link());
-  const bool up = phy.link().has_value();
+  const Json link = LinkToJson(phy.link());
   return {{{"port", arguments.word("PORT")},
            {"partner", partner.present},
-           {"link", LinkToJson(phy.link())},
+           {"link", link},
            {"told", told}},
-          arguments.word("PORT") + ": " + (partner.present ? "partner" : "no partner") +
-              (up ? ", link up, " + link[1] + " Mbit/s " + link[2] + " duplex, pause " + link[3]
-                  : std::string(", link down")) +
-              "\n"};
+          arguments.word("PORT") + ": " + (partner.present ? "partner, " : "no partner, ") +
+              LinkText(link) + "\n"};
 }
 
 }  // namespace

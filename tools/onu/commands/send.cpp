@@ -1,14 +1,18 @@
 /// @file
 /// The command that offers frames to the data path.
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "commands/command_rows.h"
 #include "datapath/outcome.h"
 #include "frame/summary.h"
 #include "language/frame_input.h"
 #include "report/packet_report.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "report/verdict_report.h"
 #include "session/port_argument.h"
 #include "session/session.h"
@@ -25,18 +29,33 @@ using virtual_onu::Verdict;
 Json Offer(Session& session, PortId port, const InputFrame& input, Verdict& verdict) {
   const virtual_onu::Bytes& bytes = input.frame.bytes;
   const Observation seen = session.observe([&] { verdict = session.unit().receive(port, bytes); });
-  Json json = VerdictToJson(verdict);
+  Json json = ReportVerdict(verdict).json;
   json["frame"] = FrameToJson(verdict.frame);
-  json["event"] = EventOfToJson(port, verdict);
+  json["event"] = EventOf(port, verdict).json;
   session.journal().add({"send", port.name(), virtual_onu::ToHex(bytes)}, json, seen.events);
   return json;
 }
 
 /// Where a frame goes: ports, the unit itself with the event that it becomes, or nowhere.
 std::string Destination(PortId port, const Verdict& verdict) {
-  const std::string event = EventOfToText(port, verdict);
+  const std::string event = EventOf(port, verdict).text;
   return DestinationOf(verdict) + (event.empty() ? "" : ", " + event);
 }
+
+/// What people read of a frame.
+struct FrameRow {
+  std::size_t number;
+  std::string_view done;
+  std::string_view outcome;
+  std::string to;
+  std::string frame;
+};
+
+const Columns<FrameRow> kFrames = {
+    {"", "frame", &FrameRow::number},           {"", "done", &FrameRow::done},
+    {"", "outcome", &FrameRow::outcome},        {"", "to", &FrameRow::to},
+    {"", "frame as offered", &FrameRow::frame},
+};
 
 /// Writes the frame to the capture of each place that it left by.
 void WriteCaptures(CaptureDirectory& captures, const Verdict& verdict, const timeval& time) {
@@ -78,10 +97,8 @@ Result SendFrames(Session& session, const Arguments& arguments) {
     captures.emplace(arguments.word("DIR"));
   }
 
-  Result result;
-  result.json["port"] = port.name();
-  Json& list = result.json["frames"] = Json::array();
-  TextTable table({"frame", "done", "outcome", "to", "frame as offered"});
+  Json list = Json::array();
+  std::vector<FrameRow> rows;
   Counts counts;
   for (const InputFrame& input : frames) {
     Verdict verdict;
@@ -90,20 +107,22 @@ Result SendFrames(Session& session, const Arguments& arguments) {
     list.push_back(json);
     const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
     counts.add(outcome.disposition);
-    table.add({std::to_string(list.size()), std::string(DispositionDone(outcome.disposition)),
-               std::string(outcome.name), Destination(port, verdict) + CopiesOf(verdict),
-               virtual_onu::SummarizeFrame(input.frame.bytes)});
+    rows.push_back({list.size(), DispositionDone(outcome.disposition), outcome.name,
+                    Destination(port, verdict) + CopiesOf(verdict),
+                    virtual_onu::SummarizeFrame(input.frame.bytes)});
     if (captures) {
       WriteCaptures(*captures, verdict, input.frame.time);
     }
   }
-  result.json["counts"] = counts.json;
   const std::size_t pending = session.unit().device().pendingEvents();
-  result.json["pending"] = pending;
-  result.text = table.text("no frames") + counts.text() +
-                (counts.json["trap"] == 0 ? "" : PendingToText(pending));
+  Result result;
+  result.add("port", port.name())
+      .add("frames", std::move(list))
+      .add("", Table(kFrames, rows), "no frames")
+      .add("counts", counts.json, counts.text())
+      .add("pending", pending, counts.json["trap"] == 0 ? "" : PendingToText(pending));
   if (captures) {
-    result.json["captures"] = captures->finish();
+    result.add("captures", captures->finish());
   }
   return result;
 }

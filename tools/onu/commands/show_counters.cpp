@@ -4,30 +4,28 @@
 
 #include "commands/command_rows.h"
 #include "datapath/outcome.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
 
 namespace {
 
+using virtual_onu::Describe;
+using virtual_onu::OutcomeCount;
+
+const Columns<OutcomeCount> kCounters = {
+    {"port", "port", &OutcomeCount::port},
+    {"outcome", "outcome", [](const auto& count) { return Describe(count.outcome).name; }},
+    {"disposition", "disposition",
+     [](const auto& count) { return Name(Describe(count.outcome).disposition); }},
+    {"frames", "frames", &OutcomeCount::frames},
+    {"octets", "octets", &OutcomeCount::octets},
+};
+
 Result ShowCounters(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["counters"] = Json::array();
-  TextTable table({"port", "outcome", "disposition", "frames", "octets"});
-  for (const virtual_onu::OutcomeCount& count : session.unit().dataPath().counters().outcomes()) {
-    const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(count.outcome);
-    const std::string disposition(virtual_onu::Name(outcome.disposition));
-    list.push_back({{"port", count.port.name()},
-                    {"outcome", std::string(outcome.name)},
-                    {"disposition", disposition},
-                    {"frames", count.frames},
-                    {"octets", count.octets}});
-    table.add({count.port.name(), std::string(outcome.name), disposition,
-               std::to_string(count.frames), std::to_string(count.octets)});
-  }
-  result.text = table.text("no frames");
-  return result;
+  return Result().add("counters", Table(kCounters, session.unit().dataPath().counters().outcomes()),
+                      "no frames");
 }
 
 }  // namespace

@@ -2,13 +2,14 @@
 /// The command that shows the registers of a port's PHY, and its link.
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "base/text.h"
 #include "commands/command_rows.h"
 #include "language/failure.h"
 #include "phy/register_text.h"
 #include "report/link_report.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
@@ -28,34 +29,42 @@ std::uint32_t PortNumber(Session& session, const Arguments& arguments) {
   return port;
 }
 
-Words BitsOf(std::uint32_t reg, std::uint16_t value) {
-  const auto names = virtual_onu::RegisterBits(reg, value);
-  return {names.begin(), names.end()};
+struct Register {
+  std::uint32_t number;
+  std::string name;  ///< empty for a register of the maker's
+  std::uint16_t value;
+};
+
+Cell BitsOf(const Register& reg) {
+  const auto names = virtual_onu::RegisterBits(reg.number, reg.value);
+  return {names, names.empty() ? "-" : Join({names.begin(), names.end()}, " ")};
 }
+
+const Columns<Register> kRegisters = {
+    {"register", "register", &Register::number},
+    {"name", "name",
+     [](const auto& reg) { return Cell(reg.name, reg.name.empty() ? "-" : reg.name); }},
+    {"value", "value", [](const auto& reg) { return HexNumber(reg.value); }},
+    {"set", "set", BitsOf},
+};
 
 /// Looking at a register does not clear what is latched in it. A register of the maker's is listed
 /// for people when it holds something.
 Result ShowPhy(Session& session, const Arguments& arguments) {
   const std::uint32_t port = PortNumber(session, arguments);
   const Phy& phy = session.unit().phy(port);
-  Result result;
-  result.json["port"] = virtual_onu::PortId::Uni(port).name();
-  result.json["partner"] = phy.partner().present;
-  result.json["link"] = LinkToJson(phy.link());
-  Json& list = result.json["registers"] = Json::array();
-  TextTable table({"register", "name", "value", "set"});
-  for (std::uint32_t reg = 0; reg < virtual_onu::kMiiRegisters; ++reg) {
-    const std::uint16_t value = phy.peek(reg);
-    const std::string name(virtual_onu::RegisterName(reg));
-    const Words bits = BitsOf(reg, value);
-    list.push_back({{"register", reg}, {"name", name}, {"value", HexNumber(value)}, {"set", bits}});
-    if (!name.empty() || value != 0) {
-      table.add({std::to_string(reg), name.empty() ? "-" : name, HexNumber(value),
-                 bits.empty() ? "-" : Join(bits, " ")});
-    }
+  std::vector<Register> registers;
+  for (std::uint32_t number = 0; number < virtual_onu::kMiiRegisters; ++number) {
+    registers.push_back({number, std::string(virtual_onu::RegisterName(number)), phy.peek(number)});
   }
-  result.text = table.text("");
-  return result;
+  const Json all = Table(kRegisters, registers).json();
+  std::erase_if(registers, [](const Register& reg) { return reg.name.empty() && reg.value == 0; });
+  return Result()
+      .add("port", virtual_onu::PortId::Uni(port).name())
+      .add("partner", phy.partner().present)
+      .add("link", LinkToJson(phy.link()))
+      .add("registers", all)
+      .add("", Table(kRegisters, registers));
 }
 
 }  // namespace

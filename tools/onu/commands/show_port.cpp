@@ -11,7 +11,7 @@
 #include "consistency/consistency.h"
 #include "consistency/read_library_tables.h"
 #include "report/chip_report.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "report/vlan_config_report.h"
 #include "session/port_argument.h"
 #include "session/session.h"
@@ -22,39 +22,38 @@ namespace {
 
 using virtual_onu::ChipTables;
 using virtual_onu::IngressClass;
+using virtual_onu::LanVlan;
 using virtual_onu::LibraryTables;
 using virtual_onu::SharedFlowKey;
 
-/// One part of the report: its title, its rows for people, its value for programs.
-struct Section {
-  std::string title;
-  TextTable table;
-  Json json = Json::array();
+/// A flow with its class, and with its values in words.
+struct UpstreamRow {
+  const IngressClass* ingressClass;
+  const IngressFlowRule* flow;
+  FieldTexts fields;
+};
 
-  [[nodiscard]] std::string text() const { return title + "\n" + table.text("none"); }
+const Columns<UpstreamRow> kUpstream = {
+    {"icIndex", "class",
+     [](const auto& row) { return Cell(row.flow->icIndex, row.fields["icIndex"]); }},
+    {"flowIndex", "flow",
+     [](const auto& row) { return Cell(row.flow->flowIndex, row.fields["flowIndex"]); }},
+    {"queue", "queue", [](const auto& row) { return Cell(row.flow->queue, row.fields["queue"]); }},
+    {"vlanAction", "action", [](const auto& row) { return row.fields["vlanActionIndex"]; }},
+    {"keys", "keys", [](const auto& row) { return KeysOf(*row.ingressClass, row.fields); }},
 };
 
 /// The upstream flows of the port that belong to its VLAN mode, in the order of matching.
-Section UpstreamFlows(const ChipTables& chip, std::uint32_t uni) {
-  Section section = {"upstream flows, in the order of matching",
-                     TextTable({"class", "flow", "queue", "action", "keys"})};
+Table UpstreamFlows(const ChipTables& chip, std::uint32_t uni) {
+  std::vector<UpstreamRow> rows;
   for (const IngressClass* ingressClass : ClassesAsTried(chip.upstream)) {
     for (const auto& [index, flow] : ingressClass->flows) {
-      if (flow.ingressPort != virtual_onu::DevicePortOf(uni)) {
-        continue;
+      if (flow.ingressPort == virtual_onu::DevicePortOf(uni)) {
+        rows.push_back({ingressClass, &flow, FieldTexts("IngressFlowRule", BytesOf(flow))});
       }
-      const FieldTexts fields("IngressFlowRule", BytesOf(flow));
-      const std::string keys = KeysOf(*ingressClass, fields);
-      section.table.add({fields["icIndex"], fields["flowIndex"], fields["queue"],
-                         fields["vlanActionIndex"], keys});
-      section.json.push_back({{"icIndex", flow.icIndex},
-                              {"flowIndex", flow.flowIndex},
-                              {"queue", flow.queue},
-                              {"vlanAction", fields["vlanActionIndex"]},
-                              {"keys", keys}});
     }
   }
-  return section;
+  return {kUpstream, rows};
 }
 
 /// The port's own action on a downstream flow, or "none".
@@ -68,90 +67,81 @@ std::string PortActionOf(const ChipTables& chip, const IngressFlowRule& flow, st
   return found == actions.end() ? "none" : std::to_string(found->second);
 }
 
+/// A shared downstream flow, and what the port does with it.
+struct DownstreamRow {
+  const IngressFlowRule* flow;
+  std::string action;
+};
+
+const Columns<DownstreamRow> kDownstream = {
+    {"icIndex", "class", [](const auto& row) { return row.flow->icIndex; }},
+    {"flowIndex", "flow", [](const auto& row) { return row.flow->flowIndex; }},
+    {"vid", "vid",
+     [](const auto& row) {
+       return row.flow->outerVid == 4096 ? "any" : std::to_string(row.flow->outerVid);
+     }},
+    {"vlanNum", "tags", [](const auto& row) { return row.flow->vlanNum; }},
+    {"references", "references", [](const auto& row) { return row.flow->refCount; }},
+    {"portAction", "port action", &DownstreamRow::action},
+};
+
 /// The shared downstream flows that the port's upstream flows lead to.
-Section DownstreamFlows(const LibraryTables& library, const ChipTables& chip, std::uint32_t uni) {
+Table DownstreamFlows(const LibraryTables& library, const ChipTables& chip, std::uint32_t uni) {
   std::set<SharedFlowKey> used;
   for (const virtual_onu::UpstreamFlow& recorded : library.upstreamFlows) {
     if (recorded.uni == uni) {
       used.insert(virtual_onu::SharedFlowOf(library, recorded.flow));
     }
   }
-  Section section = {"downstream flows",
-                     TextTable({"class", "flow", "vid", "tags", "references", "port action"})};
+  std::vector<DownstreamRow> rows;
   for (const IngressFlowRule& flow : library.downstreamFlows) {
-    if (!used.contains({flow.outerVid, flow.vlanNum})) {
-      continue;
+    if (used.contains({flow.outerVid, flow.vlanNum})) {
+      rows.push_back({&flow, PortActionOf(chip, flow, uni)});
     }
-    const std::string vid = flow.outerVid == 4096 ? "any" : std::to_string(flow.outerVid);
-    const std::string action = PortActionOf(chip, flow, uni);
-    section.table.add({std::to_string(flow.icIndex), std::to_string(flow.flowIndex), vid,
-                       std::to_string(flow.vlanNum), std::to_string(flow.refCount), action});
-    section.json.push_back({{"icIndex", flow.icIndex},
-                            {"flowIndex", flow.flowIndex},
-                            {"vid", vid},
-                            {"vlanNum", flow.vlanNum},
-                            {"references", flow.refCount},
-                            {"portAction", action}});
   }
-  return section;
+  return {kDownstream, rows};
 }
 
-Section VlanObjects(const LibraryTables& library, std::uint32_t uni) {
-  Section section = {"LAN VLAN objects", TextTable({"vid", "references"})};
-  for (const virtual_onu::LanVlan& lan : library.lanVlans) {
-    if (lan.uni == uni) {
-      section.table.add({std::to_string(lan.vid), std::to_string(lan.references)});
-      section.json.push_back({{"vid", lan.vid}, {"references", lan.references}});
-    }
-  }
-  return section;
-}
+const Columns<LanVlan> kLanVlans = {
+    {"vid", "vid", &LanVlan::vid},
+    {"references", "references", &LanVlan::references},
+};
 
 /// The configuration as the driver was told, and how the flows differ from it.
-void AddConfiguration(Session& session, std::uint32_t uni, Result& result) {
+Result ReportConfiguration(Session& session, std::uint32_t uni) {
+  Result result;
+  result.add("port", uni);
   const auto& told = session.unit().device().portTables().vlans;
   if (told.empty()) {
-    result.json["config"] = nullptr;
-    result.json["differences"] = Json::array();
-    result.text += "the driver was not told a VLAN configuration\n";
-    return;
+    return result.add("config", nullptr, "the driver was not told a VLAN configuration\n")
+        .add("differences", Json::array());
   }
   const PortVlanInfo& info = told.at(uni - 1);
   const std::vector<std::string> differences =
       virtual_onu::CompareWithConfiguration(info, uni, session.unit().device().tables());
-  result.json["config"] = VlanConfigToJson(info);
-  result.json["differences"] = differences;
-  result.text += VlanConfigToText(info);
-  for (const std::string& difference : differences) {
-    result.text += "difference: " + difference + "\n";
-  }
+  return result.add("config", ReportVlanConfig(info))
+      .add("differences", ListedLines(differences, "difference: "));
 }
 
 Result ShowPort(Session& session, const Arguments& arguments) {
   const std::uint32_t uni = UniNumberArgument(session, arguments);
   const ChipTables& chip = session.unit().device().tables();
   const LibraryTables library = virtual_onu::ReadLibraryTables();
-  Result result;
-  result.json["port"] = uni;
-  AddConfiguration(session, uni, result);
-  const Section upstream = UpstreamFlows(chip, uni);
-  const Section downstream = DownstreamFlows(library, chip, uni);
-  const Section objects = VlanObjects(library, uni);
-  result.json["upstreamFlows"] = upstream.json;
-  result.json["downstreamFlows"] = downstream.json;
-  result.json["lanVlans"] = objects.json;
-  result.text += upstream.text() + downstream.text() + objects.text();
-  return result;
+  std::vector<LanVlan> objects = library.lanVlans;
+  std::erase_if(objects, [uni](const LanVlan& lan) { return lan.uni != uni; });
+  return ReportConfiguration(session, uni)
+      .addText("upstream flows, in the order of matching\n")
+      .add("upstreamFlows", UpstreamFlows(chip, uni), "none")
+      .addText("downstream flows\n")
+      .add("downstreamFlows", DownstreamFlows(library, chip, uni), "none")
+      .addText("LAN VLAN objects\n")
+      .add("lanVlans", Table(kLanVlans, objects), "none");
 }
 
 }  // namespace
 
 Result ShowVlanConfig(Session& session, const Arguments& arguments) {
-  const std::uint32_t uni = UniNumberArgument(session, arguments);
-  Result result;
-  result.json["port"] = uni;
-  AddConfiguration(session, uni, result);
-  return result;
+  return ReportConfiguration(session, UniNumberArgument(session, arguments));
 }
 
 const Command kShowPort = {

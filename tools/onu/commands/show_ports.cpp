@@ -1,12 +1,11 @@
 /// @file
-/// The commands that show the ports and the VLAN objects of the data-path shell.
-#include <algorithm>
+/// The command that lists the ports.
 #include <string>
 #include <vector>
 
 #include "commands/command_rows.h"
 #include "report/link_report.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
@@ -18,18 +17,17 @@ using virtual_onu::PortCount;
 using virtual_onu::PortId;
 using virtual_onu::PortSettings;
 using virtual_onu::PortTables;
-using virtual_onu::VlanObject;
 
-/// What is shown of one UNI port.
+/// What is shown of one port; of the WAN side only the counts.
 struct PortState {
   PortId port;
-  PortSettings settings;
-  std::optional<Link> link;
+  PortSettings settings = {};
+  std::optional<Link> link = {};
   bool passesFrames = false;
   bool transparent = false;
   Words isolated = {};  ///< names of the ports it exchanges no frames with
-  std::optional<PortId> mirrorReceived;
-  std::optional<PortId> mirrorTransmitted;
+  std::optional<PortId> mirrorReceived = {};
+  std::optional<PortId> mirrorTransmitted = {};
   bool isMirror = false;
   PortCount count;
 };
@@ -69,95 +67,43 @@ std::string MirrorText(const PortState& state) {
   return state.mirrorTransmitted ? "transmitted to " + state.mirrorTransmitted->name() : "-";
 }
 
-void AddCounts(const PortCount& count, Words& row) {
-  for (const std::uint64_t number :
-       {count.framesIn, count.octetsIn, count.framesOut, count.octetsOut}) {
-    row.push_back(std::to_string(number));
-  }
+Cell UpOrDown(const PortState& state, bool up) {
+  return state.port.isWan() ? Cell() : Cell(up ? "up" : "down");
 }
 
-Words RowOf(const PortState& state) {
-  Words row = {state.port.name(), state.settings.adminUp ? "up" : "down"};
-  const Words link = LinkWords(state.link);
-  row.insert(row.end(), link.begin(), link.end());
-  row.push_back(state.isolated.empty() ? "-" : Join(state.isolated, ","));
-  row.push_back(MirrorText(state));
-  AddCounts(state.count, row);
-  return row;
-}
+const Columns<PortCount> kCounts = {
+    {"framesIn", "in", &PortCount::framesIn},
+    {"octetsIn", "octets", &PortCount::octetsIn},
+    {"framesOut", "out", &PortCount::framesOut},
+    {"octetsOut", "octets", &PortCount::octetsOut},
+};
 
-Json CountToJson(const PortCount& count) {
-  return {{"framesIn", count.framesIn},
-          {"octetsIn", count.octetsIn},
-          {"framesOut", count.framesOut},
-          {"octetsOut", count.octetsOut}};
-}
-
-Json NameOrNull(const std::optional<PortId>& port) {
-  return port ? Json(port->name()) : Json(nullptr);
-}
-
-Json ToJson(const PortState& state) {
-  return {{"port", state.port.name()},
-          {"admin", state.settings.adminUp ? "up" : "down"},
-          {"link", LinkToJson(state.link)},
-          {"passesFrames", state.passesFrames},
-          {"transparent", state.transparent},
-          {"loopback", state.settings.loopback},
-          {"spanningTree", state.settings.spanningTree},
-          {"isolatedFrom", state.isolated},
-          {"mirrorReceivedTo", NameOrNull(state.mirrorReceived)},
-          {"mirrorTransmittedTo", NameOrNull(state.mirrorTransmitted)},
-          {"mirrorDestination", state.isMirror},
-          {"counts", CountToJson(state.count)}};
-}
-
-/// The objects of the WAN side first, then by port and by the lowest VID.
-std::vector<std::pair<std::string, VlanObject>> SortedObjects(Session& session) {
-  const auto& objects = session.unit().shell().objects().vlans;
-  std::vector<std::pair<std::string, VlanObject>> sorted(objects.begin(), objects.end());
-  std::ranges::stable_sort(sorted, {}, [](const auto& object) {
-    const VlanObject& vlan = object.second;
-    return std::pair(vlan.uni, vlan.vids.empty() ? 0 : *vlan.vids.begin());
-  });
-  return sorted;
-}
+const Columns<PortState> kPorts = Joined<PortState>({
+    {{"port", "port", &PortState::port},
+     {"admin", "admin", [](const auto& state) { return UpOrDown(state, state.settings.adminUp); }},
+     {"", "link", [](const auto& state) { return UpOrDown(state, state.link.has_value()); }}},
+    Within<PortState>("link", LinkColumns(), &PortState::link),
+    {{"passesFrames", "", &PortState::passesFrames},
+     {"transparent", "", &PortState::transparent},
+     {"loopback", "", [](const auto& state) { return state.settings.loopback; }},
+     {"spanningTree", "", [](const auto& state) { return state.settings.spanningTree; }},
+     {"isolatedFrom", "isolated", &PortState::isolated},
+     {"mirrorReceivedTo", "", &PortState::mirrorReceived},
+     {"mirrorTransmittedTo", "", &PortState::mirrorTransmitted},
+     {"mirrorDestination", "", &PortState::isMirror},
+     {"", "mirror", MirrorText}},
+    Within<PortState>("counts", kCounts, &PortState::count),
+});
 
 Result ShowPorts(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["ports"] = Json::array();
-  TextTable table({"port", "admin", "link", "speed", "duplex", "pause", "isolated", "mirror", "in",
-                   "octets", "out", "octets"});
+  std::vector<PortState> ports;
   for (std::uint32_t uni = 1; uni <= session.unit().dataPath().uniPorts(); ++uni) {
-    const PortState state = StateOf(session, uni);
-    list.push_back(ToJson(state));
-    table.add(RowOf(state));
+    ports.push_back(StateOf(session, uni));
   }
+  const Json list = Table(kPorts, ports).json();
   const PortCount wan = session.unit().dataPath().counters().portCount(PortId::Wan());
-  result.json["wan"] = CountToJson(wan);
-  Words row = {"wan", "-", "-", "-", "-", "-", "-", "-"};
-  AddCounts(wan, row);
-  table.add(row);
-  result.text = table.text("");
-  return result;
-}
-
-Result ShowVlans(Session& session, const Arguments& /*arguments*/) {
-  Result result;
-  Json& list = result.json["vlans"] = Json::array();
-  TextTable table({"port", "object", "vlan", "vids"});
-  for (const auto& [name, vlan] : SortedObjects(session)) {
-    const PortId port = vlan.uni == 0 ? PortId::Wan() : PortId::Uni(vlan.uni);
-    Words vids;
-    for (const std::uint16_t vid : vlan.vids) {
-      vids.push_back(std::to_string(vid));
-    }
-    list.push_back(
-        {{"port", port.name()}, {"object", vlan.portObject}, {"vlan", name}, {"vids", vlan.vids}});
-    table.add({port.name(), vlan.portObject, name, vids.empty() ? "-" : Join(vids, ",")});
-  }
-  result.text = table.text("no VLAN objects");
-  return result;
+  ports.push_back({.port = PortId::Wan(), .count = wan});
+  return Result().add("ports", list).add("wan", ToJson(kCounts, wan)).add("", Table(kPorts, ports));
 }
 
 }  // namespace
@@ -169,13 +115,5 @@ const Command kShowPorts = {
      "mirroring, and the frames and octets that crossed them",
      {"show ports", "Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\nshow ports"}},
     ShowPorts};
-
-const Command kShowVlans = {
-    {"show vlans",
-     {},
-     "lists the VLAN objects of the data-path shell, those of the WAN side and of the LAN "
-     "ports",
-     {"AddWanVlan 1 100 4096\nAddLanVlan 1 100\nshow vlans"}},
-    ShowVlans};
 
 }  // namespace onu

@@ -17,7 +17,7 @@
 #include "device/qos_tables.h"
 #include "frame/frame.h"
 #include "report/chip_report.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/port_argument.h"
 #include "session/session.h"
 
@@ -35,8 +35,7 @@ using virtual_onu::QosTables;
 constexpr std::uint32_t kBank = 8;
 
 /// A rule of the library with what the chip has of it; null where the chip has nothing.
-struct RuleState {
-  KnownQosRule known;
+struct RuleState : KnownQosRule {
   const IngressClass* ingressClass = nullptr;
   const IngressFlowRule* flow = nullptr;
   const VlanActionRule* action = nullptr;
@@ -51,7 +50,7 @@ const typename Map::mapped_type* Find(const Map& map, const std::optional<std::u
 std::vector<RuleState> RulesOf(const DirectionTables& chip, std::uint32_t uni) {
   std::vector<RuleState> rules;
   for (const KnownQosRule& known : virtual_onu::ReadQosRules(uni)) {
-    RuleState& rule = rules.emplace_back(RuleState{.known = known});
+    RuleState& rule = rules.emplace_back(RuleState{known});
     rule.ingressClass = Find(chip.classes, known.icIndex);
     rule.action = Find(chip.actions, known.vlanActionIndex);
     if (rule.ingressClass != nullptr) {
@@ -81,8 +80,8 @@ Words StepsOf(const RuleState& rule) {
   return steps;
 }
 
-std::string IndexText(const std::optional<std::uint32_t>& index) {
-  return index ? std::to_string(*index) : "none";
+Cell PriorityOf(const RuleState& rule) {
+  return rule.ingressClass != nullptr ? Cell(rule.ingressClass->cfg.priority) : Cell();
 }
 
 std::string KeysOfRule(const RuleState& rule) {
@@ -91,29 +90,22 @@ std::string KeysOfRule(const RuleState& rule) {
              : KeysOf(*rule.ingressClass, FieldTexts("IngressFlowRule", BytesOf(*rule.flow)));
 }
 
-void AddRules(const std::vector<RuleState>& rules, Result& result) {
-  TextTable table({"precedence", "class", "priority", "flow", "action", "does", "keys"});
-  Json& list = result.json["rules"] = Json::array();
-  for (const RuleState& rule : rules) {
-    const KnownQosRule& known = rule.known;
-    const bool hasClass = rule.ingressClass != nullptr;
-    const Words steps = StepsOf(rule);
-    const std::string keys = KeysOfRule(rule);
-    list.push_back({{"precedence", known.precedence},
-                    {"icIndex", OrNull(known.icIndex)},
-                    {"priority", hasClass ? Json(rule.ingressClass->cfg.priority) : Json(nullptr)},
-                    {"flowIndex", OrNull(known.flowIndex)},
-                    {"vlanActionIndex", OrNull(known.vlanActionIndex)},
-                    {"queue", rule.flow == nullptr ? Json(nullptr) : Json(rule.flow->queue)},
-                    {"steps", steps},
-                    {"keys", keys}});
-    table.add({std::to_string(known.precedence), IndexText(known.icIndex),
-               hasClass ? std::to_string(rule.ingressClass->cfg.priority) : "-",
-               IndexText(known.flowIndex), IndexText(known.vlanActionIndex), Join(steps, ", "),
-               keys});
-  }
-  result.text += table.text("no rules");
+template <std::optional<std::uint32_t> KnownQosRule::*index>
+Cell IndexOf(const RuleState& rule) {
+  return rule.*index ? Cell(rule.*index) : Cell({}, "none");
 }
+
+const Columns<RuleState> kRules = {
+    {"precedence", "precedence", &RuleState::precedence},
+    {"icIndex", "class", IndexOf<&KnownQosRule::icIndex>},
+    {"priority", "priority", PriorityOf},
+    {"flowIndex", "flow", IndexOf<&KnownQosRule::flowIndex>},
+    {"vlanActionIndex", "action", IndexOf<&KnownQosRule::vlanActionIndex>},
+    {"queue", "", [](const auto& rule) { return rule.flow ? Cell(rule.flow->queue) : Cell(); }},
+    {"steps", "does",
+     [](const auto& rule) { return Cell(StepsOf(rule), Join(StepsOf(rule), ", ")); }},
+    {"keys", "keys", KeysOfRule},
+};
 
 bool IsRemarking(const RuleState& rule) {
   return rule.flow != nullptr && rule.action != nullptr && rule.flow->remark != 0;
@@ -132,48 +124,36 @@ std::set<std::uint32_t> SchemesOf(const std::vector<RuleState>& rules) {
   return schemes;
 }
 
-/// The scheme as JSON and in words.
-std::pair<Json, std::string> SchemeOf(const std::vector<RuleState>& rules) {
+/// The scheme, as a number and in words. The library keeps it to itself; the flows show it.
+Cell SchemeOf(const std::vector<RuleState>& rules) {
   const std::set<std::uint32_t> schemes = SchemesOf(rules);
   if (schemes.size() > 1) {
     return {"mixed", "mixed, both banks are in use"};
   }
   if (!schemes.empty()) {
-    return *schemes.begin() == 0
-               ? std::pair<Json, std::string>(0, "0, the strict queues 0 to 7")
-               : std::pair<Json, std::string>(1, "1, the weighted queues 8 to 15");
+    return *schemes.begin() == 0 ? Cell(0, "0, the strict queues 0 to 7")
+                                 : Cell(1, "1, the weighted queues 8 to 15");
   }
-  return {nullptr, std::ranges::any_of(rules, IsRemarking)
-                       ? "unknown, no flow is in the queue of its priority in a bank"
-                       : "unknown, no rule re-marks"};
+  return {{},
+          std::ranges::any_of(rules, IsRemarking)
+              ? "unknown, no flow is in the queue of its priority in a bank"
+              : "unknown, no rule re-marks"};
 }
 
-/// The library keeps its scheme to itself; the flows show it.
-void AddScheme(const std::vector<RuleState>& rules, Result& result) {
-  const auto [scheme, words] = SchemeOf(rules);
-  result.json["scheme"] = scheme;
-  result.text += "scheduling scheme, as the flows show it: " + words + "\n";
-}
-
-void AddPolicer(Session& session, std::uint32_t uni, Result& result) {
-  const QosTables& tables = session.unit().device().qosTables();
-  const auto* policer = Find(tables.policers, uni);
+Cell PolicerOf(Session& session, std::uint32_t uni) {
+  const auto* policer = Find(session.unit().device().qosTables().policers, uni);
   if (policer == nullptr) {
-    result.json["policer"] = nullptr;
-    result.text += "policer: none\n";
-    return;
+    return {{}, "none"};
   }
   const PolicerCfg& cfg = policer->cfg;
   const std::uint64_t left = session.unit().dataPath().policerTokens(uni).value_or(0);
-  result.json["policer"] = {{"rate", cfg.rate}, {"burst", cfg.burst}, {"tokensLeft", left}};
-  result.text += "policer: " + std::to_string(cfg.rate) + " bit/s, burst " +
-                 std::to_string(cfg.burst) + " octets, " + std::to_string(left) + " octets left\n";
+  return {{{"rate", cfg.rate}, {"burst", cfg.burst}, {"tokensLeft", left}},
+          std::to_string(cfg.rate) + " bit/s, burst " + std::to_string(cfg.burst) + " octets, " +
+              std::to_string(left) + " octets left"};
 }
 
-void AddRate(const std::string& title, const char* member, const std::string& none,
-             const std::uint32_t* rate, Result& result) {
-  result.json[member] = rate == nullptr ? Json(nullptr) : Json(*rate);
-  result.text += title + ": " + (rate == nullptr ? none : std::to_string(*rate) + " bit/s") + "\n";
+Cell RateOf(const std::uint32_t* rate, const char* none) {
+  return rate == nullptr ? Cell({}, none) : Cell(*rate, std::to_string(*rate) + " bit/s");
 }
 
 /// Runs of DSCPs of one priority, "0-7=0 8-15=1".
@@ -191,26 +171,24 @@ std::string RunsOf(const DscpMap& map) {
   return Join(runs, " ");
 }
 
-void AddDscpMap(const DscpMap* map, Result& result) {
-  result.json["dscpMap"] = map == nullptr ? Json(nullptr) : Json(*map);
-  result.text += "DSCP map: " + (map == nullptr ? std::string("not told") : RunsOf(*map)) + "\n";
+Cell MapOf(const DscpMap* map) {
+  return map == nullptr ? Cell({}, "not told") : Cell(*map, RunsOf(*map));
 }
 
 Result ShowQos(Session& session, const Arguments& arguments) {
   const std::uint32_t uni = UniNumberArgument(session, arguments);
   const QosTables& tables = session.unit().device().qosTables();
-  Result result;
-  result.json["port"] = uni;
   const std::vector<RuleState> rules = RulesOf(session.unit().device().tables().upstream, uni);
-  AddRules(rules, result);
-  AddScheme(rules, result);
-  AddPolicer(session, uni, result);
-  AddRate("line rate", "lineRate", "not told", Find(tables.lineRates, uni), result);
   const DownstreamLimit* limit = Find(tables.dsLimits, uni);
-  AddRate("downstream limit", "downstreamLimit", "none", limit == nullptr ? nullptr : &limit->rate,
-          result);
-  AddDscpMap(Find(tables.dscpMaps, uni), result);
-  return result;
+  return Result()
+      .add("port", uni)
+      .add("rules", Table(kRules, rules), "no rules")
+      .addLine("scheme", "scheduling scheme, as the flows show it", SchemeOf(rules))
+      .addLine("policer", "policer", PolicerOf(session, uni))
+      .addLine("lineRate", "line rate", RateOf(Find(tables.lineRates, uni), "not told"))
+      .addLine("downstreamLimit", "downstream limit",
+               RateOf(limit == nullptr ? nullptr : &limit->rate, "none"))
+      .addLine("dscpMap", "DSCP map", MapOf(Find(tables.dscpMaps, uni)));
 }
 
 }  // namespace

@@ -1,23 +1,18 @@
 /// @file
-/// The commands about the counters of the UNI ports: what the library returns of them, their rates
-/// by the second, and the library's clear.
-#include <algorithm>
+/// The command that lists the counters of the UNI ports as the library returns them, and their rates
+/// by the second.
 #include <array>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <variant>
 #include <vector>
 
 #include <bcm6838x_port.h>
-#include <brmgr_cmd.h>
 
 #include "commands/command_rows.h"
 #include "language/failure.h"
-#include "report/text_table.h"
+#include "report/report_table.h"
 #include "session/port_argument.h"
 #include "session/session.h"
 #include "session/ticker.h"
@@ -46,15 +41,11 @@ Reading Read64(std::uint32_t uni) {
              : std::nullopt;
 }
 
-struct Counter {
-  const char* member;
-  std::string_view text;
-  Reading (*read)(std::uint32_t uni);
-};
-
 #define OCTETS(name) Read64<BCM6838X_GetPortStatistics##name>
 #define FRAMES(name) Read32<BCM6838X_GetPortStatistics##name>
-constexpr std::array kCounters = std::to_array<Counter>({
+/// Each counter of a UNI port.
+const Columns<std::uint32_t> kCounters = {
+    {"port", "counter", [](std::uint32_t uni) { return PortId::Uni(uni).name(); }},
     {"rxOctets", "received octets", OCTETS(RxOctets)},
     {"rxUnicast", "received unicast", FRAMES(RxUnicastPackets)},
     {"rxMulticast", "received multicast", FRAMES(RxMulticastPackets)},
@@ -79,7 +70,7 @@ constexpr std::array kCounters = std::to_array<Counter>({
     {"tx256to511", "transmitted of 256-511", FRAMES(Tx256to511Octets)},
     {"tx512to1023", "transmitted of 512-1023", FRAMES(Tx512to1023Octets)},
     {"tx1024to1518", "transmitted of 1024-1518", FRAMES(Tx1024to1518Octets)},
-});
+};
 #undef OCTETS
 #undef FRAMES
 
@@ -104,28 +95,6 @@ Words WordsOf(const Arguments& arguments) {
   return words;
 }
 
-Result ReadCounters(const std::vector<std::uint32_t>& ports) {
-  Result result;
-  Json& list = result.json["stats"] = Json::array();
-  Words heading = {"counter"};
-  for (const std::uint32_t uni : ports) {
-    heading.push_back(PortId::Uni(uni).name());
-    list.push_back({{"port", heading.back()}});
-  }
-  TextTable table(heading);
-  for (const Counter& counter : kCounters) {
-    Words row = {std::string(counter.text)};
-    for (std::size_t i = 0; i < ports.size(); ++i) {
-      const Reading value = counter.read(ports[i]);
-      list[i][counter.member] = value ? Json(*value) : Json(nullptr);
-      row.push_back(value ? std::to_string(*value) : "-");
-    }
-    table.add(row);
-  }
-  result.text = table.text("");
-  return result;
-}
-
 std::string RateText(double rate) {
   std::array<char, 32> text = {};
   std::snprintf(text.data(), text.size(), "%.1f", rate);
@@ -145,22 +114,19 @@ std::string RatesText(std::uint64_t now, PortId port, const PortRates& rates) {
 Result ReadRates(Session& session, const std::vector<std::uint32_t>& ports) {
   const std::uint64_t now = session.unit().clock().milliseconds();
   const auto held = session.unit().hold();
-  Result result;
-  result.json["milliseconds"] = now;
-  Json& list = result.json["rates"] = Json::array();
-  for (const std::uint32_t uni : ports) {
+  const auto report = [&](std::uint32_t uni) -> Result {
     const PortRates rates = session.rates().read(uni, now, session.unit().device().counters(uni));
-    list.push_back({{"port", PortId::Uni(uni).name()},
-                    {"rxFrames", rates.rxFrames},
-                    {"rxOctets", rates.rxOctets},
-                    {"rxDiscards", rates.rxDiscards},
-                    {"rxErrors", rates.rxErrors},
-                    {"txFrames", rates.txFrames},
-                    {"txOctets", rates.txOctets},
-                    {"txDiscards", rates.txDiscards}});
-    result.text += RatesText(now, PortId::Uni(uni), rates);
-  }
-  return result;
+    return {{{"port", PortId::Uni(uni).name()},
+             {"rxFrames", rates.rxFrames},
+             {"rxOctets", rates.rxOctets},
+             {"rxDiscards", rates.rxDiscards},
+             {"rxErrors", rates.rxErrors},
+             {"txFrames", rates.txFrames},
+             {"txOctets", rates.txOctets},
+             {"txDiscards", rates.txDiscards}},
+            RatesText(now, PortId::Uni(uni), rates)};
+  };
+  return Result().add("milliseconds", now).add("rates", Listed(ports, report));
 }
 
 /// Prints the rates of each second that passes, until there are `count` of them.
@@ -184,21 +150,6 @@ Result Watch(Session& session, const Arguments& arguments) {
   return {{{"seconds", seconds}}, ""};
 }
 
-/// The port that the newest request for counters since an event named.
-std::optional<std::uint32_t> AskedPort(Session& session, std::uint64_t since) {
-  std::optional<std::uint32_t> asked;
-  for (const virtual_onu::TraceEvent& event : session.unit().trace().events(since)) {
-    const auto* command = std::get_if<virtual_onu::CommandEvent>(&event.detail);
-    if (command != nullptr && command->code == BRMGR_CMD_PORT_STATS &&
-        command->before.size() >= sizeof(std::uint32_t)) {
-      std::uint32_t port = 0;
-      std::memcpy(&port, command->before.data(), sizeof(port));
-      asked = port;
-    }
-  }
-  return asked;
-}
-
 Result ShowStats(Session& session, const Arguments& arguments) {
   if (arguments.has("WATCH")) {
     return Watch(session, arguments);
@@ -206,25 +157,9 @@ Result ShowStats(Session& session, const Arguments& arguments) {
   if (arguments.has("COUNT")) {
     throw WrongUse("--count: expected --watch with it");
   }
-  Result result = ReadCounters(PortsOf(session, arguments));
+  const Table table(kCounters, PortsOf(session, arguments), Layout::Turned);
   session.noteChange(WordsOf(arguments));
-  return result;
-}
-
-Result ClearStats(Session& session, const Arguments& arguments) {
-  const std::uint32_t uni = UniNumberArgument(session, arguments);
-  const std::uint64_t since = session.unit().trace().next();
-  const Words clear = {"SetPortStatisticsClear", std::to_string(uni)};
-  Result result = session.perform(session.commands().findOrThrow(clear));
-  const std::optional<std::uint32_t> asked = AskedPort(session, since);
-  const std::uint32_t answered = asked ? std::max(*asked, 1U) : uni;
-  result.json["baselineOf"] = PortId::Uni(answered).name();
-  if (answered != uni) {
-    result.text += "the library asked for port " + std::to_string(*asked) +
-                   ", which the driver takes for " + PortId::Uni(answered).name() + ": " +
-                   PortId::Uni(uni).name() + " counts from the counters of that port\n";
-  }
-  return result;
+  return Result().add("stats", table);
 }
 
 }  // namespace
@@ -246,13 +181,5 @@ const Command kShowStats = {
       "show stats 1 --watch --count 2"}},
     ShowStats,
     true};
-
-const Command kClearStats = {
-    {"clear stats",
-     {{"N", ArgumentType::Number, "UNI port, from 1"}},
-     "lets the library count a port from here on; the chip's counters go on. The library's "
-     "first request for a port names port 0, which the driver takes for UNI port 1",
-     {"InitDrv\nclear stats 1\nshow stats 1"}},
-    ClearStats};
 
 }  // namespace onu

@@ -1,7 +1,6 @@
 /// @file
-/// The commands that list what left the library: trace and log.
+/// The command that lists what left the library.
 #include <cstddef>
-#include <variant>
 #include <vector>
 
 #include "commands/command_rows.h"
@@ -10,10 +9,9 @@
 
 namespace onu {
 
-using virtual_onu::LogEvent;
-using virtual_onu::TraceEvent;
-
 namespace {
+
+using virtual_onu::TraceEvent;
 
 Result ShowTrace(Session& session, const Arguments& arguments) {
   std::vector<TraceEvent> events =
@@ -22,27 +20,7 @@ Result ShowTrace(Session& session, const Arguments& arguments) {
   if (newest < events.size()) {
     events.erase(events.begin(), events.end() - static_cast<std::ptrdiff_t>(newest));
   }
-  Result result;
-  Json& list = result.json["events"] = Json::array();
-  for (const TraceEvent& event : events) {
-    list.push_back(EventToDecodedJson(event));
-    result.text += EventToText(event);
-  }
-  return result;
-}
-
-Result ShowLog(Session& session, const Arguments& arguments) {
-  const std::optional<std::uint32_t> level = arguments.optionalNumber("L");
-  Result result;
-  Json& list = result.json["log"] = Json::array();
-  for (const TraceEvent& event : session.unit().trace().events()) {
-    const auto* line = std::get_if<LogEvent>(&event.detail);
-    if (line != nullptr && line->level == level.value_or(line->level)) {
-      list.push_back(LogToJson(*line));
-      result.text += LogToText(*line);
-    }
-  }
-  return result;
+  return Result().add("events", Listed(events, ReportEvent));
 }
 
 }  // namespace
@@ -55,12 +33,5 @@ const Command kShowTrace = {
      "lists what left the library: commands with their records decoded, log lines, calls",
      {"Init\nshow trace", "Init\nshow trace 2", "Init\nshow trace since 5"}},
     ShowTrace};
-
-const Command kShowLog = {
-    {"show log",
-     {{"L", ArgumentType::Number, "only lines of this level", Presence::Optional, "level"}},
-     "lists the log lines",
-     {"show log", "config fail-device on\nInit\nshow log level 1"}},
-    ShowLog};
 
 }  // namespace onu

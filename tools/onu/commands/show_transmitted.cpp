@@ -4,6 +4,7 @@
 
 #include "commands/command_rows.h"
 #include "report/packet_report.h"
+#include "report/report_table.h"
 #include "session/session.h"
 
 namespace onu {
@@ -18,8 +19,7 @@ Result ShowTransmitted(Session& session, const Arguments& arguments) {
   if (newest < sent.size()) {
     sent.erase(sent.begin(), sent.end() - static_cast<std::ptrdiff_t>(newest));
   }
-  return {{{"transmitted", TransmissionsToJson(sent)}},
-          TransmissionsToText(sent, "nothing was transmitted")};
+  return Result().add("transmitted", TransmissionTable(sent), kNoTransmission);
 }
 
 }  // namespace

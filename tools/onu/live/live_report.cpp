@@ -2,55 +2,64 @@
 /// The tables of a live run: frames by port, and the frames in by outcome.
 #include "live/live_report.h"
 
-#include "report/text_table.h"
+#include "datapath/frame_counters.h"
+#include "language/words.h"
+#include "report/report_table.h"
 
 namespace onu {
 
 namespace {
 
 using virtual_onu::Disposition;
+using virtual_onu::OutcomeCount;
 using virtual_onu::PortId;
 using virtual_onu::PortTraffic;
 
+/// What crossed a port, and the name of its end.
+struct PortRow : PortTraffic {
+  PortId port;
+  std::string name;
+};
+
 /// The frames in that were disposed of in that way.
-std::uint64_t CountOf(const PortTraffic& traffic, Disposition disposition) {
+template <Disposition disposition>
+std::uint64_t CountOf(const PortRow& row) {
   std::uint64_t frames = 0;
-  for (const auto& [outcome, count] : traffic.outcomes) {
+  for (const auto& [outcome, count] : row.outcomes) {
     frames += virtual_onu::Describe(outcome).disposition == disposition ? count : 0;
   }
   return frames;
 }
 
-Words RowOf(PortId port, const std::string& name, const PortTraffic& traffic) {
-  Words row = {port.name(), name};
-  for (const std::uint64_t number :
-       {traffic.framesIn, traffic.octetsIn, CountOf(traffic, Disposition::Forward),
-        CountOf(traffic, Disposition::Trap), CountOf(traffic, Disposition::Drop), traffic.framesOut,
-        traffic.octetsOut, traffic.transmitted, traffic.lost, traffic.eventsLost}) {
-    row.push_back(std::to_string(number));
+Json OutcomesOf(const PortRow& row) {
+  Json outcomes = Json::object();
+  for (const auto& [outcome, frames] : row.outcomes) {
+    outcomes[virtual_onu::Describe(outcome).name] = frames;
   }
-  return row;
+  return outcomes;
 }
 
-Json ToJson(PortId port, const std::string& name, const PortTraffic& traffic) {
-  Json outcomes = Json::object();
-  for (const auto& [outcome, frames] : traffic.outcomes) {
-    outcomes[std::string(virtual_onu::Describe(outcome).name)] = frames;
-  }
-  return {{"port", port.name()},
-          {"interface", name},
-          {"framesIn", traffic.framesIn},
-          {"octetsIn", traffic.octetsIn},
-          {"forwarded", CountOf(traffic, Disposition::Forward)},
-          {"trapped", CountOf(traffic, Disposition::Trap)},
-          {"dropped", CountOf(traffic, Disposition::Drop)},
-          {"framesOut", traffic.framesOut},
-          {"octetsOut", traffic.octetsOut},
-          {"transmitted", traffic.transmitted},
-          {"lost", traffic.lost},
-          {"eventsLost", traffic.eventsLost},
-          {"outcomes", outcomes}};
-}
+const Columns<PortRow> kPorts = {
+    {"port", "port", &PortRow::port},
+    {"interface", "interface", &PortRow::name},
+    {"framesIn", "in", &PortTraffic::framesIn},
+    {"octetsIn", "octets", &PortTraffic::octetsIn},
+    {"forwarded", "forwarded", CountOf<Disposition::Forward>},
+    {"trapped", "trapped", CountOf<Disposition::Trap>},
+    {"dropped", "dropped", CountOf<Disposition::Drop>},
+    {"framesOut", "out", &PortTraffic::framesOut},
+    {"octetsOut", "octets", &PortTraffic::octetsOut},
+    {"transmitted", "transmitted", &PortTraffic::transmitted},
+    {"lost", "lost", &PortTraffic::lost},
+    {"eventsLost", "events lost", &PortTraffic::eventsLost},
+    {"outcomes", "", OutcomesOf},
+};
+
+const Columns<OutcomeCount> kOutcomes = {
+    {"", "port", &OutcomeCount::port},
+    {"", "outcome", [](const auto& count) { return virtual_onu::Describe(count.outcome).name; }},
+    {"", "frames in", &OutcomeCount::frames},
+};
 
 /// The kinds of what leaves the library, in the order of the trace's variant.
 struct Kind {
@@ -75,43 +84,32 @@ void TraceCounts::add(const std::vector<virtual_onu::TraceEvent>& events) {
   }
 }
 
-Json TraceCounts::json() const {
+Result TraceCounts::report() const {
   Json json = Json::object();
-  for (std::size_t i = 0; i < kKinds.size(); ++i) {
-    json[kKinds.at(i).member] = counts_.at(i);
-  }
-  return json;
-}
-
-std::string TraceCounts::text() const {
   Words parts;
   for (std::size_t i = 0; i < kKinds.size(); ++i) {
+    const Kind& kind = kKinds.at(i);
     const std::uint64_t count = counts_.at(i);
-    parts.push_back(std::to_string(count) + " " +
-                    (count == 1 ? kKinds.at(i).one : kKinds.at(i).many));
+    json[kind.member] = count;
+    parts.push_back(std::to_string(count) + " " + (count == 1 ? kind.one : kind.many));
   }
-  return "trace: " + Join(parts, ", ") + "\n";
+  return {json, "trace: " + Join(parts, ", ") + "\n"};
 }
 
 Result ReportLive(const LiveRun& run) {
-  Result result;
-  Json& list = result.json["ports"] = Json::array();
-  TextTable ports({"port", "interface", "in", "octets", "forwarded", "trapped", "dropped", "out",
-                   "octets", "transmitted", "lost", "events lost"});
-  TextTable outcomes({"port", "outcome", "frames in"});
-  for (const auto& [port, counts] : run.traffic) {
+  std::vector<PortRow> ports;
+  std::vector<OutcomeCount> outcomes;
+  for (const auto& [port, traffic] : run.traffic) {
     const auto found = run.names.find(port);
-    const std::string name = found == run.names.end() ? "-" : found->second;
-    list.push_back(ToJson(port, name, counts));
-    ports.add(RowOf(port, name, counts));
-    for (const auto& [outcome, frames] : counts.outcomes) {
-      outcomes.add(
-          {port.name(), std::string(virtual_onu::Describe(outcome).name), std::to_string(frames)});
+    ports.push_back({traffic, port, found == run.names.end() ? "-" : found->second});
+    for (const auto& [outcome, frames] : traffic.outcomes) {
+      outcomes.push_back({port, outcome, frames});
     }
   }
-  result.json["trace"] = run.trace.json();
-  result.text = ports.text("") + outcomes.text("no frames came in") + run.trace.text();
-  return result;
+  return Result()
+      .add("ports", Table(kPorts, ports))
+      .add("", Table(kOutcomes, outcomes), "no frames came in")
+      .add("trace", run.trace.report());
 }
 
 }  // namespace onu

@@ -11,7 +11,7 @@
 
 #include "base/trace.h"
 #include "live/pump.h"
-#include "session/session.h"
+#include "report/result.h"
 
 namespace onu {
 
@@ -20,9 +20,8 @@ class TraceCounts {
  public:
   void add(const std::vector<virtual_onu::TraceEvent>& events);
 
-  [[nodiscard]] Json json() const;
-  /// "trace: 3 commands, 1 log line, ...", one line.
-  [[nodiscard]] std::string text() const;
+  /// The counts; in words "trace: 3 commands, 1 log line, ...".
+  [[nodiscard]] Result report() const;
 
  private:
   std::array<std::uint64_t, std::variant_size_v<virtual_onu::TraceDetail>> counts_ = {};

@@ -126,7 +126,7 @@ Json EventToJson(const TraceEvent& event) {
   return json;
 }
 
-Json EventToDecodedJson(const TraceEvent& event) {
+Result ReportEvent(const TraceEvent& event) {
   Json json = EventToJson(event);
   const auto* command = std::get_if<CommandEvent>(&event.detail);
   const RecordInfo* record = command == nullptr ? nullptr : RecordOf(command->code);
@@ -135,12 +135,8 @@ Json EventToDecodedJson(const TraceEvent& event) {
     json["sent"] = FieldsToJson(*record, command->before);
     json["returned"] = FieldsToJson(*record, command->after);
   }
-  return json;
-}
-
-std::string EventToText(const TraceEvent& event) {
-  return std::to_string(event.sequence) + " at " + std::to_string(event.milliseconds) +
-         " ms: " + std::visit(TextWriter(), event.detail);
+  return {json, std::to_string(event.sequence) + " at " + std::to_string(event.milliseconds) +
+                    " ms: " + std::visit(TextWriter(), event.detail)};
 }
 
 Json LogToJson(const LogEvent& line) {

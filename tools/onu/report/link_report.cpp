@@ -1,41 +1,38 @@
 /// @file
-/// Rendering of links.
+/// The columns of links.
 #include "report/link_report.h"
+
+#include "report/report_table.h"
 
 namespace onu {
 
 namespace {
 
 using virtual_onu::Link;
-using virtual_onu::PauseUse;
 
-std::string PauseText(const PauseUse& pause) {
-  if (pause.transmit && pause.receive) {
+std::string_view PauseText(const Link& link) {
+  if (link.pause.transmit && link.pause.receive) {
     return "both";
   }
-  if (pause.transmit) {
+  if (link.pause.transmit) {
     return "transmit";
   }
-  return pause.receive ? "receive" : "none";
+  return link.pause.receive ? "receive" : "none";
 }
 
 }  // namespace
 
-Json LinkToJson(const std::optional<Link>& link) {
-  if (!link) {
-    return nullptr;
-  }
-  return {{"speed", link->mode.speed},
-          {"duplex", link->mode.fullDuplex ? "full" : "half"},
-          {"pause", PauseText(link->pause)}};
+const Columns<Link>& LinkColumns() {
+  static const Columns<Link> columns = {
+      {"speed", "speed", [](const auto& link) { return link.mode.speed; }},
+      {"duplex", "duplex", [](const auto& link) { return link.mode.fullDuplex ? "full" : "half"; }},
+      {"pause", "pause", PauseText},
+  };
+  return columns;
 }
 
-Words LinkWords(const std::optional<Link>& link) {
-  if (!link) {
-    return {"down", "-", "-", "-"};
-  }
-  return {"up", std::to_string(link->mode.speed), link->mode.fullDuplex ? "full" : "half",
-          PauseText(link->pause)};
+Json LinkToJson(const std::optional<Link>& link) {
+  return link ? ToJson(LinkColumns(), *link) : Json();
 }
 
 }  // namespace onu

@@ -1,19 +1,18 @@
 /// @file
-/// A port's link, as JSON and as text.
+/// What reports say of a port's link.
 #pragma once
 
 #include <optional>
 
-#include "language/words.h"
 #include "phy/phy.h"
-#include "report/json.h"
+#include "report/report_table.h"
 
 namespace onu {
 
-/// Speed, duplex mode and pause of a link; null while it is down.
-Json LinkToJson(const std::optional<virtual_onu::Link>& link);
+/// Speed, duplex mode and pause of a link that is up.
+const Columns<virtual_onu::Link>& LinkColumns();
 
-/// State, speed, duplex mode and pause, one word each; "-" where a link that is down has none.
-Words LinkWords(const std::optional<virtual_onu::Link>& link);
+/// The same as an object; null while the link is down.
+Json LinkToJson(const std::optional<virtual_onu::Link>& link);
 
 }  // namespace onu

@@ -2,6 +2,8 @@
 /// Rendering of what the tables of addresses decided.
 #include "report/switching_report.h"
 
+#include <string>
+
 #include "base/text.h"
 #include "language/words.h"
 
@@ -30,47 +32,35 @@ std::string RuleToText(const MacDecision& decision) {
 
 }  // namespace
 
-Json MacDecisionToJson(const virtual_onu::Verdict& verdict) {
+Result ReportMacDecision(const virtual_onu::Verdict& verdict) {
   if (!verdict.macDecision) {
-    return nullptr;
+    return {nullptr};
   }
   const MacDecision& decision = *verdict.macDecision;
-  return {{"rule", std::string(Name(decision.rule))},
-          {"mac", virtual_onu::FormatMac(decision.key.mac)},
-          {"vlan", decision.key.vid},
-          {"port", decision.port.name()}};
+  const std::string mac = virtual_onu::FormatMac(decision.key.mac);
+  return {{{"rule", Name(decision.rule)},
+           {"mac", mac},
+           {"vlan", decision.key.vid},
+           {"port", decision.port.name()}},
+          "MAC table: " + mac + " in VLAN " + std::to_string(decision.key.vid) + " " +
+              RuleToText(decision) + "\n"};
 }
 
-std::string MacDecisionToText(const virtual_onu::Verdict& verdict) {
-  if (!verdict.macDecision) {
-    return "";
-  }
-  const MacDecision& decision = *verdict.macDecision;
-  return "MAC table: " + virtual_onu::FormatMac(decision.key.mac) + " in VLAN " +
-         std::to_string(decision.key.vid) + " " + RuleToText(decision) + "\n";
-}
-
-Json GroupDecisionToJson(const virtual_onu::Verdict& verdict) {
+Result ReportGroupDecision(const virtual_onu::Verdict& verdict) {
   if (!verdict.groupDecision) {
-    return nullptr;
-  }
-  const virtual_onu::GroupDecision& decision = *verdict.groupDecision;
-  return {{"address", virtual_onu::FormatIp(decision.group.address)},
-          {"vlan", decision.group.vid},
-          {"entries", decision.entries}};
-}
-
-std::string GroupDecisionToText(const virtual_onu::Verdict& verdict) {
-  if (!verdict.groupDecision) {
-    return "";
+    return {nullptr};
   }
   const virtual_onu::GroupDecision& decision = *verdict.groupDecision;
   Words entries;
   for (const std::uint32_t entry : decision.entries) {
     entries.push_back(std::to_string(entry));
   }
-  return "multicast group: " + decision.group.text() + ", " +
-         (entries.empty() ? "no group entries" : "group entries " + Join(entries, ", ")) + "\n";
+  return {{{"address", virtual_onu::FormatIp(decision.group.address)},
+           {"vlan", decision.group.vid},
+           {"entries", decision.entries}},
+          "multicast group: " + decision.group.text() + ", " +
+              (entries.empty() ? "no group entries" : "group entries " + Join(entries, ", ")) +
+              "\n"};
 }
 
 }  // namespace onu

@@ -4,6 +4,8 @@
 
 #include <map>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "datapath/outcome.h"
 #include "frame/summary.h"
@@ -22,61 +24,84 @@ std::string NameOf(virtual_onu::Outcome outcome) {
   return std::string(virtual_onu::Describe(outcome).name);
 }
 
-Json DeliveriesToJson(const Verdict& verdict) {
-  Json deliveries = Json::array();
-  for (const virtual_onu::Delivery& delivery : verdict.deliveries) {
-    deliveries.push_back({{"port", delivery.port.name()},
-                          {"rule", delivery.rule.empty() ? Json(nullptr) : Json(delivery.rule)},
-                          {"vlanActionIndex", OrNull(delivery.vlanActionIndex)},
-                          {"steps", delivery.steps},
-                          {"frame", FrameToJson(delivery.frame)}});
+template <typename Ports>
+Words NamesOf(const Ports& ports) {
+  Words names;
+  for (const virtual_onu::PortId port : ports) {
+    names.push_back(port.name());
   }
-  return deliveries;
+  return names;
 }
 
-Json ClosedToJson(const Verdict& verdict) {
-  Json closed = Json::array();
-  for (const virtual_onu::ClosedPort& port : verdict.closed) {
-    closed.push_back({{"port", port.port.name()}, {"outcome", NameOf(port.outcome)}});
+/// How the frame leaves by a port; people read it where the port's VLAN configuration was asked.
+Result ReportDelivery(const virtual_onu::Delivery& delivery) {
+  const bool asked = !delivery.rule.empty();
+  const auto& action = delivery.vlanActionIndex;
+  const Json frame = FrameToJson(delivery.frame);
+  const Json json = {{"port", delivery.port.name()},
+                     {"rule", asked ? Json(delivery.rule) : Json()},
+                     {"vlanActionIndex", OrNull(action)},
+                     {"steps", delivery.steps},
+                     {"frame", frame}};
+  if (!asked) {
+    return {json};
   }
-  return closed;
+  return {json, "to " + delivery.port.name() + ": " + delivery.rule +
+                    (action ? ", VLAN action " + std::to_string(*action) + " of the port" : "") +
+                    "\n" + ListedLines(delivery.steps, "  ").text + "  " +
+                    frame["summary"].get<std::string>() + "\n"};
 }
 
-Json CopiesToJson(const Verdict& verdict) {
-  Json copies = Json::array();
-  for (const virtual_onu::MirrorCopy& copy : verdict.copies) {
-    copies.push_back({{"port", copy.port.name()},
-                      {"of", copy.of.name()},
-                      {"when", copy.received ? "received" : "transmitted"},
-                      {"outcome", NameOf(copy.outcome)},
-                      {"frame", FrameToJson(copy.frame)}});
-  }
-  return copies;
+Result ReportClosed(const virtual_onu::ClosedPort& closed) {
+  return {{{"port", closed.port.name()}, {"outcome", NameOf(closed.outcome)}},
+          "not to " + closed.port.name() + ": " + NameOf(closed.outcome) + "\n"};
+}
+
+Result ReportCopy(const virtual_onu::MirrorCopy& copy) {
+  const std::string when = copy.received ? "received" : "transmitted";
+  return {{{"port", copy.port.name()},
+           {"of", copy.of.name()},
+           {"when", when},
+           {"outcome", NameOf(copy.outcome)},
+           {"frame", FrameToJson(copy.frame)}},
+          "copy of the frame " + when + " at " + copy.of.name() + ", to " + copy.port.name() +
+              ": " + NameOf(copy.outcome) + "\n"};
+}
+
+std::string OutcomeToText(const Verdict& verdict) {
+  const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
+  const std::string to = verdict.egress().empty() ? "" : " to " + DestinationOf(verdict);
+  return "outcome: " + std::string(outcome.name) + ", " +
+         std::string(DispositionDone(outcome.disposition)) + to + " (" + std::string(outcome.text) +
+         ")\n";
+}
+
+std::string NeighbourToText(const Verdict& verdict) {
+  return verdict.neighbour
+             ? "switched locally: the destination was seen at " + verdict.neighbour->name() + "\n"
+             : "";
 }
 
 }  // namespace
 
-Json VerdictToJson(const Verdict& verdict) {
+Result ReportVerdict(const Verdict& verdict) {
   const virtual_onu::OutcomeInfo& outcome = virtual_onu::Describe(verdict.outcome);
-  Json egress = Json::array();
-  for (const virtual_onu::PortId port : verdict.egress()) {
-    egress.push_back(port.name());
-  }
-  return {{"dir", verdict.dir == 0 ? "ds" : "us"},
-          {"disposition", std::string(virtual_onu::Name(outcome.disposition))},
-          {"outcome", NameOf(verdict.outcome)},
-          {"icIndex", OrNull(verdict.icIndex)},
-          {"flowIndex", OrNull(verdict.flowIndex)},
-          {"vlanActionIndex", OrNull(verdict.vlanActionIndex)},
-          {"policer", PolicerToJson(verdict)},
-          {"remark", RemarkToJson(verdict)},
-          {"queue", OrNull(verdict.queue)},
-          {"mac", MacDecisionToJson(verdict)},
-          {"group", GroupDecisionToJson(verdict)},
-          {"egress", egress},
-          {"deliveries", DeliveriesToJson(verdict)},
-          {"closed", ClosedToJson(verdict)},
-          {"copies", CopiesToJson(verdict)}};
+  return Result()
+      .add("dir", verdict.dir == 0 ? "ds" : "us")
+      .add("disposition", virtual_onu::Name(outcome.disposition))
+      .add("outcome", outcome.name, OutcomeToText(verdict))
+      .add("icIndex", OrNull(verdict.icIndex))
+      .add("flowIndex", OrNull(verdict.flowIndex))
+      .add("vlanActionIndex", OrNull(verdict.vlanActionIndex))
+      .add("policer", ReportPolicer(verdict).json)
+      .add("remark", ReportRemark(verdict).json)
+      .add("queue", OrNull(verdict.queue))
+      .add("mac", ReportMacDecision(verdict))
+      .add("group", ReportGroupDecision(verdict))
+      .add("egress", NamesOf(verdict.egress()), NeighbourToText(verdict))
+      .add("deliveries", Listed(verdict.deliveries, ReportDelivery))
+      .add("closed", Listed(verdict.closed, ReportClosed))
+      .add("copies", Listed(verdict.copies, ReportCopy));
 }
 
 Json FrameToJson(const virtual_onu::Bytes& frame) {
@@ -94,11 +119,7 @@ std::string DestinationOf(const Verdict& verdict) {
     case Disposition::Forward:
       break;
   }
-  Words ports;
-  for (const virtual_onu::PortId port : verdict.egress()) {
-    ports.push_back(port.name());
-  }
-  return Join(ports, ",");
+  return Join(NamesOf(verdict.egress()), ",");
 }
 
 std::string CopiesOf(const Verdict& verdict) {
@@ -111,11 +132,7 @@ std::string CopiesOf(const Verdict& verdict) {
   }
   Words groups;
   for (const auto& [outcome, group] : ports) {
-    Words names;
-    for (const virtual_onu::PortId port : group) {
-      names.push_back(port.name());
-    }
-    groups.push_back(NameOf(outcome) + ": " + Join(names, ","));
+    groups.push_back(NameOf(outcome) + ": " + Join(NamesOf(group), ","));
   }
   return groups.empty() ? "" : " (" + Join(groups, "; ") + ")";
 }

@@ -6,13 +6,13 @@
 
 #include "base/bytes.h"
 #include "datapath/data_path.h"
-#include "report/json.h"
+#include "report/result.h"
 
 namespace onu {
 
 /// The verdict without the frame: disposition, outcome, what decided, and copies for the mirror
-/// port.
-Json VerdictToJson(const virtual_onu::Verdict& verdict);
+/// port. For people, lines from the outcome on.
+Result ReportVerdict(const virtual_onu::Verdict& verdict);
 
 /// A frame: its bytes in hexadecimal, its length, and a summary.
 Json FrameToJson(const virtual_onu::Bytes& frame);

@@ -3,11 +3,13 @@
 #include "report/vlan_config_report.h"
 
 #include <algorithm>
-#include <span>
+#include <cstddef>
+#include <string>
 
 #include "datapath/port_vlan_rule.h"
 #include "language/words.h"
 #include "report/chip_report.h"
+#include "report/report_table.h"
 
 namespace onu {
 
@@ -21,69 +23,56 @@ bool IsUsed(const Entry& entry) {
   return std::ranges::any_of(BytesOf(entry), [](std::uint8_t byte) { return byte != 0; });
 }
 
-/// What `render` makes of each used entry of a list.
-template <typename Entry, std::size_t size, typename Render>
-auto RenderUsed(const Entry (&list)[size], Render render) {
-  std::vector<decltype(render(list[0]))> rendered;
+Cell CellOf(const PortVlanTrunkEntry& entry) {
+  return entry.vid;
+}
+
+Cell CellOf(const PortVlanTransEntry& entry) {
+  return {{{"localVid", entry.localVid},
+           {"netVid", entry.netVid},
+           {"usPriority", entry.usPriority},
+           {"dsPriority", entry.dsPriority}},
+          std::to_string(entry.localVid) + "<->" + std::to_string(entry.netVid) + " (up " +
+              std::to_string(entry.usPriority) + ", down " + std::to_string(entry.dsPriority) +
+              ")"};
+}
+
+Cell CellOf(const PortVlanStackEntry& entry) {
+  return {
+      {{"cvid", entry.cvid}, {"svid", entry.svid}, {"stackParam", entry.stackParam}},
+      std::to_string(entry.cvid & kVidMask) + " in " + std::to_string(entry.svid) +
+          (entry.stackParam == 2 ? "" : " (parameter " + std::to_string(entry.stackParam) + ")")};
+}
+
+/// The used entries of a list; people read nothing of a list without.
+template <typename Entry, std::size_t size>
+Result ReportList(const std::string& name, const Entry (&list)[size]) {
+  Json values = Json::array();
+  Words texts;
   for (const Entry& entry : list) {
     if (IsUsed(entry)) {
-      rendered.push_back(render(entry));
+      const Cell cell = CellOf(entry);
+      values.push_back(cell.json);
+      texts.push_back(cell.text);
     }
   }
-  return rendered;
-}
-
-Json ToJson(const PortVlanTransEntry& entry) {
-  return {{"localVid", entry.localVid},
-          {"netVid", entry.netVid},
-          {"usPriority", entry.usPriority},
-          {"dsPriority", entry.dsPriority}};
-}
-
-Json ToJson(const PortVlanStackEntry& entry) {
-  return {{"cvid", entry.cvid}, {"svid", entry.svid}, {"stackParam", entry.stackParam}};
-}
-
-std::string ToText(const PortVlanTransEntry& entry) {
-  return std::to_string(entry.localVid) + "<->" + std::to_string(entry.netVid) + " (up " +
-         std::to_string(entry.usPriority) + ", down " + std::to_string(entry.dsPriority) + ")";
-}
-
-std::string ToText(const PortVlanStackEntry& entry) {
-  return std::to_string(entry.cvid & kVidMask) + " in " + std::to_string(entry.svid) +
-         (entry.stackParam == 2 ? "" : " (parameter " + std::to_string(entry.stackParam) + ")");
-}
-
-std::string Line(const std::string& name, const Words& entries) {
-  return entries.empty() ? "" : name + " " + Join(entries, ", ") + "\n";
+  return {values, texts.empty() ? "" : name + " " + Join(texts, ", ") + "\n"};
 }
 
 }  // namespace
 
-Json VlanConfigToJson(const PortVlanInfo& info) {
-  const auto toJson = [](const auto& entry) { return ToJson(entry); };
-  return {{"mode", virtual_onu::VlanModeName(info.vlanMode)},
-          {"vlanMode", info.vlanMode},
-          {"pvid", info.pvid},
-          {"priority", info.priority},
-          {"tpid", info.tpid},
-          {"stackingEnable", info.stackingEnable},
-          {"trunkList",
-           RenderUsed(info.trunkList, [](const PortVlanTrunkEntry& entry) { return entry.vid; })},
-          {"translationList", RenderUsed(info.translationList, toJson)},
-          {"stackingList", RenderUsed(info.stackingList, toJson)}};
-}
-
-std::string VlanConfigToText(const PortVlanInfo& info) {
-  const auto toText = [](const auto& entry) { return ToText(entry); };
-  return "mode " + virtual_onu::VlanModeName(info.vlanMode) + "\nPVID " +
-         std::to_string(info.pvid) + " priority " + std::to_string(info.priority) + "\n" +
-         Line("trunk list", RenderUsed(info.trunkList,
-                                       [](const PortVlanTrunkEntry& entry) {
-                                         return std::to_string(entry.vid);
-                                       })) +
-         Line("translation list", RenderUsed(info.translationList, toText)) +
-         Line("stacking list", RenderUsed(info.stackingList, toText));
+Result ReportVlanConfig(const PortVlanInfo& info) {
+  const std::string mode = virtual_onu::VlanModeName(info.vlanMode);
+  return Result()
+      .add("mode", mode, "mode " + mode + "\n")
+      .add("vlanMode", info.vlanMode)
+      .add("pvid", info.pvid, "PVID " + std::to_string(info.pvid))
+      .add("priority", info.priority, " priority " + std::to_string(info.priority) + "\n")
+      .add("tpid", info.tpid)
+      .add("stackingEnable", info.stackingEnable)
+      .add("trunkList", ReportList("trunk list", info.trunkList))
+      .add("translationList", ReportList("translation list", info.translationList))
+      .add("stackingList", ReportList("stacking list", info.stackingList));
 }
 
 }  // namespace onu
