@@ -30,7 +30,6 @@ struct TableRow {
   using Record = RowRecord;
   static constexpr uint32_t kLength = length;
   static constexpr uint32_t kFlag = flag;
-  static constexpr uint32_t kOtherFlag = otherFlag;
   static constexpr bool kHasRecord = !kIsSame<Record, void>;
   /// Whether the record ends with its frame.
   static constexpr bool kIsVariable = length == BRMGR_LENGTH_VARIABLE;
@@ -41,7 +40,8 @@ struct TableRow {
 
   /// Whether any sender sends the command with that flag.
   static constexpr bool isSentWith(uint32_t wanted) {
-    return wanted == kFlag || wanted == kOtherFlag;
+    // NOLINTNEXTLINE(misc-redundant-expression) most rows name one flag twice
+    return wanted == flag || wanted == otherFlag;
   }
 };
 

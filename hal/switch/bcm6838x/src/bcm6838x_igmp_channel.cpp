@@ -154,12 +154,15 @@ uint16_t BCM6838X_FindTargetMcastChanSlot(const uint8_t* ipv4, const uint8_t* ip
     return kNoSlot;
   }
   const uint32_t uni = UniPort(port);
-  // Required: group-compares-one-family
-  const bool isIpv6 = memcmp(ipv4, kNoIpv4, sizeof(kNoIpv4)) == 0;
-  return SlotOf(FirstOf(g_mcastChannelInfo, [&](const McastChannelInfo& channel) {
-    // Required: group-search-ignores-in-use
-    return channel.port == uni && (isIpv6 ? memcmp(channel.ipv6, ipv6, sizeof(channel.ipv6)) == 0
-                                          : memcmp(channel.ipv4, ipv4, sizeof(channel.ipv4)) == 0);
+  // A search for each family, since one that asks for the family at each slot is slower.
+  // Required: group-compares-one-family, group-search-ignores-in-use
+  if (memcmp(ipv4, kNoIpv4, sizeof(kNoIpv4)) == 0) {
+    return SlotOf(FirstOf(g_mcastChannelInfo, [uni, ipv6](const McastChannelInfo& channel) {
+      return channel.port == uni && memcmp(channel.ipv6, ipv6, sizeof(channel.ipv6)) == 0;
+    }));
+  }
+  return SlotOf(FirstOf(g_mcastChannelInfo, [uni, ipv4](const McastChannelInfo& channel) {
+    return channel.port == uni && memcmp(channel.ipv4, ipv4, sizeof(channel.ipv4)) == 0;
   }));
 }
 
