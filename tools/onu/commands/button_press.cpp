@@ -23,7 +23,6 @@ Result PressButton(Session& session, const Arguments& arguments) {
     unit.clock().advance(duration);
     listening = unit.monitor().tell(virtual_onu::ButtonMessage(false)) && listening;
   });
-  const std::string held = "button pressed for " + std::to_string(duration) + " ms\n";
   Result result;
   result.add("milliseconds", duration)
       .addText("button pressed for " + std::to_string(duration) + " ms\n" + seen.console)

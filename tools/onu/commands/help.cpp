@@ -7,7 +7,6 @@
 #include "commands/command_rows.h"
 #include "commands/help_markdown.h"
 #include "language/failure.h"
-#include "report/text_table.h"
 #include "session/session.h"
 
 namespace onu {
