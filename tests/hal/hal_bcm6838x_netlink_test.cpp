@@ -16,10 +16,10 @@
 
 #include <hal_bcm6838x.h>
 
+#include "hal/packet/packet_bytes.h"
 #include "link_report.h"
 #include "monitor/netlink_message.h"
 #include "monitor_fixture.h"
-#include "hal/packet/packet_bytes.h"
 
 namespace hal_test {
 namespace {

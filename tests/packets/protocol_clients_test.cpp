@@ -1,6 +1,8 @@
 /// @file
 /// Frames on their way from a port through event and library to the protocol clients, and what
 /// serving clients make of them.
+#include "clients/protocol_clients.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -12,7 +14,6 @@
 #include <hal_bcm6838x.h>
 
 #include "clients/client_recorder.h"
-#include "clients/protocol_clients.h"
 #include "device/event_record.h"
 #include "hal/packet/packet_bytes.h"
 #include "packet_fixture.h"

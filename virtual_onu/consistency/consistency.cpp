@@ -69,6 +69,18 @@ FlowName NameOf(const IngressFlowRule& flow) {
   return {DirectionOf(flow.dir), flow.icIndex, flow.flowIndex};
 }
 
+/// Hands over each flow of the chip, with its name.
+template <typename Action>
+void ForEachFlow(const ChipTables& chip, Action action) {
+  for (const DirectionTables* direction : {&chip.downstream, &chip.upstream}) {
+    for (const auto& [icIndex, ingressClass] : direction->classes) {
+      for (const auto& [flowIndex, flow] : ingressClass.flows) {
+        action(FlowName(DirectionOf(flow.dir), icIndex, flowIndex), flow);
+      }
+    }
+  }
+}
+
 void CheckFlows(const LibraryTables& library, const ChipTables& chip, Findings& findings) {
   std::set<FlowName> known;
   for (const IngressFlowRule& flow : library.downstreamFlows) {
@@ -78,15 +90,11 @@ void CheckFlows(const LibraryTables& library, const ChipTables& chip, Findings& 
     known.insert(NameOf(recorded.flow));
   }
   std::set<FlowName> existing;
-  for (const DirectionTables* direction : {&chip.downstream, &chip.upstream}) {
-    for (const auto& [icIndex, ingressClass] : direction->classes) {
-      for (const auto& [flowIndex, flow] : ingressClass.flows) {
-        if (IsVlanFlow(flow)) {
-          existing.insert({DirectionOf(flow.dir), icIndex, flowIndex});
-        }
-      }
+  ForEachFlow(chip, [&existing](const FlowName& name, const IngressFlowRule& flow) {
+    if (IsVlanFlow(flow)) {
+      existing.insert(name);
     }
-  }
+  });
   Compare(
       known, existing, [](const FlowName& name) { return Text(name); }, findings);
 }
@@ -94,15 +102,11 @@ void CheckFlows(const LibraryTables& library, const ChipTables& chip, Findings& 
 /// Actions that only flows outside the VLAN modes name.
 std::set<ActionName> ForeignActions(const ChipTables& chip) {
   std::set<ActionName> foreign;
-  for (const DirectionTables* direction : {&chip.downstream, &chip.upstream}) {
-    for (const auto& [icIndex, ingressClass] : direction->classes) {
-      for (const auto& [flowIndex, flow] : ingressClass.flows) {
-        if (!IsVlanFlow(flow) && flow.vlanActionIndex != BRMGR_INDEX_NONE) {
-          foreign.insert({DirectionOf(flow.dir), flow.vlanActionIndex});
-        }
-      }
+  ForEachFlow(chip, [&foreign](const FlowName& name, const IngressFlowRule& flow) {
+    if (!IsVlanFlow(flow) && flow.vlanActionIndex != BRMGR_INDEX_NONE) {
+      foreign.insert({std::get<0>(name), flow.vlanActionIndex});
     }
-  }
+  });
   return foreign;
 }
 

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include <bcm6838x_vlan_port.h>
+#include <brmgr_cmd.h>
 #include <hal_bcm6838x.h>
 
 #include "capture_fixture.h"
