@@ -53,7 +53,7 @@ Result CapturePackets(Session& session, const Arguments& arguments) {
     taken.text += one.text;
   }
   const std::size_t pending = unit.device().pendingEvents();
-  const Result result =
+  Result result =
       Result()
           .add("events", taken.json, taken.json.empty() ? "no event was taken\n" : taken.text)
           .add("transmitted", TransmissionTable(unit.transmissions(first)), kNoTransmission)

@@ -72,9 +72,9 @@ template <typename Row, typename Part>
 Columns<Row> Within(std::string_view outer, const Columns<Part>& columns,
                     std::type_identity_t<std::function<std::optional<Part>(const Row&)>> part) {
   Columns<Row> within;
-  for (const auto& [member, heading, value, none] : columns) {
-    within.push_back({member, heading,
-                      [part, value](const Row& row) {
+  for (const Column<Part>& column : columns) {
+    within.push_back({column.member, column.heading,
+                      [part, value = column.value](const Row& row) {
                         const std::optional<Part> there = part(row);
                         Cell cell = there ? value(*there) : Cell();
                         cell.absent = !there;
