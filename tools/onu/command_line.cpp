@@ -59,9 +59,9 @@ LiveSubcommand::LiveSubcommand(CLI::App& app)
           "live", "binds ports to TAP interfaces: real programs talk through the unit")) {
   live_
       ->add_option("--wan", bindings_[PortId::Wan()],
-                   "the WAN side's end: tap:NAME for a TAP interface, which is made when there is "
-                   "none, tap:NAME@NETNS for one in a network namespace, fd:N for an open socket "
-                   "that keeps frames apart")
+                   "the WAN side's end: tap:NAME for a TAP interface, which is made "
+                   "when there is none, tap:NAME@NETNS for one in a network namespace, "
+                   "fd:N for an open socket that keeps frames apart")
       ->type_name("END");
   for (std::uint32_t uni = 1; uni <= virtual_onu::kMaxUniPorts; ++uni) {
     const PortId port = PortId::Uni(uni);
@@ -73,8 +73,8 @@ LiveSubcommand::LiveSubcommand(CLI::App& app)
   }
   live_
       ->add_option("--script", script_,
-                   "configures the unit, - for standard input; without it the library is started "
-                   "and the bound ports are up and transparent")
+                   "configures the unit, - for standard input; "
+                   "without it the library is started and the bound ports are up and transparent")
       ->type_name("FILE");
   live_->add_option("--for", seconds_, "ends by itself; without it, by Ctrl-C or SIGTERM")
       ->type_name("SECONDS")
@@ -117,8 +117,8 @@ CommandLine ReadCommandLine(int argc, const char* const* argv) {
   app.add_flag("--log", line.log, "shows log lines as they come");
   app.add_flag("--keep-going", line.keepGoing, "goes on behind an error");
   app.add_option("--config", line.config,
-                 "sets a key of the configuration at the start, \"eth=2\" or \"feature=27,0\"; may "
-                 "be repeated")
+                 "sets a key of the configuration at the start, \"eth=2\" or \"feature=27,0\"; "
+                 "may be repeated")
       ->allow_extra_args(false)
       ->type_name("KEY=VALUE");
   CLI::App* run = app.add_subcommand("run", "runs a script");

@@ -88,8 +88,8 @@ constexpr std::string_view kPort = "a port 0..65535";
 constexpr std::array kRules = {
     WordRule{
         .help = {"dst", "MAC",
-                 "destination MAC address; without it the one that the protocol or the IP address "
-                 "calls for, else 02:00:00:00:00:02"},
+                 "destination MAC address; without it the one that the protocol "
+                 "or the IP address calls for, else 02:00:00:00:00:02"},
         .expected = kMac,
         .apply = [](FrameDraft& draft,
                     std::string_view argument) { return TakeMac(draft.parts.dstMac, argument); }},
@@ -165,58 +165,65 @@ constexpr std::array kRules = {
              .protocol = &kPppoeProtocol},
     WordRule{.help = {"stp", "", "configuration BPDU to 01:80:c2:00:00:00"},
              .protocol = &kStpProtocol},
-    WordRule{.help = {"sip", "ADDR",
-                      "source IP address; 192.0.2.1 or 2001:db8::1 without it, in mld fe80::1"},
-             .expected = kAddress,
-             .apply =
-                 [](FrameDraft& draft, std::string_view argument) {
-                   return TakeAddress(draft, draft.parts.srcIp, argument);
-                 },
-             .need = Need::Addresses},
-    WordRule{.help = {"dip", "ADDR",
-                      "destination IP address; 192.0.2.2 or 2001:db8::2 without it, in igmp "
-                      "233.252.0.1, in mld ff0e::db8:0:1"},
-             .expected = kAddress,
-             .apply =
-                 [](FrameDraft& draft, std::string_view argument) {
-                   return TakeAddress(draft, draft.parts.dstIp, argument);
-                 },
-             .need = Need::Addresses},
-    WordRule{.help = {"sport", "N", "source port; 49152 without it"},
-             .expected = kPort,
-             .apply =
-                 [](FrameDraft& draft, std::string_view argument) {
-                   return Take(draft.parts.srcPort, argument, kMaxPort);
-                 },
-             .need = Need::Ports},
-    WordRule{.help = {"dport", "N", "destination port; 9 without it"},
-             .expected = kPort,
-             .apply =
-                 [](FrameDraft& draft, std::string_view argument) {
-                   return Take(draft.parts.dstPort, argument, kMaxPort);
-                 },
-             .need = Need::Ports},
-    WordRule{.help = {"dscp", "N", "differentiated services code point, 0..63"},
-             .expected = "a code point 0..63",
-             .apply =
-                 [](FrameDraft& draft, std::string_view argument) {
-                   return Take(draft.parts.dscp, argument, kMaxDscp);
-                 },
-             .need = Need::Ip},
-    WordRule{.help = {"ttl", "N", "time to live or hop limit; 64 without it, 1 in igmp and mld"},
-             .expected = "a number 0..255",
-             .apply =
-                 [](FrameDraft& draft, std::string_view argument) {
-                   return Take(draft.parts.ttl, argument, kMaxByte);
-                 },
-             .need = Need::Ip},
-    WordRule{.help = {"proto", "N", "IP protocol number; 253 in a packet without a protocol"},
-             .expected = "a number 0..255",
-             .apply =
-                 [](FrameDraft& draft, std::string_view argument) {
-                   return Take(draft.parts.ipProtocol, argument, kMaxByte);
-                 },
-             .need = Need::Ip},
+    WordRule{
+        .help = {"sip", "ADDR",
+                 "source IP address; 192.0.2.1 or 2001:db8::1 without it, in mld fe80::1"},
+        .expected = kAddress,
+        .apply =
+            [](FrameDraft& draft, std::string_view argument) {
+              return TakeAddress(draft, draft.parts.srcIp, argument);
+            },
+        .need = Need::Addresses},
+    WordRule{
+        .help = {"dip", "ADDR",
+                 "destination IP address; 192.0.2.2 or 2001:db8::2 without it, "
+                 "in igmp 233.252.0.1, in mld ff0e::db8:0:1"},
+        .expected = kAddress,
+        .apply =
+            [](FrameDraft& draft, std::string_view argument) {
+              return TakeAddress(draft, draft.parts.dstIp, argument);
+            },
+        .need = Need::Addresses},
+    WordRule{
+        .help = {"sport", "N", "source port; 49152 without it"},
+        .expected = kPort,
+        .apply =
+            [](FrameDraft& draft, std::string_view argument) {
+              return Take(draft.parts.srcPort, argument, kMaxPort);
+            },
+        .need = Need::Ports},
+    WordRule{
+        .help = {"dport", "N", "destination port; 9 without it"},
+        .expected = kPort,
+        .apply =
+            [](FrameDraft& draft, std::string_view argument) {
+              return Take(draft.parts.dstPort, argument, kMaxPort);
+            },
+        .need = Need::Ports},
+    WordRule{
+        .help = {"dscp", "N", "differentiated services code point, 0..63"},
+        .expected = "a code point 0..63",
+        .apply =
+            [](FrameDraft& draft, std::string_view argument) {
+              return Take(draft.parts.dscp, argument, kMaxDscp);
+            },
+        .need = Need::Ip},
+    WordRule{
+        .help = {"ttl", "N", "time to live or hop limit; 64 without it, 1 in igmp and mld"},
+        .expected = "a number 0..255",
+        .apply =
+            [](FrameDraft& draft, std::string_view argument) {
+              return Take(draft.parts.ttl, argument, kMaxByte);
+            },
+        .need = Need::Ip},
+    WordRule{
+        .help = {"proto", "N", "IP protocol number; 253 in a packet without a protocol"},
+        .expected = "a number 0..255",
+        .apply =
+            [](FrameDraft& draft, std::string_view argument) {
+              return Take(draft.parts.ipProtocol, argument, kMaxByte);
+            },
+        .need = Need::Ip},
     WordRule{.help = {"payload", "HEX", "bytes behind the last header"},
              .expected = "pairs of hexadecimal digits, at most 9216 bytes",
              .apply = TakePayload,

@@ -41,8 +41,8 @@ const Command kButtonPress = {
     {"button press",
      {{"MS", ArgumentType::Number, "how long, in milliseconds of the unit's time; 100 without it",
        Presence::Optional}},
-     "presses the reset button and lets it go; what the library's task then does is recorded "
-     "and not done",
+     "presses the reset button and lets it go; "
+     "what the library's task then does is recorded and not done",
      {"config run-tasks on\nInit\nbutton press", "config run-tasks on\nInit\nbutton press 5000"}},
     PressButton,
     true};

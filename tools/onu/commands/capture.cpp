@@ -71,8 +71,8 @@ Result CapturePackets(Session& session, const Arguments& arguments) {
 const Command kCapture = {
     {"capture",
      {{"N", ArgumentType::Number, "at most N events", Presence::Optional}},
-     "lets the library take the events of trapped frames that wait for it, and tells what "
-     "left it: frames for the protocol clients, messages, frames sent",
+     "lets the library take the events of trapped frames that wait for it, and tells what left it: "
+     "frames for the protocol clients, messages, frames sent",
      {"Init\nSetPortAdminState 1 1\nsend uni1 tests/data/stp.pcap\ncapture",
       "Init\nSetPortAdminState 1 1\nSetDhcpTrapEnable 1\nsend uni1 dhcp\ncapture 1"}},
     CapturePackets,

@@ -54,8 +54,8 @@ Result ClearStats(Session& session, const Arguments& arguments) {
 const Command kClearStats = {
     {"clear stats",
      {{"N", ArgumentType::Number, "UNI port, from 1"}},
-     "lets the library count a port from here on; the chip's counters go on. The library's "
-     "first request for a port names port 0, which the driver takes for UNI port 1",
+     "lets the library count a port from here on; the chip's counters go on. "
+     "The library's first request for a port names port 0, which the driver takes for UNI port 1",
      {"InitDrv\nclear stats 1\nshow stats 1"}},
     ClearStats};
 

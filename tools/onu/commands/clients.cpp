@@ -23,8 +23,8 @@ Result SwitchClients(Session& session, const Arguments& arguments) {
 const Command kClients = {
     {"clients",
      {{"STATE", ArgumentType::Switch, "on or off"}},
-     "serves the frames that the library hands to its protocol clients: groups are joined and "
-     "left, and every frame goes on to the other side; off, they are only recorded",
+     "serves the frames that the library hands to its protocol clients: groups are joined "
+     "and left, and every frame goes on to the other side; off, they are only recorded",
      {"Init\nclients on\nSetVlanTransparent 1\nSetPortAdminState 1 1\n"
       "send uni1 tests/data/igmp-join.pcap#1\ncapture"}},
     SwitchClients,

@@ -67,8 +67,7 @@ Result MoveClock(Session& session, const Arguments& arguments) {
 const Command kClock = {
     {"clock",
      {{"+SECONDS", ArgumentType::Word, "moves the time on, +300 or +0.5", Presence::Optional}},
-     "tells the unit's time, which stands still until it is moved on or frames are carried "
-     "live",
+     "tells the unit's time, which stands still until it is moved on or frames are carried live",
      {"clock", "Init\nAddMacDynamic 1 100 02:00:00:00:00:0b\nclock +300\nshow mac"}},
     MoveClock,
     true};

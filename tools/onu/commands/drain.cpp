@@ -74,8 +74,8 @@ const Command kDrain = {
     {"drain",
      {{"QUEUE=FRAMES", ArgumentType::Word, "upstream queue, and how many frames wait there",
        Presence::Rest}},
-     "tells, and changes nothing, in which order waiting frames would leave the upstream "
-     "queues by their weights",
+     "tells, and changes nothing, "
+     "in which order waiting frames would leave the upstream queues by their weights",
      {"drain 7=3 0=5", "Init\nSetQosWrrWeight 1 1 2 2 4 4 8 8\ndrain 15=20 14=20 8=3"}},
     DrainUpstreamQueues};
 

@@ -106,8 +106,8 @@ const Command kLink = {
        Presence::Optional},
       {"PAUSE", ArgumentType::Flag, "the partner offers pause frames", Presence::Optional,
        "pause"}},
-     "changes what a port's cable leads to: a partner that negotiates, or none; the kernel "
-     "tells the library's task of a link that changes",
+     "changes what a port's cable leads to: a partner that negotiates, or none; "
+     "the kernel tells the library's task of a link that changes",
      {"link uni1 down\nGetPortLinkState 1", "link uni1 up 100 full\nGetPortNegResult 1",
       "link uni2 up pause\nshow ports"}},
     ChangeLink,

@@ -147,8 +147,8 @@ Result ShowVlanConfig(Session& session, const Arguments& arguments) {
 const Command kShowPort = {
     {"show port",
      {{"N", ArgumentType::Number, "UNI port, from 1"}},
-     "shows the VLAN configuration of a port as the driver was told it, how its flows differ "
-     "from that, and the flows and VLAN objects that the library made of it",
+     "shows the VLAN configuration of a port as the driver was told it, "
+     "how its flows differ from that, and the flows and VLAN objects that the library made of it",
      {"Init\nSetPortPvid 1 100\nSetVlanTag 1\nshow port 1"}},
     ShowPort};
 

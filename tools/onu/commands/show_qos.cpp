@@ -196,8 +196,8 @@ Result ShowQos(Session& session, const Arguments& arguments) {
 const Command kShowQos = {
     {"show qos",
      {{"N", ArgumentType::Number, "UNI port, from 1"}},
-     "shows the QoS of a port: the rules that the library installed and what they do, the "
-     "scheduling scheme, policer, line rate, downstream limit and DSCP map",
+     "shows the QoS of a port: the rules that the library installed and what they do, "
+     "the scheduling scheme, policer, line rate, downstream limit and DSCP map",
      {"Init\nApplyQosClassification 1 0 1,7,VlanId=200,Ipv4TosDscp=184 8,0,VlanId=100\n"
       "show qos 1"}},
     ShowQos};

@@ -99,8 +99,8 @@ const Command kShowQueues = {
     {"show queues",
      {},
      "lists the upstream queues: scheduling, weight, share of what the strict queues leave "
-     "while all weighted queues have frames waiting, threshold, and the frames that left; of "
-     "the other ports the queues by which frames left",
+     "while all weighted queues have frames waiting, threshold, and the frames that left; "
+     "of the other ports the queues by which frames left",
      {"show queues", "Init\nSetQosWrrWeight 1 1 2 2 4 4 8 8\nshow queues"}},
     ShowQueues};
 

@@ -168,9 +168,9 @@ const Command kShowStats = {
     {"show stats",
      {{"N", ArgumentType::Number, "only UNI port N, from 1", Presence::Optional},
       {"WATCH", ArgumentType::Flag,
-       "the rates of the chip's counters instead, by the second of the unit's time: first those "
-       "since the last watch, or since the start of the unit; a second passes with each line, "
-       "and at the prompt it lasts a second, until Ctrl-C",
+       "the rates of the chip's counters instead, by the second of the unit's time: "
+       "first those since the last watch, or since the start of the unit; "
+       "a second passes with each line, and at the prompt it lasts a second, until Ctrl-C",
        Presence::Optional, "--watch"},
       {"COUNT", ArgumentType::Number, "ends the watch after so many lines", Presence::Optional,
        "--count"}},

@@ -48,8 +48,7 @@ Result ShowVlans(Session& session, const Arguments& /*arguments*/) {
 const Command kShowVlans = {
     {"show vlans",
      {},
-     "lists the VLAN objects of the data-path shell, those of the WAN side and of the LAN "
-     "ports",
+     "lists the VLAN objects of the data-path shell, those of the WAN side and of the LAN ports",
      {"AddWanVlan 1 100 4096\nAddLanVlan 1 100\nshow vlans"}},
     ShowVlans};
 

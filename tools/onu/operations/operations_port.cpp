@@ -52,8 +52,8 @@ const std::vector<Operation> kRows = {
      BindReading(BCM6838X_GetPortLinkState, "state")},
     {{"BCM6838X_GetPortNegResult",
       {kUniPort},
-      "reads a port's negotiation result: 0 10 half, 1 100 half, 2 1000 half, 3 10 full, 4 100 "
-      "full, 5 1000 full",
+      "reads a port's negotiation result: 0 10 half, 1 100 half, 2 1000 half, 3 10 full, "
+      "4 100 full, 5 1000 full",
       {"GetPortNegResult 1"}},
      Status,
      BindReading(BCM6838X_GetPortNegResult, "negResult")},

@@ -242,8 +242,8 @@ const std::vector<Operation> kRows = {
     {{"BCM6838X_SetPortCtcMode",
       {kUniPort,
        {"mode", ArgumentType::Number,
-        "0 transparent, 1 tag, 2 and 3 translation, 4 and 20 trunk, 19 ZTE trunk, 160 ZTE "
-        "stacking, 253 BDCOM stacking"}},
+        "0 transparent, 1 tag, 2 and 3 translation, 4 and 20 trunk, 19 ZTE trunk, "
+        "160 ZTE stacking, 253 BDCOM stacking"}},
       "sets a port's VLAN mode by its code",
       {"Init\nSetPortCtcMode 1 4"}},
      Status,
